@@ -1,0 +1,307 @@
+#!/usr/bin/python3
+"""Measures the running program against its budgets and prints figure and budget side by side; exits 1 when one is missed.
+Usage: bench/budgets.py [--compare] [NAME ...]
+--compare measures the clipboard managers that are installed (parcellite, clipit, copyq, xfce4-clipman) in the same run."""
+import json
+import os
+import pathlib
+import shutil
+import socket
+import statistics
+import subprocess
+import sys
+import time
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent / "tests"))
+sys.dont_write_bytecode = True
+
+from harness.desktop import BUILD, Desktop  # noqa: E402
+from harness.peer import Peer, xclip  # noqa: E402
+from harness.program import Program  # noqa: E402
+from harness.waiting import holds_for, wait_until  # noqa: E402
+
+RESULTS = []
+TICKS = os.sysconf("SC_CLK_TCK")
+
+
+def report(what, figure, budget, unit, more=""):
+    ok = figure <= budget
+    RESULTS.append(ok)
+    print(f"{'ok  ' if ok else 'MISS'} {what:<58} {figure:9.2f} {unit:<6} budget {budget:g}{'  ' + more if more else ''}",
+          flush=True)
+
+
+def memory(pid):
+    """(resident, proportional) MB"""
+    values = {}
+    with open(f"/proc/{pid}/smaps_rollup") as file:
+        for line in file:
+            key, _, rest = line.partition(":")
+            if rest.strip().endswith("kB"):
+                values[key] = int(rest.split()[0]) / 1024
+    return values["Rss"], values["Pss"]
+
+
+def cpu_ms(pid):
+    total = 0.0
+    for task in os.listdir(f"/proc/{pid}/task"):
+        with open(f"/proc/{pid}/task/{task}/schedstat") as file:
+            total += int(file.read().split()[0]) / 1e6
+    return total
+
+
+def wakeups(pid):
+    total = 0
+    for task in os.listdir(f"/proc/{pid}/task"):
+        with open(f"/proc/{pid}/task/{task}/status") as file:
+            total += sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
+    return total
+
+
+class Wire:
+    """The control socket, without a process per question."""
+
+    def __init__(self, program):
+        self.socket = socket.socket(socket.AF_UNIX)
+        self.socket.connect(os.path.join(program.environment["XDG_RUNTIME_DIR"], "ostrelle", "control"))
+        self.file = self.socket.makefile("rb")
+
+    def ask(self, verb, **more):
+        self.socket.sendall(json.dumps({"verb": verb, **more}).encode() + b"\n")
+        return json.loads(self.file.readline())
+
+    def count(self):
+        return self.ask("status")["result"]["counts"]["clipboard"]
+
+    def close(self):
+        self.file.close()
+        self.socket.close()
+
+
+def fill_with_images(program, count=200):
+    """A history of `count` one-MiB images, written as the store has it."""
+    import base64
+    import uuid
+    folder = program.data_folder()
+    os.makedirs(folder, mode=0o700, exist_ok=True)
+    header = base64.b64decode("iVBORw0KGgoAAAANSUhEUgAAAgAAAAIACAIAAAB7GkOtAAAA")
+    with open(os.path.join(folder, "clipboard.json"), "w") as file:
+        file.write("[")
+        for number in range(count):
+            data = base64.b64encode(header + os.urandom(1024 * 1024 - len(header))).decode()
+            file.write(("," if number else "") + json.dumps(
+                {"id": str(uuid.uuid4()).upper(), "kind": "image", "imageData": data, "imageType": "public.png",
+                 "date": 800000000.0 - number, "pinned": False}, separators=(",", ":")))
+        file.write("]")
+    program.set("clipboard.limit", count + 300)
+
+
+def quiet(program, seconds):
+    holds_for(lambda: program.process.poll() is None, "runs", seconds)
+
+
+def measure_memory(desktop):
+    with Program(desktop) as program:
+        quiet(program, 3)
+        resident, proportional = memory(program.process.pid)
+        report("memory idle, empty history, resident", resident, 45, "MB")
+        report("memory idle, empty history, proportional", proportional, 22, "MB")
+
+
+def measure_memory_images(desktop):
+    program = Program(desktop, start=False)
+    fill_with_images(program)
+    program.start()
+    wire = Wire(program)
+    wait_until(lambda: wire.count() == 200, "the history is loaded", 30)
+    wire.close()
+    quiet(program, 3)
+    report("memory idle, 200 one-MiB images, resident", memory(program.process.pid)[0], 80, "MB")
+    program.stop()
+    shutil.rmtree(program.data_folder())
+
+
+def painted(desktop):
+    """The lozenge is black in the middle of the top edge, where the desktop is not."""
+    return desktop.frames.grab(desktop.frames.width // 2, 3, 1, 1).pixel(0, 0) == (0, 0, 0)
+
+
+def measure_start(desktop):
+    Peer(desktop, "Below", (0, 0, 1920, 1080))
+    times = []
+    for _ in range(7):
+        program = Program(desktop, start=False)
+        wait_until(lambda: not painted(desktop), "the panel is gone")
+        begin = time.monotonic()
+        program.start(wait=False)
+        wait_until(lambda: painted(desktop), "the panel is on screen", interval=0.001)
+        times.append((time.monotonic() - begin) * 1000)
+        wait_until(program.is_listening, "the program answers")
+        program.stop()
+    report("start to the panel on screen, median of 7", statistics.median(times), 150, "ms", f"max {max(times):.0f}")
+
+
+def measure_first_frame(desktop):
+    Peer(desktop, "Below", (0, 0, 1920, 1080))
+    middle = desktop.frames.width // 2
+    times = []
+    with Program(desktop) as program:
+        wire = Wire(program)
+        for _ in range(11):
+            closed = desktop.settled(middle - 200, 0, 400, 60, quiet=0.8).data
+            begin = time.monotonic()
+            wire.ask("open")
+            wait_until(lambda: desktop.frames.grab(middle - 200, 0, 400, 60).data != closed, "the first frame", interval=0.001)
+            times.append((time.monotonic() - begin) * 1000)
+            wire.ask("close")
+        wire.close()
+    report("open to its first frame on screen, median of 11", statistics.median(times), 30, "ms", f"max {max(times):.0f}")
+
+
+def measure_wakeups(desktop):
+    with Program(desktop) as program:
+        quiet(program, 3)
+        before = wakeups(program.process.pid)
+        cpu = cpu_ms(program.process.pid)
+        time_span = 15
+        quiet(program, time_span)
+        report("wake-ups while idle, per 15 s", wakeups(program.process.pid) - before, 0, "",
+               f"{cpu_ms(program.process.pid) - cpu:.2f} ms of CPU")
+
+
+def copy_cost(desktop, pid, count, recorded=None):
+    """CPU ms of one process per text copy of another program, `count` in a row."""
+    before = cpu_ms(pid)
+    for number in range(count):
+        xclip(desktop, f"copied text number {number} {time.monotonic()}".encode())
+        if recorded:
+            recorded(number)
+    holds_for(lambda: os.path.exists(f"/proc/{pid}"), "runs", 2)
+    return (cpu_ms(pid) - before) / count
+
+
+def measure_copies(desktop):
+    with Program(desktop) as program:
+        quiet(program, 1)
+        report("CPU per text copy, 200 in a row", copy_cost(desktop, program.process.pid, 200), 1, "ms")
+        program.call("clipboard", "clear")
+
+
+def measure_copies_images(desktop):
+    """The same above 200 MiB of history, each copy recorded by itself; bytes written to the disk beside it."""
+    program = Program(desktop, start=False)
+    fill_with_images(program)
+    program.start()
+    wire = Wire(program)
+    wait_until(lambda: wire.count() == 200, "the history is loaded", 30)
+
+    def written():
+        with open(f"/proc/{program.process.pid}/io") as file:
+            return next(int(line.split()[1]) for line in file if line.startswith("write_bytes"))
+
+    def recorded(number):
+        wait_until(lambda: wire.count() >= 201 + number, "recorded", interval=0.01)
+
+    base = written()
+    cpu = cpu_ms(program.process.pid)
+    count = 60
+    for number in range(count):
+        xclip(desktop, f"text {number} ".encode() + b"t" * 2000)
+        recorded(number)
+    per_copy = (written() - base) / count
+    report("bytes written per 2 kB text copy over 200 MiB of history", per_copy / 1024, 3 * 2 + 8, "KiB",
+           f"{(cpu_ms(program.process.pid) - cpu) / count:.2f} ms of CPU each, questions included")
+    base = written()
+    images = 8
+    for number in range(images):
+        data = subprocess.run(["convert", "-size", "600x582", "xc:gray", "+noise", "random", "-define",
+                               "png:compression-level=0", "png24:-"], capture_output=True, check=True).stdout
+        xclip(desktop, data, "image/png")
+        recorded(count + number)
+    report("bytes written per 1 MiB image copy, by its size", (written() - base) / images / len(data), 5, "times")
+    wire.close()
+    program.stop()
+    shutil.rmtree(program.data_folder())
+
+
+def longest_gap(wire, seconds):
+    """Longest time that the main thread needed to answer a question, ms."""
+    worst, end = 0.0, time.monotonic() + seconds
+    while time.monotonic() < end:
+        begin = time.monotonic()
+        wire.ask("ping")
+        worst = max(worst, (time.monotonic() - begin) * 1000)
+    return worst
+
+
+def measure_gaps(desktop):
+    owner = str(BUILD / "bin" / "peers" / "selection-owner")
+    with Program(desktop) as program:
+        wire = Wire(program)
+        for mode in ("hang-targets", "hang-incr", "die-incr", "huge", "drip", "burst"):
+            idle = longest_gap(wire, 3)
+            process = subprocess.Popen([owner, mode], env=desktop.environment, stdout=subprocess.DEVNULL)
+            hostile = longest_gap(wire, 4)
+            process.kill()
+            process.wait()
+            report(f"longest gap with a clipboard owner: {mode}", max(0.0, hostile - idle), 16, "ms",
+                   f"{hostile:.1f} beside {idle:.1f} idle")
+        wire.close()
+
+
+def measure_commands(desktop):
+    with Program(desktop) as program:
+        def median_of(*arguments):
+            times = []
+            for _ in range(15):
+                begin = time.monotonic()
+                program.call(*arguments)
+                times.append((time.monotonic() - begin) * 1000)
+            return statistics.median(times)
+
+        report("ostrelle status, whole command, median of 15", median_of("status"), 25, "ms")
+        report("second start handed over, median of 15", median_of(), 50, "ms")
+        program.call("close")
+
+
+COMPARED = {"parcellite": ["parcellite"], "clipit": ["clipit"], "copyq": ["copyq"],
+            "xfce4-clipman": ["xfce4-clipman"]}
+
+
+def compare(desktop):
+    print("\nThe same for what else is installed:")
+    for name, command in COMPARED.items():
+        if not shutil.which(command[0]):
+            continue
+        process = desktop.spawn(name, command)
+        holds_for(lambda: True, "settles", 4)
+        if process.poll() is not None:
+            print(f"     {name}: does not start here")
+            continue
+        resident, proportional = memory(process.pid)
+        cost = copy_cost(desktop, process.pid, 200)
+        before = wakeups(process.pid)
+        holds_for(lambda: True, "idles", 15)
+        print(f"     {name:<16} resident {resident:6.1f} MB, proportional {proportional:6.1f} MB, "
+              f"{cost:6.2f} ms of CPU per copy, {wakeups(process.pid) - before} wake-ups in 15 s", flush=True)
+        desktop.stop(name)
+
+
+MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images, "start": measure_start,
+            "first-frame": measure_first_frame, "wakeups": measure_wakeups, "copies": measure_copies,
+            "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands}
+
+
+def main():
+    wanted = [word for word in sys.argv[1:] if not word.startswith("--")] or list(MEASURES)
+    for name in wanted:
+        with Desktop() as desktop:
+            MEASURES[name](desktop)
+    if "--compare" in sys.argv:
+        with Desktop() as desktop:
+            compare(desktop)
+    sys.exit(0 if all(RESULTS) else 1)
+
+
+main()

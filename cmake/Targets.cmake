@@ -1,0 +1,61 @@
+# ostrelle_library(NAME SOURCES ... HEADERS ... [PUBLIC ...] [PRIVATE ...] [RESOURCES ...])
+#
+# A static library of one folder with an include root of its own: the build folder's include/NAME/NAME is a link to
+# src/NAME, and only targets that link NAME see it. An include from a lower folder to a higher one therefore does not
+# compile. Headers are a file set, so each of them is also compiled alone (target all_verify_interface_header_sets).
+function(ostrelle_include_root name source_dir out)
+  set(root "${CMAKE_BINARY_DIR}/include/${name}")
+  file(MAKE_DIRECTORY "${root}")
+  if(NOT EXISTS "${root}/${name}")
+    file(CREATE_LINK "${source_dir}" "${root}/${name}" SYMBOLIC)
+  endif()
+  set(${out} "${root}" PARENT_SCOPE)
+endfunction()
+
+function(ostrelle_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;PUBLIC;PRIVATE;RESOURCES" ${ARGN})
+  ostrelle_include_root(${name} "${CMAKE_CURRENT_SOURCE_DIR}" root)
+  add_library(ostrelle_${name} STATIC ${ARG_SOURCES} ${ARG_HEADERS} ${ARG_RESOURCES})
+  set(headers ${ARG_HEADERS})
+  list(TRANSFORM headers PREPEND "${root}/${name}/")
+  target_sources(ostrelle_${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${root}" FILES ${headers})
+  # moc sees each header at its own place; through the link it would be the same class once more.
+  set_source_files_properties(${headers} PROPERTIES SKIP_AUTOMOC ON)
+  target_link_libraries(ostrelle_${name} PUBLIC ${ARG_PUBLIC} PRIVATE ostrelle_warnings ${ARG_PRIVATE})
+  set_target_properties(ostrelle_${name} PROPERTIES AUTOMOC ON AUTORCC ON VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()
+
+# ostrelle_executable(TARGET OUTPUT SOURCES ... [PRIVATE ...])
+function(ostrelle_executable target output)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PRIVATE" ${ARGN})
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ostrelle_warnings ${ARG_PRIVATE})
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} AUTOMOC ON AUTORCC ON)
+endfunction()
+
+# ostrelle_tests(FOLDER [GUI] SOURCES FooTest.cpp ... [EXTRA ...] [PRIVATE ...] [LABELS unit])
+#
+# One executable per folder; each FooTest.cpp holds the class FooTest, which becomes the test FOLDER.FooTest. GUI gives it
+# an application with widgets instead of one of Qt Core.
+function(ostrelle_tests folder)
+  cmake_parse_arguments(ARG "GUI" "" "SOURCES;EXTRA;PRIVATE;LABELS" ${ARGN})
+  set(target ostrelle_tests_${folder})
+  set(main ostrelle_support_core)
+  if(ARG_GUI)
+    set(main ostrelle_support_gui)
+  endif()
+  add_executable(${target} ${ARG_SOURCES} ${ARG_EXTRA})
+  target_link_libraries(${target} PRIVATE ostrelle_warnings ${main} Qt6::Test ${ARG_PRIVATE})
+  # Tests keep small helpers of the same names in their own files.
+  set_target_properties(${target} PROPERTIES AUTOMOC ON UNITY_BUILD OFF)
+  if("unit" IN_LIST ARG_LABELS)
+    add_dependencies(unit_tests ${target})
+  endif()
+  foreach(source IN LISTS ARG_SOURCES)
+    get_filename_component(class "${source}" NAME_WE)
+    add_test(NAME "${folder}.${class}" COMMAND ${target} "${class}")
+    set_tests_properties(
+      "${folder}.${class}" PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 400
+                                      LABELS "${ARG_LABELS}")
+  endforeach()
+endfunction()

@@ -1,0 +1,18 @@
+# The Debian 12 packages of each purpose. Sourced by run and test.
+build_packages=(
+  cmake ninja-build ccache g++ pkg-config
+  qt6-base-dev libgl-dev libsimdjson-dev libbenchmark-dev
+  libxcb1-dev libxcb-xfixes0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-xinput-dev libxcb-shm0-dev
+  libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xtest0-dev
+)
+run_packages=(
+  libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
+  hicolor-icon-theme
+)
+tour_packages=(
+  xvfb xauth openbox picom dbus at-spi2-core xdotool wmctrl xclip imagemagick x11-utils x11-xserver-utils xterm
+  python3 python3-gi gir1.2-gtk-3.0 python3-pyatspi procps
+)
+test_packages=(
+  clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace
+)

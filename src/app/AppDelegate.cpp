@@ -1,0 +1,85 @@
+#include "app/AppDelegate.h"
+
+#include "app/ClipboardRequests.h"
+#include "app/ControlServer.h"
+#include "app/NotchRequests.h"
+#include "app/Services.h"
+#include "app/SettingsRequests.h"
+#include "app/StatusReport.h"
+#include "clipboard/ClipboardService.h"
+#include "core/SettingsStore.h"
+#include "foundation/AppPaths.h"
+#include "foundation/DefaultsDatabase.h"
+#include "notch/NotchController.h"
+#include "notch/NotchPanel.h"
+#include "platform/ClipboardPort.h"
+#include "platform/Platform.h"
+#include "records/ClipboardStore.h"
+
+#include <QGuiApplication>
+#include <QLoggingCategory>
+
+namespace ostrelle {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcApp, "ostrelle.app", QtWarningMsg)
+
+} // namespace
+
+AppDelegate::AppDelegate(Services &services, Start start, QObject *parent)
+    : QObject(parent)
+    , m_services(services)
+    , m_start(std::move(start))
+{
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    if (!m_start.lock)
+        qCInfo(lcApp, "%s cannot be written: what is copied now will be gone after the program has ended.",
+               qUtf8Printable(AppPaths::support()));
+    SettingsStore &settings = m_services.settings();
+    m_services.platform().setDisplayLostHandler([this] { saveWithoutDisplay(); });
+    m_services.controller().start(m_services.panel());
+    if (settings.clipboardEnabled())
+        m_services.clipboard().start();
+    startCommands();
+    if (m_start.openNotch)
+        m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,
+                                        NotchController::Opening::Explicit);
+}
+
+void AppDelegate::startCommands()
+{
+    addNotchRequests(
+        m_router, m_services.controller(), [this] { return statusReport(m_services); },
+        [] { QGuiApplication::quit(); });
+    addClipboardRequests(m_router, m_services.clipboard());
+    addSettingsRequests(m_router, m_services.settings());
+    m_server = std::make_unique<ControlServer>(m_router);
+    m_server->listen(AppPaths::controlSocket());
+    connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    if (m_terminated)
+        return;
+    saveWithoutDisplay();
+    m_services.platform().clipboard().handOver();
+}
+
+void AppDelegate::saveWithoutDisplay()
+{
+    m_terminated = true;
+    if (m_services.settings().clearOnQuit())
+        m_services.clipboard().eraseAll(/*includingPinned=*/false);
+    m_services.clipboard().settle();
+    m_services.clipboardStore().close();
+    m_services.defaults().flush();
+}
+
+} // namespace ostrelle

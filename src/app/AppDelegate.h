@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/RequestRouter.h"
+#include "foundation/DataFolderLock.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace ostrelle {
+
+class ControlServer;
+class Services;
+
+/// Starts the services in their order when the application runs, and performs the clean-up at its end.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+public:
+    /// How the program was started.
+    struct Start
+    {
+        std::optional<DataFolderLock> lock; ///< nothing: the data folder cannot be written
+        bool openNotch = false;
+        QString tool; ///< raw value, or empty for the selector
+    };
+
+    AppDelegate(Services &services, Start start, QObject *parent = nullptr);
+    ~AppDelegate() override;
+
+    void applicationDidFinishLaunching();
+    /// Once, however the program ends: quit, a signal, the end of the session.
+    void applicationWillTerminate();
+
+private:
+    void startCommands();
+    void saveWithoutDisplay();
+
+    Services &m_services;
+    Start m_start;
+    RequestRouter m_router;
+    std::unique_ptr<ControlServer> m_server;
+    bool m_terminated = false;
+};
+
+} // namespace ostrelle

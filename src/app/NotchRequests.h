@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QJsonObject>
+
+#include <functional>
+
+namespace ostrelle {
+
+class NotchController;
+class RequestRouter;
+
+/// "open" (with "tool"), "close", "toggle", "ping", "status" (answered by `status`), "quit" (calls `quit` from the
+/// event loop, after the answer is on its way).
+void addNotchRequests(RequestRouter &router, NotchController &controller, std::function<QJsonObject()> status,
+                      std::function<void()> quit);
+
+} // namespace ostrelle

@@ -1,0 +1,135 @@
+#include "app/Services.h"
+
+#include "clipboard/ClipboardModuleView.h"
+#include "clipboard/ClipboardService.h"
+#include "core/ForegroundSession.h"
+#include "core/SettingsStore.h"
+#include "foundation/AppPaths.h"
+#include "foundation/DefaultsDatabase.h"
+#include "foundation/MakeChild.h"
+#include "foundation/SystemTaskScheduler.h"
+#include "notch/FrameClock.h"
+#include "notch/NotchAppearance.h"
+#include "notch/NotchController.h"
+#include "notch/NotchPanel.h"
+#include "notch/NotchViewModel.h"
+#include "notch/ToolRegistry.h"
+#include "platform/Platform.h"
+#include "records/ClipboardStore.h"
+
+namespace ostrelle {
+
+namespace {
+
+/// The member, made with `make` when it is first asked for.
+template <typename T, typename Make>
+T &ensure(std::unique_ptr<T> &member, Make make)
+{
+    if (!member)
+        member = make();
+    return *member;
+}
+
+} // namespace
+
+Services::Services(QString backend, QString keeper)
+    : m_backend(std::move(backend))
+    , m_keeper(std::move(keeper))
+{
+}
+
+Services::~Services() = default;
+
+TaskScheduler &Services::scheduler()
+{
+    return ensure(m_scheduler, [] { return std::make_unique<SystemTaskScheduler>(); });
+}
+
+DefaultsDatabase &Services::defaults()
+{
+    return ensure(m_defaults, [] { return std::make_unique<DefaultsDatabase>(AppPaths::defaultsFile()); });
+}
+
+SettingsStore &Services::settings()
+{
+    return ensure(m_settings, [this] { return std::make_unique<SettingsStore>(defaults()); });
+}
+
+Platform &Services::platform()
+{
+    return ensure(m_platform, [this] { return Platform::create(m_backend, m_keeper); });
+}
+
+ForegroundSession &Services::foreground()
+{
+    return ensure(m_foreground, [] { return std::make_unique<ForegroundSession>(); });
+}
+
+NotchAppearance &Services::appearance()
+{
+    return ensure(m_appearance,
+                  [this] { return std::make_unique<NotchAppearance>(settings(), platform().appearance()); });
+}
+
+FrameClock &Services::frameClock()
+{
+    return ensure(m_frameClock, [this] { return std::make_unique<FrameClock>(scheduler()); });
+}
+
+NotchViewModel &Services::viewModel()
+{
+    return ensure(m_viewModel, [this] {
+        return std::make_unique<NotchViewModel>(settings(), scheduler(), platform().dragSense(), platform().haptics());
+    });
+}
+
+NotchController &Services::controller()
+{
+    return ensure(m_controller, [this] {
+        return std::make_unique<NotchController>(viewModel(), settings(), scheduler(), platform());
+    });
+}
+
+ToolRegistry &Services::tools()
+{
+    return ensure(m_tools, [this] {
+        auto registry = std::make_unique<ToolRegistry>();
+        registerTools(*registry);
+        return registry;
+    });
+}
+
+void Services::registerTools(ToolRegistry &registry)
+{
+    registry.add(KestroModule::Clipboard,
+                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      return makeChild<ClipboardModuleView>(&parent, clipboard(), settings(), platform().haptics(),
+                                                            platform().fileIcons(), platform().popups(), scheduler(),
+                                                            context);
+                  },
+                  .badge = {},
+                  .count = [this] { return static_cast<int>(clipboard().items().size()); },
+                  .deliver = {}});
+}
+
+NotchPanel &Services::panel()
+{
+    return ensure(m_panel, [this] {
+        return std::make_unique<NotchPanel>(controller(), settings(), tools(), platform(), scheduler(),
+                                            ControlContext{appearance(), frameClock()});
+    });
+}
+
+ClipboardStore &Services::clipboardStore()
+{
+    return ensure(m_clipboardStore, [] { return std::make_unique<ClipboardStore>(AppPaths::support()); });
+}
+
+ClipboardService &Services::clipboard()
+{
+    return ensure(m_clipboard, [this] {
+        return std::make_unique<ClipboardService>(settings(), platform().clipboard(), clipboardStore(), scheduler());
+    });
+}
+
+} // namespace ostrelle

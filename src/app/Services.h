@@ -1,0 +1,71 @@
+#pragma once
+
+#include "foundation/DataFolderLock.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace ostrelle {
+
+class ClipboardService;
+class ClipboardStore;
+class DefaultsDatabase;
+class ForegroundSession;
+class FrameClock;
+class NotchAppearance;
+class NotchController;
+class NotchPanel;
+class NotchViewModel;
+class Platform;
+class SettingsStore;
+class SystemTaskScheduler;
+class TaskScheduler;
+class ToolRegistry;
+
+/// The one instance of every service: made when first asked for, in start-up order, alive until the process ends. Only
+/// app/ reads it; everything else receives what it needs through its constructor.
+class Services
+{
+public:
+    /// `keeper` is the executable that keeps the clipboard after the program's end.
+    Services(QString backend, QString keeper);
+    ~Services();
+
+    TaskScheduler &scheduler();
+    DefaultsDatabase &defaults();
+    SettingsStore &settings();
+    Platform &platform();
+    ForegroundSession &foreground();
+    NotchAppearance &appearance();
+    FrameClock &frameClock();
+    NotchViewModel &viewModel();
+    NotchController &controller();
+    ToolRegistry &tools();
+    NotchPanel &panel();
+    ClipboardStore &clipboardStore();
+    ClipboardService &clipboard();
+
+private:
+    void registerTools(ToolRegistry &registry);
+
+    QString m_backend;
+    QString m_keeper;
+    // In start-up order; destroyed from the last to the first.
+    std::unique_ptr<SystemTaskScheduler> m_scheduler;
+    std::unique_ptr<DefaultsDatabase> m_defaults;
+    std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<Platform> m_platform;
+    std::unique_ptr<ForegroundSession> m_foreground;
+    std::unique_ptr<NotchAppearance> m_appearance;
+    std::unique_ptr<FrameClock> m_frameClock;
+    std::unique_ptr<NotchViewModel> m_viewModel;
+    std::unique_ptr<NotchController> m_controller;
+    std::unique_ptr<ClipboardStore> m_clipboardStore;
+    std::unique_ptr<ClipboardService> m_clipboard;
+    std::unique_ptr<ToolRegistry> m_tools;
+    std::unique_ptr<NotchPanel> m_panel;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,103 @@
+#include "app/AppDelegate.h"
+#include "app/LogFormat.h"
+#include "app/Services.h"
+#include "app/TerminationSignals.h"
+#include "foundation/AppPaths.h"
+#include "platform/PlatformStart.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QSessionManager>
+
+#include <csignal>
+#include <cstdio>
+
+#include <sys/resource.h>
+
+namespace {
+
+using namespace ostrelle;
+
+constexpr int kFailed = 1;
+
+int failWith(const QString &message)
+{
+    std::fprintf(stderr, "ostrelle: %s\n", qUtf8Printable(message));
+    return kFailed;
+}
+
+/// What was copied must not end in a core dump. (Not PR_SET_DUMPABLE: it would lock the program out of the portals.)
+void forbidCoreDumps()
+{
+    const rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+}
+
+/// The arguments that the command `ostrelle` passes; started by hand, the program takes the lock by itself.
+struct StartArguments
+{
+    std::optional<QString> problem;
+    AppDelegate::Start start;
+};
+
+StartArguments parse(const QStringList &arguments)
+{
+    StartArguments result;
+    QCommandLineParser parser;
+    const QCommandLineOption lockOption(QStringLiteral("lock-descriptor"), {}, QStringLiteral("fd"));
+    const QCommandLineOption openOption(QStringLiteral("open"), {}, QStringLiteral("tool"));
+    parser.addOptions({lockOption, openOption});
+    if (!parser.parse(arguments)) {
+        result.problem = parser.errorText();
+        return result;
+    }
+    result.start.openNotch = parser.isSet(openOption);
+    result.start.tool = parser.value(openOption);
+    if (parser.isSet(lockOption)) {
+        const int descriptor = parser.value(lockOption).toInt();
+        if (descriptor >= 0)
+            result.start.lock = DataFolderLock::adopt(descriptor);
+        return result;
+    }
+    DataFolderLock::Failure failure{};
+    result.start.lock = DataFolderLock::tryTake(AppPaths::support(), &failure);
+    if (!result.start.lock && failure == DataFolderLock::Failure::HeldByOther)
+        result.problem = QStringLiteral("already running; use the command ostrelle to talk to it");
+    return result;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    forbidCoreDumps();
+    // A limit on file sizes makes a write fail, which the stores survive; the signal would end the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+    installLogFormat();
+    QString problem;
+    const auto backend = PlatformStart::prepare(&problem);
+    if (!backend)
+        return failWith(problem);
+
+    QCoreApplication::setApplicationName(QStringLiteral("Ostrelle"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(OSTRELLE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("ostrelle"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QApplication application(argc, argv);
+    // A steady caret: a blinking one wakes the program nine times a second.
+    QApplication::setCursorFlashTime(0);
+    StartArguments arguments = parse(QCoreApplication::arguments());
+    if (arguments.problem)
+        return failWith(*arguments.problem);
+
+    Services services(*backend, QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle-keeper"));
+    AppDelegate delegate(services, std::move(arguments.start));
+    const TerminationSignals signals_;
+    QObject::connect(&signals_, &TerminationSignals::received, &application, &QCoreApplication::quit);
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+    // A session that ends asks first; nothing needs to be asked back, everything is saved as it happens.
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &delegate,
+                     [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/ClipboardPort.h"
+#include "records/ClipItem.h"
+
+#include <QList>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace ostrelle {
+
+class SettingsStore;
+
+/// A copy as it was read: a new record and, for an image, its bytes.
+struct CapturedClip
+{
+    ClipItem item;
+    QByteArray image;
+};
+
+/// Turns one announced change of the clipboard into a record, or into nothing when the privacy rules, its content or a
+/// newer copy say so. Reads what the owner offers in the order files, PNG, TIFF, text. Destroying it ends the reading.
+class ClipboardCapture : public QObject
+{
+    Q_OBJECT
+public:
+    /// `finished` is called once, perhaps from inside start(), and may destroy the capture.
+    ClipboardCapture(ClipboardPort &port, const SettingsStore &settings, qint64 changeCount,
+                     std::function<void()> finished);
+
+    void start();
+    bool isFinished() const { return m_isFinished; }
+    std::optional<CapturedClip> takeResult() { return std::move(m_result); }
+
+private:
+    void consider(const std::optional<ClipboardSnapshot> &snapshot);
+    void readNext();
+    void take(ClipboardFormat format, const ClipboardContent &content);
+    bool accept(ClipboardFormat format, const ClipboardContent &content);
+    bool acceptFiles(const QStringList &paths);
+    bool acceptImage(const QByteArray &bytes, const QString &type);
+    bool acceptText(const QString &text);
+    void finish();
+
+    ClipboardPort &m_port;
+    const SettingsStore &m_settings;
+    qint64 m_changeCount;
+    std::function<void()> m_finished;
+    QList<ClipboardFormat> m_formats; ///< still to be tried
+    CapturedClip m_clip;
+    std::optional<CapturedClip> m_result;
+    bool m_isFinished = false;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "clipboard/ClipboardCapture.h"
+#include "clipboard/ClipboardUndo.h"
+#include "foundation/Task.h"
+#include "foundation/TaskScheduler.h"
+#include "platform/ClipboardPort.h"
+#include "records/ClipItem.h"
+
+#include <QList>
+#include <QObject>
+#include <QPropertyNotifier>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace ostrelle {
+
+class ClipboardStore;
+class SettingsStore;
+
+/// The history of what is copied anywhere: watches the clipboard, applies the privacy rules, folds repeats, keeps the
+/// limit, stores. Observes clipboardEnabled by itself. Main thread; no call waits for another program or the disk.
+class ClipboardService : public QObject
+{
+    Q_OBJECT
+public:
+    ClipboardService(SettingsStore &settings, ClipboardPort &port, ClipboardStore &store, TaskScheduler &scheduler,
+                     QObject *parent = nullptr);
+    ~ClipboardService() override;
+
+    /// Newest capture first.
+    const QList<ClipItem> &items() const;
+
+    void start();
+    void stop();
+    /// Puts the item back on the clipboard without recording it again.
+    void copy(const QUuid &id);
+    void togglePin(const QUuid &id);
+    /// Undoable erasures by the tool, until settle(), 30 s later, or quit.
+    void remove(const QUuid &id);
+    void clearUnpinned();
+    bool canUndo() const;
+    /// Brings back what the last remove() or clearUnpinned() took.
+    void undo();
+    /// What was erased can no longer be undone and leaves the disk (the panel closed).
+    void settle();
+    /// Final erasures by command line, settings or quit: off the disk before they return.
+    void erase(const QUuid &id);
+    void eraseAll(bool includingPinned);
+
+    /// The raw bytes of an item's image, read off the main thread.
+    void readImage(const QUuid &id, const QObject *context, std::function<void(std::optional<QByteArray>)> answer);
+    /// Tells what a decoder found; changes the item's detail.
+    void setImagePixelSize(const QUuid &id, const QSize &size);
+
+Q_SIGNALS:
+    void itemsReset();
+    void itemInserted(int index);
+    void itemRemoved(int index);
+    void itemMoved(int from, int to);
+    void itemChanged(int index);
+
+private:
+    using Items = QList<ClipItem>;
+
+    void followEnabled();
+    void schedulePoll();
+    void poll();
+    void recordFinished();
+    void record(CapturedClip clip);
+    void recordImage(CapturedClip clip);
+    void insert(const CapturedClip &clip);
+    void moveToTop(int index, double date);
+    void trim();
+    QList<QUuid> takeFromList(const std::function<bool(const ClipItem &)> &isTaken);
+    void eraseUndoably(const std::function<bool(const ClipItem &)> &isErased);
+    void write(const ClipboardOffer &offer);
+    void followSaving(bool isFailing);
+    int indexOf(const QUuid &id) const;
+
+    SettingsStore &m_settings;
+    ClipboardPort &m_port;
+    ClipboardStore &m_store;
+    TaskScheduler &m_scheduler;
+
+    Items m_items;
+    qint64 m_lastChangeCount;
+    /// Since when polls are due every half second; nothing while stopped.
+    std::optional<MonotonicTime> m_started;
+    /// In the order of the copies. Each is recorded only when those before it are.
+    std::deque<std::unique_ptr<ClipboardCapture>> m_captures;
+    bool m_isComparing = false; ///< the store is looking for an equal image of the copy before those
+    int m_writeNumber = 0;
+    std::optional<ClipboardUndo> m_undo;
+    bool m_isUnsettled = false;
+
+    Task m_poll;
+    Task m_undoLapse;
+    Task m_retry;
+    QPropertyNotifier m_enabledNotifier;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "command/CommandTable.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+namespace ostrelle {
+
+/// A command with its checked number of arguments.
+struct Invocation
+{
+    const CommandSpec *command = nullptr;
+    QStringList arguments;
+    bool json = false;
+    bool isExplicit = true; ///< false when no command was given
+};
+
+struct HelpRequest
+{
+    QString topic; ///< a command, a group of commands, or empty for everything
+};
+struct VersionRequest
+{
+};
+/// One line for standard error, without the program's name.
+struct UsageProblem
+{
+    QString message;
+};
+
+using ParsedCommandLine = std::variant<Invocation, HelpRequest, VersionRequest, UsageProblem>;
+
+/// `arguments` without the program's name. No arguments at all stand for "open".
+ParsedCommandLine parseCommandLine(const QStringList &arguments);
+
+} // namespace ostrelle

@@ -1,0 +1,72 @@
+#include "command/CommandTable.h"
+
+#include "command/ClipboardCommands.h"
+#include "command/NotchCommands.h"
+#include "command/SettingsCommands.h"
+
+namespace ostrelle {
+
+namespace {
+
+const QString kToolHelp = QStringLiteral("TOOL is one of clipboard, color, assets, projects, imageInfo, audioInfo.");
+const QString kNumberHelp = QStringLiteral("N is the number that \"clipboard list\" shows, counted from 1.");
+const QString kValueHelp = QStringLiteral("VALUE is JSON; a bare word counts as a string, lists are JSON arrays.\n"
+                                          "The keys are those of \"settings list\".");
+
+std::vector<CommandSpec> makeTable()
+{
+    using Q = QString;
+    const auto text = [](const char *latin) { return Q::fromUtf8(latin); };
+    return {
+        {text("open"), text("[TOOL]"), text("Open the notch, on a tool; start the program when it is not running"),
+         kToolHelp, false, 0, 1, runOpen},
+        {text("close"), {}, text("Close the notch"), {}, false, 0, 0, runClose},
+        {text("toggle"), {}, text("Open the notch, or close it when it is open"), {}, false, 0, 0, runToggle},
+        {text("quit"), {}, text("End the running program"), {}, false, 0, 0, runQuit},
+        {text("status"), {}, text("What the running program is doing"), {}, true, 0, 0, runStatus},
+        {text("clipboard list"),
+         {},
+         text("The clipboard history, in the order the tool shows it"),
+         text("With --json the records as stored, without the bytes of images."),
+         true,
+         0,
+         0,
+         runClipboardList},
+        {text("clipboard copy"), text("N"), text("Put an entry back on the clipboard"), kNumberHelp, false, 1, 1,
+         runClipboardCopy},
+        {text("clipboard pin"), text("N"), text("Pin an entry, or unpin it"), kNumberHelp, false, 1, 1,
+         runClipboardPin},
+        {text("clipboard delete"), text("N"), text("Erase an entry for good"), kNumberHelp, false, 1, 1,
+         runClipboardDelete},
+        {text("clipboard clear"),
+         {},
+         text("Erase every entry that is not pinned, for good"),
+         {},
+         false,
+         0,
+         0,
+         runClipboardClear},
+        {text("settings list"), {}, text("All settings with their values"), {}, true, 0, 0, runSettingsList},
+        {text("settings get"), text("KEY"), text("The value of a setting, as JSON"), {}, false, 1, 1, runSettingsGet},
+        {text("settings set"), text("KEY VALUE"), text("Change a setting; takes effect at once"), kValueHelp, false, 2,
+         2, runSettingsSet},
+        {text("settings reset"),
+         text("KEY"),
+         text("Give a setting its default again"),
+         {},
+         false,
+         1,
+         1,
+         runSettingsReset},
+    };
+}
+
+} // namespace
+
+std::span<const CommandSpec> allCommands()
+{
+    static const std::vector<CommandSpec> table = makeTable();
+    return table;
+}
+
+} // namespace ostrelle

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "command/CommandTable.h"
+
+namespace ostrelle {
+
+ExitStatus runSettingsList(const Invocation &invocation);
+ExitStatus runSettingsGet(const Invocation &invocation);
+ExitStatus runSettingsSet(const Invocation &invocation);
+ExitStatus runSettingsReset(const Invocation &invocation);
+
+} // namespace ostrelle

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "command/CommandTable.h"
+
+#include <QString>
+
+namespace ostrelle {
+
+/// Opens the notch of the running program, on `tool` unless it is empty, or becomes the program when none runs (same
+/// process id). Of several starts at once one becomes the program and the others hand over to it.
+ExitStatus openOrBecome(const QString &tool, bool openAtStart);
+
+} // namespace ostrelle

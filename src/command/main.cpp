@@ -1,0 +1,34 @@
+#include "command/CommandLine.h"
+#include "command/Help.h"
+#include "command/Output.h"
+
+#include <QCoreApplication>
+
+#include <clocale>
+
+namespace {
+
+using namespace ostrelle;
+
+ExitStatus run(const ParsedCommandLine &parsed)
+{
+    if (const auto *invocation = std::get_if<Invocation>(&parsed))
+        return invocation->command->run(*invocation);
+    if (const auto *help = std::get_if<HelpRequest>(&parsed)) {
+        printOut(helpText(help->topic));
+        return ExitStatus::Done;
+    }
+    if (const auto *problem = std::get_if<UsageProblem>(&parsed))
+        return fail(ExitStatus::WrongUsage, problem->message);
+    printOut(versionText() + QLatin1Char('\n'));
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::setlocale(LC_ALL, "");
+    const QCoreApplication application(argc, argv);
+    return static_cast<int>(run(parseCommandLine(QCoreApplication::arguments().mid(1))));
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace ostrelle {
+
+/// The per-user typed key-value file: one JSON object keyed by dotted names. Tells a missing key from a stored one and
+/// keeps types; a binary value is {"$data": "BASE64"}. Every change is in memory at once and on the disk soon after
+/// (serial queue, latest snapshot wins, atomic); a write that fails is logged once per cause and tried again with the
+/// next change and by flush(). A file that cannot be decoded counts as empty, stays untouched until the next write and
+/// is then kept aside. Main thread.
+class DefaultsDatabase
+{
+public:
+    explicit DefaultsDatabase(const QString &path);
+    ~DefaultsDatabase();
+
+    /// The stored value, or nothing when the key is missing.
+    std::optional<QJsonValue> value(const QString &key) const;
+    void setValue(const QString &key, const QJsonValue &value);
+    void remove(const QString &key);
+
+    std::optional<QByteArray> data(const QString &key) const;
+    void setData(const QString &key, const QByteArray &bytes);
+
+    /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
+    bool flush();
+
+private:
+    struct Writer;
+
+    void save();
+
+    QJsonObject m_values;
+    std::unique_ptr<Writer> m_writer;
+};
+
+} // namespace ostrelle

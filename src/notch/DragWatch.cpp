@@ -1,0 +1,47 @@
+#include "notch/DragWatch.h"
+
+#include "core/SettingsStore.h"
+#include "foundation/TaskScheduler.h"
+#include "notch/NotchViewModel.h"
+#include "platform/DragSense.h"
+
+#include <chrono>
+
+namespace ostrelle {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPollInterval{90};
+
+} // namespace
+
+DragWatch::DragWatch(NotchViewModel &viewModel, SettingsStore &settings, TaskScheduler &scheduler, DragSense &dragSense)
+    : m_viewModel(viewModel)
+    , m_settings(settings)
+    , m_scheduler(scheduler)
+    , m_dragSense(dragSense)
+{
+}
+
+void DragWatch::begin()
+{
+    m_poll.cancel();
+    if (!m_settings.catchDraggedFiles())
+        return;
+    m_countAtPress = m_dragSense.changeCount();
+    m_release = DragRelease(m_scheduler.now());
+    m_poll = m_scheduler.every(kPollInterval, &m_viewModel, [this] { look(); });
+}
+
+void DragWatch::look()
+{
+    const Answer held = m_dragSense.isButtonHeld();
+    if (m_release.isOver(held, m_scheduler.now())) {
+        m_poll.cancel();
+        m_viewModel.setDragCatch(false);
+    } else if (held != Answer::No && m_dragSense.changeCount() != m_countAtPress) {
+        m_viewModel.setDragCatch(true);
+    }
+}
+
+} // namespace ostrelle

@@ -1,0 +1,216 @@
+#include "notch/ModuleTile.h"
+
+#include "notch/Glyph.h"
+#include "notch/ModuleChromeMetrics.h"
+#include "notch/NotchAppearance.h"
+#include "notch/Plate.h"
+#include "notch/controls/ColorMix.h"
+#include "records/Motion.h"
+
+#include <QFontMetricsF>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace ostrelle {
+namespace {
+
+constexpr QSizeF kTile{78, 50};
+constexpr double kMarkWidth = 22;
+constexpr double kMarkHeight = 20;
+constexpr double kMarkSymbolSize = 11.2;
+constexpr double kTileSymbolSize = 16;
+constexpr double kSymbolBox = 20;
+constexpr double kCaptionGap = 5;
+constexpr double kCaptionHeight = 14;
+/// The symbol's centre lies this far above the tile's, so that symbol and caption together are centred.
+constexpr double kSymbolRise = (kCaptionGap + kCaptionHeight) / 2;
+constexpr double kHoverScale = 1.03;
+constexpr double kPressedScale = 0.97;
+constexpr double kPressedOpacity = 0.8;
+
+constexpr double kBadgeHeight = 14;
+constexpr double kBadgeMinimumWidth = 15;
+constexpr double kBadgePadding = 4.5;
+constexpr double kBadgeLeft = 7;
+constexpr double kBadgeRise = 6;
+constexpr int kBadgeFont = 9; ///< pixels
+constexpr double kDot = 8;
+constexpr double kDotLeft = 12;
+constexpr double kDotRise = 3;
+
+double between(double from, double to, double amount)
+{
+    return from + (to - from) * amount;
+}
+
+} // namespace
+
+ModuleTile::ModuleTile(const ControlContext &context, KestroModule module, QWidget *parent)
+    : NotchButton(context, parent)
+    , m_module(module)
+    , m_activity(context, 0, [this] { update(); })
+{
+    setAccessibleDescription(blurb(module));
+    applyForm();
+}
+
+void ModuleTile::applyForm()
+{
+    setToolTip(isOpen() ? blurb(m_module) : title(m_module));
+    setAccessibleName(title(m_module));
+    setFocusPolicy(isOpen() ? Qt::TabFocus : Qt::NoFocus);
+    if (!isOpen())
+        clearFocus();
+    refreshHover();
+}
+
+void ModuleTile::setActive(bool active)
+{
+    if (m_look.content > 0)
+        m_activity.animateTo(active ? 1 : 0, Motion::hover());
+    else
+        m_activity.jumpTo(active ? 1 : 0);
+    update();
+}
+
+void ModuleTile::setBadge(const std::optional<ModuleBadge> &badge)
+{
+    if (badge == m_badge)
+        return;
+    m_badge = badge;
+    update();
+}
+
+void ModuleTile::setLook(const StripLook &look, const QPointF &centre)
+{
+    const bool wasOpen = isOpen();
+    m_look = look;
+    // Plate and caption are as high as they will be from the moment they begin to show.
+    const QSizeF size(between(chrome::kMarkPitch, chrome::kTilePitch, look.openness),
+                      look.content > 0 ? chrome::kStripHeight : kMarkHeight);
+    const QRect frame = QRectF(centre - QPointF(size.width(), size.height()) / 2, size).toAlignedRect();
+    setGeometry(frame);
+    m_centre = centre - frame.topLeft();
+    if (isOpen() != wasOpen)
+        applyForm();
+    update();
+}
+
+QRectF ModuleTile::shape() const
+{
+    const double open = m_look.openness;
+    const QSizeF size(between(kMarkWidth, kTile.width(), open), m_look.content > 0 ? kTile.height() : kMarkHeight);
+    return {m_centre - QPointF(size.width(), size.height()) / 2, size};
+}
+
+double ModuleTile::cornerRadius() const
+{
+    return kPlateRadius;
+}
+
+bool ModuleTile::hitButton(const QPoint &position) const
+{
+    return isOpen() && shape().contains(position);
+}
+
+void ModuleTile::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        Q_EMIT focusStep(-1);
+        break;
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        Q_EMIT focusStep(1);
+        break;
+    default:
+        NotchButton::keyPressEvent(event);
+    }
+}
+
+QColor ModuleTile::contentColor() const
+{
+    const Theme::Palette &palette = appearance().palette();
+    const double lit = std::max(m_activity.value() * m_look.toolness, hoverAmount());
+    const QColor open = mixed(palette.text2, palette.text1, lit);
+    const QColor closed = faded(Qt::white, m_look.peekOpacity);
+    return faded(mixed(closed, open, m_look.content), 1 + (kPressedOpacity - 1) * pressAmount());
+}
+
+void ModuleTile::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double hoverScale = appearance().reducesMotion() ? 1 : between(1, kHoverScale, hoverAmount());
+    const double scale = hoverScale * pressScale(kPressedScale);
+    painter.translate(m_centre);
+    painter.scale(scale, scale);
+    painter.translate(-m_centre);
+    paintPlateUnder(painter);
+
+    // Whole device pixels at both ends of the way, so that the symbol is crisp where it rests.
+    const double ratio = devicePixelRatioF();
+    const double rise = std::round(kSymbolRise * ratio) / ratio * m_look.openness;
+    const double size = between(kMarkSymbolSize, kTileSymbolSize, m_look.openness);
+    const QPointF symbol = m_centre - QPointF(0, rise);
+    const QRectF box(symbol - QPointF(kSymbolBox, kSymbolBox) / 2, QSizeF(kSymbolBox, kSymbolBox));
+    const QColor color = contentColor();
+    paintGlyph(painter, ostrelle::symbol(m_module), box, size, GlyphWeight::Medium, color);
+
+    if (m_look.content <= 0)
+        return;
+    painter.setFont(Theme::font(FontRole::CaptionMedium));
+    painter.setPen(faded(color, m_look.content));
+    const QRectF caption(m_centre.x() - kTile.width() / 2, box.bottom() + kCaptionGap, kTile.width(), kCaptionHeight);
+    painter.drawText(caption, Qt::AlignCenter | Qt::TextDontClip, tileCaption(m_module));
+    paintBadge(painter, QPointF(m_centre.x(), box.top()));
+}
+
+void ModuleTile::paintPlateUnder(QPainter &painter) const
+{
+    const Theme::Palette &palette = appearance().palette();
+    // In a tool the strip paints the active tile's plate, which slides, and the others have one only under the pointer.
+    const double resting = m_look.content * (1 - m_look.toolness);
+    const double hover = m_look.content * hoverAmount() * (1 - m_activity.value() * m_look.toolness);
+    if (resting <= 0 && hover <= 0)
+        return;
+    const QColor rest = faded(palette.tileTint, resting);
+    const QColor fill = mixed(rest, palette.hoverTint, hover);
+    paintPlate(painter, shape(), fill, faded(palette.plateEdge, std::max(resting, hover)));
+}
+
+void ModuleTile::paintBadge(QPainter &painter, const QPointF &symbolTop) const
+{
+    if (!m_badge)
+        return;
+    const Theme::Palette &palette = appearance().palette();
+    const double opacity = m_look.content;
+    painter.setPen(Qt::NoPen);
+    if (const auto *dot = std::get_if<DotBadge>(&*m_badge)) {
+        const QRectF disc(symbolTop + QPointF(kDotLeft, -kDotRise), QSizeF(kDot, kDot));
+        painter.setBrush(faded(QColor::fromRgbF(static_cast<float>(dot->red), static_cast<float>(dot->green),
+                                                static_cast<float>(dot->blue)),
+                               opacity));
+        painter.drawEllipse(disc);
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(faded(palette.dotRing, opacity), 1));
+        painter.drawEllipse(disc.adjusted(0.5, 0.5, -0.5, -0.5));
+        return;
+    }
+    QFont font = Theme::font(FontRole::SectionLabel);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
+    font.setPixelSize(kBadgeFont);
+    const QString text = QString::number(std::get<CountBadge>(*m_badge).count);
+    const double width = std::max(kBadgeMinimumWidth, QFontMetricsF(font).horizontalAdvance(text) + 2 * kBadgePadding);
+    const QRectF capsule(symbolTop + QPointF(kBadgeLeft, -kBadgeRise), QSizeF(width, kBadgeHeight));
+    painter.setBrush(faded(palette.accent, opacity));
+    painter.drawRoundedRect(capsule, kBadgeHeight / 2, kBadgeHeight / 2);
+    painter.setFont(font);
+    painter.setPen(faded(Qt::white, opacity));
+    painter.drawText(capsule, Qt::AlignCenter, text);
+}
+
+} // namespace ostrelle

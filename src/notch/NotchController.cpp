@@ -1,0 +1,253 @@
+#include "notch/NotchController.h"
+
+#include "core/SettingsStore.h"
+#include "foundation/TaskScheduler.h"
+#include "notch/NotchViewModel.h"
+#include "platform/DragSense.h"
+#include "platform/OutsideActivity.h"
+#include "platform/PanelHost.h"
+#include "platform/Platform.h"
+#include "platform/PointerNear.h"
+
+namespace ostrelle {
+
+namespace {
+
+/// How long a closing surface takes at most to come to its place; only then does the panel change screens by itself.
+constexpr std::chrono::milliseconds kClosingTime{520};
+
+} // namespace
+
+NotchController::NotchController(NotchViewModel &viewModel, SettingsStore &settings, TaskScheduler &scheduler,
+                                 Platform &platform, QObject *parent)
+    : QObject(parent)
+    , m_viewModel(viewModel)
+    , m_settings(settings)
+    , m_scheduler(scheduler)
+    , m_platform(platform)
+    , m_window(scheduler, *this, [this] { return settledWindowSize(); })
+    , m_dragWatch(viewModel, settings, scheduler, platform.dragSense())
+    , m_hoverDismissWatch(viewModel, scheduler, platform.panelHost(), platform.pointerNear(),
+                          {.isSuppressed = [this] { return m_isAutoCollapseSuppressed; },
+                           .interactiveRect = [this] { return interactiveRect(); }})
+{
+}
+
+void NotchController::start(QWidget &panel)
+{
+    Q_ASSERT(!m_panel);
+    m_panel = &panel;
+    m_platform.panelHost().attach(panel);
+    observe();
+    m_screen = screenUnderPointer();
+    measureScreen(SurfaceMotion::None);
+    if (m_screen)
+        m_window.jumpTo(desiredWindowSize());
+    m_platform.panelHost().raise();
+    updateScreenWatch();
+}
+
+void NotchController::observe()
+{
+    m_geometryNotifier = m_viewModel.bindableGeometry().addNotifier([this] { geometryChanged(); });
+    m_phaseNotifier = m_viewModel.bindablePhase().addNotifier([this] { phaseChanged(); });
+    m_windowSizeNotifier = bindableWindowSize().addNotifier([this] { place(); });
+    m_displayNotchNotifier =
+        m_settings.bindableDisplayNotch().addNotifier([this] { measureScreen(SurfaceMotion::Zone); });
+
+    connect(&m_viewModel, &NotchViewModel::aboutToOpen, this, &NotchController::aboutToOpen);
+    connect(&m_viewModel, &NotchViewModel::hoverOpenDue, this,
+            [this] { present(std::nullopt, Focus::Leave, Opening::ByHover); });
+    connect(&m_viewModel, &NotchViewModel::hoverDismissWatchDue, this, &NotchController::startHoverDismissWatch);
+
+    connect(&m_platform.screens(), &Screens::changed, this, &NotchController::screensChanged);
+    connect(&m_platform.pointerNear(), &PointerNear::screenChanged, this, [this](const QString &name) {
+        if (m_viewModel.phase() == Phase::Idle)
+            follow(name);
+    });
+    connect(&m_platform.outsideActivity(), &OutsideActivity::pressedOutside, this, &NotchController::pressedOutside);
+    connect(&m_platform.outsideActivity(), &OutsideActivity::otherApplicationActivated, this,
+            &NotchController::closeByOthers);
+    connect(&m_platform.panelHost(), &PanelHost::keyboardGained, this, &NotchController::keyboardGained);
+}
+
+void NotchController::present(std::optional<KestroModule> module, Focus focus, Opening opening,
+                              const ActivationToken &token)
+{
+    if (const std::optional<Screen> screen = screenUnderPointer())
+        follow(screen->name);
+    m_platform.panelHost().raise();
+    const bool isByHover = opening == Opening::ByHover;
+    m_viewModel.expand(module, isByHover);
+    if (focus == Focus::Take)
+        m_platform.panelHost().takeKeyboard(token);
+    if (isByHover)
+        startHoverDismissWatch();
+    else
+        m_hoverDismissWatch.cancel();
+}
+
+void NotchController::dismiss()
+{
+    m_viewModel.collapse();
+}
+
+void NotchController::follow(const QString &screenName)
+{
+    if (m_screen && m_screen->name == screenName)
+        return;
+    if (const std::optional<Screen> screen = m_platform.screens().named(screenName))
+        moveTo(*screen);
+}
+
+void NotchController::startHoverDismissWatch()
+{
+    m_hoverDismissWatch.start();
+}
+
+void NotchController::suppressAutoCollapse()
+{
+    m_autoCollapseRelease.cancel();
+    m_isAutoCollapseSuppressed = true;
+}
+
+void NotchController::releaseAutoCollapse(std::chrono::nanoseconds delay)
+{
+    m_autoCollapseRelease.cancel();
+    if (delay > std::chrono::nanoseconds::zero())
+        m_autoCollapseRelease = m_scheduler.after(delay, this, [this] { m_isAutoCollapseSuppressed = false; });
+    else
+        m_isAutoCollapseSuppressed = false;
+}
+
+void NotchController::escapePressed()
+{
+    if (m_viewModel.selection())
+        m_viewModel.backToSelector();
+    else
+        dismiss();
+}
+
+std::optional<Screen> NotchController::screenUnderPointer() const
+{
+    std::optional<Screen> screen;
+    if (const std::optional<QString> name = m_platform.pointerNear().screen())
+        screen = m_platform.screens().named(*name);
+    return screen ? screen : m_platform.screens().primary();
+}
+
+void NotchController::moveTo(const Screen &screen)
+{
+    m_screen = screen;
+    const QSizeF size = desiredWindowSize();
+    if (size == windowSize())
+        place();
+    else
+        m_window.jumpTo(size);
+    measureScreen(SurfaceMotion::Zone);
+}
+
+void NotchController::place()
+{
+    if (!m_screen || !m_panel)
+        return;
+    m_platform.panelHost().place(m_screen->name, windowSize());
+    m_platform.panelHost().setInteractiveRect(interactiveRect());
+}
+
+void NotchController::measureScreen(SurfaceMotion motion)
+{
+    if (m_screen)
+        m_viewModel.setMetrics(NotchMetrics::measure(*m_screen, m_settings.displayNotch()), motion);
+}
+
+QSizeF NotchController::desiredWindowSize() const
+{
+    const QSizeF size = m_viewModel.geometry().windowSize;
+    return m_screen ? size.boundedTo(m_screen->frame.size()) : size;
+}
+
+std::optional<QSizeF> NotchController::settledWindowSize() const
+{
+    if (m_viewModel.isDragCatchArmed() || !m_viewModel.dropTargets().isEmpty())
+        return std::nullopt;
+    return desiredWindowSize();
+}
+
+QRectF NotchController::interactiveRect() const
+{
+    const QSizeF size = m_viewModel.geometry().interactionSize;
+    if (!m_panel || size.isEmpty())
+        return {};
+    const QSizeF fitting = size.boundedTo(m_panel->size());
+    return {QPointF((m_panel->width() - fitting.width()) / 2, 0), fitting};
+}
+
+void NotchController::updateScreenWatch()
+{
+    const bool isNeeded = m_viewModel.phase() == Phase::Idle && m_platform.screens().all().size() >= 2;
+    if (isNeeded == m_isWatchingScreen)
+        return;
+    m_isWatchingScreen = isNeeded;
+    m_platform.pointerNear().watchScreen(isNeeded);
+    m_screenCatchUp.cancel();
+    // The watch tells of changes only; the pointer may have gone to another screen while the notch was open.
+    const std::optional<QString> pointerScreen = m_platform.pointerNear().screen();
+    if (isNeeded && pointerScreen && m_screen && *pointerScreen != m_screen->name) {
+        m_screenCatchUp = m_scheduler.after(kClosingTime, this, [this] {
+            if (const std::optional<QString> name = m_platform.pointerNear().screen())
+                follow(*name);
+        });
+    }
+}
+
+void NotchController::geometryChanged()
+{
+    if (!m_screen)
+        return;
+    m_window.request(desiredWindowSize());
+    m_platform.panelHost().setInteractiveRect(interactiveRect());
+}
+
+void NotchController::phaseChanged()
+{
+    if (m_viewModel.phase() != Phase::Expanded) {
+        m_hoverDismissWatch.cancel();
+        // However it was closed, a closed notch keeps no keyboard.
+        if (m_platform.panelHost().hasKeyboard())
+            m_platform.panelHost().releaseKeyboard();
+    }
+    updateScreenWatch();
+}
+
+void NotchController::screensChanged()
+{
+    const std::optional<Screen> same = m_screen ? m_platform.screens().named(m_screen->name) : std::nullopt;
+    if (!m_screen || same != m_screen) {
+        m_screen.reset();
+        if (const std::optional<Screen> screen = same ? same : screenUnderPointer())
+            moveTo(*screen);
+    }
+    updateScreenWatch();
+}
+
+void NotchController::pressedOutside()
+{
+    m_dragWatch.begin();
+    closeByOthers();
+}
+
+void NotchController::closeByOthers()
+{
+    if (!m_isAutoCollapseSuppressed)
+        m_viewModel.collapse();
+}
+
+void NotchController::keyboardGained()
+{
+    // Granted after the notch was closed again.
+    if (m_viewModel.phase() != Phase::Expanded)
+        m_platform.panelHost().releaseKeyboard();
+}
+
+} // namespace ostrelle

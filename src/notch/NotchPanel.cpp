@@ -1,0 +1,221 @@
+#include "notch/NotchPanel.h"
+
+#include "core/SettingsStore.h"
+#include "foundation/MakeChild.h"
+#include "notch/AccessibleRole.h"
+#include "notch/CrossFade.h"
+#include "notch/FrameClock.h"
+#include "notch/NotchAppearance.h"
+#include "notch/NotchController.h"
+#include "notch/NotchRootView.h"
+#include "notch/NotchViewModel.h"
+#include "notch/PanelBackdrop.h"
+#include "notch/PopupStyle.h"
+#include "notch/controls/NotchMenu.h"
+#include "platform/PanelHost.h"
+#include "platform/Platform.h"
+#include "platform/Popups.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <utility>
+
+namespace ostrelle {
+namespace {
+
+/// The shadow and the ears reach this far beyond the surface.
+constexpr int kSurroundings = 48;
+
+QString comesWithSettings()
+{
+    return QStringLiteral("Comes with the settings window");
+}
+
+} // namespace
+
+NotchPanel::NotchPanel(NotchController &controller, SettingsStore &settings, ToolRegistry &registry, Platform &platform,
+                       TaskScheduler &scheduler, const ControlContext &context)
+    : m_controller(controller)
+    , m_viewModel(controller.viewModel())
+    , m_settings(settings)
+    , m_platform(platform)
+    , m_context(context)
+    , m_backdrop(makeChild<PanelBackdrop>(this, platform.panelHost(), context.appearance))
+    , m_root(makeChild<NotchRootView>(this, context, controller.viewModel(), settings, registry, scheduler))
+    , m_crossFade(makeChild<CrossFade>(this, context))
+{
+    setAccessibleName(QStringLiteral("Ostrelle"));
+    setAccessibleRole(*this, QAccessible::Dialog);
+    applyToolTipStyle(context.appearance);
+
+    connect(&controller, &NotchController::aboutToOpen, this, &NotchPanel::prepareToOpen);
+    connect(&m_backdrop, &PanelBackdrop::changed, this, &NotchPanel::surfaceMoved);
+    connect(&m_root, &NotchRootView::moved, this, &NotchPanel::surfaceMoved);
+    connect(&m_root, &NotchRootView::dismissRequested, this, [this] { m_controller.dismiss(); });
+    connect(&m_root, &NotchRootView::aboutToChange, this, [this] {
+        if (m_context.appearance.reducesMotion())
+            m_crossFade.begin();
+    });
+    connect(&context.appearance, &NotchAppearance::changed, this, [this] {
+        applyToolTipStyle(m_context.appearance);
+        update();
+    });
+    connect(&platform.panelHost(), &PanelHost::glassChanged, this, [this] {
+        if (isExpanded())
+            m_backdrop.capture(width());
+        surfaceMoved();
+    });
+    // A press anywhere in the open panel asks for the keyboard, also one that a control keeps for itself.
+    qApp->installEventFilter(this);
+}
+
+NotchPanel::~NotchPanel() = default;
+
+SurfaceState NotchPanel::surfaceState() const
+{
+    const PanelFrame &frame = m_root.frame();
+    const NotchAppearance &appearance = m_context.appearance;
+    return {.size = QSizeF(frame.width, frame.height),
+            .expansion = frame.expansion,
+            .bottomRadius = frame.bottomRadius,
+            .topRadius = frame.topRadius,
+            .scheme = appearance.scheme(),
+            .contrast = appearance.contrast(),
+            .theme = appearance.theme(),
+            .glass = m_platform.panelHost().glass(),
+            .backdrop = m_backdrop.image(),
+            .backdropArea = m_backdrop.area()};
+}
+
+bool NotchPanel::isExpanded() const
+{
+    return m_viewModel.phase() == Phase::Expanded;
+}
+
+void NotchPanel::prepareToOpen()
+{
+    if (const auto screen = m_controller.currentScreen())
+        m_context.clock.setRefreshRate(screen->refreshRate);
+    m_backdrop.capture(width());
+}
+
+void NotchPanel::surfaceMoved()
+{
+    const QRect area = paintedArea();
+    update(area.united(m_lastPainted));
+    m_lastPainted = area;
+    updateOutline();
+    const bool cameToRest = std::exchange(m_wasMoving, m_root.isMoving()) && !m_wasMoving;
+    if (!m_wasMoving && m_viewModel.phase() == Phase::Idle)
+        m_backdrop.release();
+    else if (cameToRest && isExpanded() && m_platform.panelHost().hasCompositor())
+        m_backdrop.capture(width());
+}
+
+void NotchPanel::updateOutline()
+{
+    PanelHost &host = m_platform.panelHost();
+    // Without a use for it in every frame, the outline is told only where it rests.
+    if (host.glass() == PanelHost::Glass::Snapshot && m_root.isMoving())
+        return;
+    host.setOutline(surfaceOutline(QPointF(width() / 2.0, 0), surfaceState()));
+}
+
+QRect NotchPanel::paintedArea() const
+{
+    const PanelFrame &frame = m_root.frame();
+    const QRectF surface(width() / 2.0 - frame.width / 2, 0, frame.width, frame.height);
+    return surface.adjusted(-kSurroundings, 0, kSurroundings, kSurroundings).toAlignedRect();
+}
+
+bool NotchPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType() && isExpanded()) {
+        const auto *widget = static_cast<QWidget *>(watched);
+        PanelHost &host = m_platform.panelHost();
+        if (widget->window() == this && !host.hasKeyboard())
+            host.takeKeyboard({});
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void NotchPanel::enterEvent(QEnterEvent *)
+{
+    m_viewModel.pointerEntered();
+}
+
+void NotchPanel::leaveEvent(QEvent *)
+{
+    m_viewModel.pointerExited();
+}
+
+void NotchPanel::mousePressEvent(QMouseEvent *event)
+{
+    m_wasPressed = event->button() == Qt::LeftButton;
+}
+
+void NotchPanel::mouseReleaseEvent(QMouseEvent *event)
+{
+    const bool isClick = std::exchange(m_wasPressed, false) && event->button() == Qt::LeftButton;
+    if (isClick && !isExpanded())
+        m_controller.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
+}
+
+NotchMenu &NotchPanel::ensureMenu()
+{
+    if (m_menu != nullptr)
+        return *m_menu;
+    m_menu = &makeChild<NotchMenu>(this, m_context.appearance);
+    for (const QString &text : {QStringLiteral("Settings…"), QStringLiteral("Welcome…")}) {
+        QAction *action = m_menu->addAction(text);
+        action->setEnabled(false);
+        action->setToolTip(comesWithSettings());
+    }
+    m_menu->addSeparator();
+    const QAction *quit = m_menu->addAction(QStringLiteral("Quit Ostrelle"));
+    connect(quit, &QAction::triggered, this, &NotchPanel::quitRequested);
+    return *m_menu;
+}
+
+void NotchPanel::contextMenuEvent(QContextMenuEvent *event)
+{
+    m_platform.popups().openMenu(ensureMenu(), *this, event->pos());
+}
+
+void NotchPanel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        m_controller.escapePressed();
+        return;
+    }
+    const QList<KestroModule> modules = m_settings.activeModules();
+    const QString text = event->text();
+    const int digit = text.isEmpty() ? -1 : text.front().digitValue();
+    const bool onSelector = isExpanded() && !m_viewModel.selection();
+    if (onSelector && digit >= 1 && digit <= modules.size())
+        m_viewModel.select(modules.at(digit - 1));
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void NotchPanel::resizeEvent(QResizeEvent *)
+{
+    m_root.setGeometry(rect());
+    updateOutline();
+}
+
+void NotchPanel::paintEvent(QPaintEvent *)
+{
+    const SurfaceState state = surfaceState();
+    if (state.size.isEmpty())
+        return;
+    QPainter painter(this);
+    paintNotchSurface(painter, QPointF(width() / 2.0, 0), state, m_cache);
+}
+
+} // namespace ostrelle

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "foundation/Task.h"
+#include "notch/ModuleHeader.h"
+#include "notch/NotchGeometry.h"
+#include "notch/NotchPhase.h"
+#include "notch/PanelMotion.h"
+#include "notch/controls/ControlContext.h"
+
+#include <QList>
+#include <QPixmap>
+#include <QPointer>
+#include <QProperty>
+#include <QWidget>
+
+namespace ostrelle {
+
+class EmptyStateView;
+class GlyphButton;
+class ModuleContainer;
+class ModuleStrip;
+class SettingsStore;
+class TaskScheduler;
+class ToolRegistry;
+
+/// Everything that stands on the surface, laid out for the present frame: the strip that is there in every state, the
+/// selector's settings button, and a tool with its header.
+class NotchRootView : public QWidget
+{
+    Q_OBJECT
+public:
+    NotchRootView(const ControlContext &context, NotchViewModel &viewModel, SettingsStore &settings,
+                  ToolRegistry &registry, TaskScheduler &scheduler, QWidget *parent);
+
+    const PanelFrame &frame() const { return m_motion.frame(); }
+    bool isMoving() const { return m_motion.isMoving(); }
+
+Q_SIGNALS:
+    /// The state is about to change.
+    void aboutToChange();
+    /// frame() or what stands on it has changed.
+    void moved();
+    /// A visit to a tool ended by itself.
+    void dismissRequested();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    /// All that the layout depends on, as one value.
+    struct Inputs
+    {
+        NotchGeometry geometry;
+        Phase phase = Phase::Idle;
+        std::optional<KestroModule> selection;
+        bool isCatchArmed = false;
+        QList<KestroModule> modules;
+
+        friend bool operator==(const Inputs &, const Inputs &) = default;
+    };
+
+    bool isExpanded() const { return m_inputs.value().phase == Phase::Expanded; }
+    static double peekOpacity(const Inputs &inputs, double present);
+    void react();
+    void showTool(std::optional<KestroModule> module, double toolness);
+    void leaveTool();
+    void scheduleFollowUp();
+    void followUp();
+    void placeFocus();
+    void reportHeight();
+    void arrange();
+    void arrangeHeader(double content);
+    void arrangeTool(double content);
+    void arrangeSelector(double content);
+    QRectF contentClip() const;
+
+    ControlContext m_context;
+    NotchViewModel &m_viewModel;
+    ToolRegistry &m_registry;
+    TaskScheduler &m_scheduler;
+    PanelMotion m_motion;
+    QProperty<Inputs> m_inputs;
+    QPropertyNotifier m_inputsWatch;
+
+    ModuleHeader &m_header;
+    ModuleStrip &m_strip;
+    GlyphButton &m_settingsButton;
+    EmptyStateView &m_noTools;
+    /// A child. Leaving may be the tool's own doing, so that it is deleted later.
+    QPointer<ModuleContainer> m_tool;
+    std::optional<KestroModule> m_shown;
+    double m_toolness = 0; ///< aimed at
+    bool m_toolReplacesTool = false;
+    /// Of the tool that was left last, while it fades.
+    QPixmap m_leaving;
+    QPoint m_leavingPosition;
+    double m_openInset = 0; ///< content inset of the last open state, which closing keeps
+    bool m_wasExpanded = false;
+    bool m_focusIsDue = false;
+    Task m_followUp;
+};
+
+} // namespace ostrelle

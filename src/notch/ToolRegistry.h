@@ -1,0 +1,54 @@
+#pragma once
+
+#include "records/KestroModule.h"
+#include "records/ModuleBadge.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <map>
+#include <optional>
+
+class QWidget;
+
+namespace ostrelle {
+
+class ToolView;
+struct ControlContext;
+
+/// What a tool brings to the notch. Everything but the view is optional.
+struct Tool
+{
+    /// Makes the tool's body inside the chrome, with `parent`.
+    std::function<ToolView &(const ControlContext &context, QWidget &parent)> makeView = {};
+    std::function<std::optional<ModuleBadge>()> badge = {};
+    /// Number of items the tool holds, for status.
+    std::function<int()> count = {};
+    /// Takes files dropped on its landing zone.
+    std::function<void(const QStringList &paths)> deliver = {};
+};
+
+/// The tools that exist. The notch knows them only through here. A module without a registration is shown as an honest
+/// empty state. Main thread.
+class ToolRegistry : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    void add(KestroModule module, Tool tool);
+    /// The registration of the module, or null.
+    const Tool *find(KestroModule module) const;
+    std::optional<ModuleBadge> badge(KestroModule module) const;
+    /// To be called by a tool when what badge() answers changed.
+    void notifyBadgeChanged(KestroModule module);
+
+Q_SIGNALS:
+    void badgeChanged(KestroModule module);
+
+private:
+    std::map<KestroModule, Tool> m_tools;
+};
+
+} // namespace ostrelle

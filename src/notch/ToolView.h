@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+#include <optional>
+
+namespace ostrelle {
+
+/// The body of a tool inside the chrome. It lies below the header and the tool strip and fills the rest of the panel.
+class ToolView : public QWidget
+{
+    Q_OBJECT
+public:
+    using QWidget::QWidget;
+
+    /// The body height that the tool wants, header and strip (106) included, logical pixels; nothing keeps the last
+    /// one.
+    virtual std::optional<double> wantedBodyHeight() const = 0;
+    /// Widgets for the trailing end of the header, from left to right; owned by the view, shown by the chrome.
+    virtual QList<QWidget *> headerActions();
+    /// The view came on screen: choose a selection, take the focus inside the panel.
+    virtual void appeared();
+
+Q_SIGNALS:
+    void wantedBodyHeightChanged();
+    /// headerActions() answers differently now.
+    void headerActionsChanged();
+    /// The visit is over: the notch should close.
+    void dismissRequested();
+};
+
+} // namespace ostrelle

@@ -1,0 +1,53 @@
+#include "notch/controls/CaretLineEdit.h"
+
+#include "notch/NotchAppearance.h"
+
+#include <QPainter>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kCaretWidth = 1.5;
+constexpr double kCaretInset = 1;
+
+} // namespace
+
+int CaretLineEdit::NoCaretStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
+                                             const QWidget *widget) const
+{
+    return metric == PM_TextCursorWidth ? 0 : QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+CaretLineEdit::CaretLineEdit(const NotchAppearance &appearance, QWidget *parent)
+    : QLineEdit(parent)
+    , m_appearance(appearance)
+{
+    setStyle(&m_style);
+    setFrame(false);
+    setTextMargins(0, 0, 0, 0);
+    setAttribute(Qt::WA_NoSystemBackground);
+    // The platform's menu of a text field would open beside the panel's own way of opening menus.
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    setDragEnabled(false);
+}
+
+CaretLineEdit::~CaretLineEdit()
+{
+    // The style is a member and gone before the base class is.
+    setStyle(nullptr);
+}
+
+void CaretLineEdit::paintEvent(QPaintEvent *event)
+{
+    QLineEdit::paintEvent(event);
+    if (!hasFocus() || isReadOnly() || hasSelectedText())
+        return;
+    const QRectF cursor(cursorRect());
+    QPainter painter(this);
+    // Beside the character, not on it.
+    const double x = cursor.center().x() - kCaretWidth / 2;
+    painter.fillRect(QRectF(x, cursor.top() + kCaretInset, kCaretWidth, cursor.height() - 2 * kCaretInset),
+                     m_appearance.palette().accent);
+}
+
+} // namespace ostrelle

@@ -1,0 +1,46 @@
+#include "notch/controls/ControlAura.h"
+
+#include <QEvent>
+#include <QPainter>
+
+namespace ostrelle {
+
+ControlAura::ControlAura(QWidget &control, std::function<void(QPainter &)> paint, QWidget *parent)
+    : QRubberBand(QRubberBand::Rectangle, parent)
+    , m_control(control)
+    , m_paint(std::move(paint))
+{
+    control.installEventFilter(this);
+    follow();
+}
+
+void ControlAura::follow()
+{
+    setGeometry(m_control.geometry().adjusted(-kReach, -kReach, kReach, kReach));
+    setVisible(m_control.isVisible());
+}
+
+bool ControlAura::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::Hide:
+        follow();
+        break;
+    default:
+        break;
+    }
+    return QRubberBand::eventFilter(watched, event);
+}
+
+void ControlAura::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(kReach, kReach);
+    m_paint(painter);
+}
+
+} // namespace ostrelle

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QRubberBand>
+
+#include <functional>
+
+class QPainter;
+
+namespace ostrelle {
+
+/// Shows what a control paints beyond its own rectangle: the focus ring and the glow. A widget beside the control,
+/// above it, which follows it and passes the pointer through. It is a rubber band only because assistive technology is
+/// not told about those.
+class ControlAura : public QRubberBand
+{
+    Q_OBJECT
+public:
+    /// How far it reaches beyond the control on each side, logical pixels.
+    static constexpr int kReach = 11;
+
+    /// `paint` gets a painter in the control's coordinates. `parent` is the control's.
+    ControlAura(QWidget &control, std::function<void(QPainter &)> paint, QWidget *parent);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    // A rubber band would cut itself down to its frame in these.
+    void resizeEvent(QResizeEvent *) override {}
+    void moveEvent(QMoveEvent *) override {}
+    void changeEvent(QEvent *) override {}
+
+private:
+    void follow();
+
+    QWidget &m_control;
+    std::function<void(QPainter &)> m_paint;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,130 @@
+#include "notch/controls/MetadataRow.h"
+
+#include "foundation/MakeChild.h"
+#include "notch/NotchAppearance.h"
+#include "notch/controls/CaretLineEdit.h"
+#include "notch/controls/GlyphButton.h"
+#include "platform/ClipboardPort.h"
+#include "records/Motion.h"
+
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kCopySize = 9.5;
+constexpr int kGap = 4;
+constexpr double kHairline = 0.5;
+constexpr double kHoverFade = 0.16;
+/// What a line edit keeps free beside its text.
+constexpr int kFieldMargin = 4;
+/// Its part at the right, which has to lie beyond the row for the text to end with the row.
+constexpr int kFieldOverhang = 3;
+
+/// A value that is cut with an ellipsis until somebody selects in it.
+class ValueField : public CaretLineEdit
+{
+public:
+    using CaretLineEdit::CaretLineEdit;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        if (hasFocus() || hasSelectedText() || fontMetrics().horizontalAdvance(text()) <= width() - kFieldMargin) {
+            CaretLineEdit::paintEvent(event);
+            return;
+        }
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::Text));
+        const QRect place = rect().adjusted(kFieldMargin / 2, 0, -kFieldOverhang, 0);
+        painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, place.width()));
+    }
+};
+
+} // namespace
+
+MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard, const Content &content,
+                         QWidget *parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_content(content)
+    , m_value(makeChild<ValueField>(this, context.appearance))
+    , m_copy(makeChild<GlyphButton>(this, context,
+                                    GlyphButton::Content{.symbol = QStringLiteral("square.on.square"),
+                                                         .help = QStringLiteral("Copy ") + content.label,
+                                                         .systemSize = kCopySize}))
+    , m_hover(context, 0, [this] {
+        m_copy.setPresence(m_hover.value());
+        m_copy.setVisible(m_hover.value() > 0);
+    })
+{
+    setFixedHeight(kHeight);
+    setAttribute(Qt::WA_NoSystemBackground);
+    const bool emphasized = content.emphasis == Emphasis::Emphasized;
+    m_value.setFont(Theme::font(emphasized ? FontRole::MonoLarge : FontRole::Mono));
+    m_value.setReadOnly(true);
+    m_value.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_value.setText(content.value);
+    m_value.setCursorPosition(0);
+    m_value.setAccessibleName(content.label);
+    m_value.setFocusPolicy(Qt::ClickFocus);
+    m_copy.hide();
+    connect(&m_copy, &QAbstractButton::clicked, this, [this, &clipboard] {
+        clipboard.write(m_content.value);
+        Q_EMIT copied();
+    });
+    connect(&context.appearance, &NotchAppearance::changed, this, &MetadataRow::applyPalette);
+    applyPalette();
+}
+
+void MetadataRow::applyPalette()
+{
+    const Theme::Palette &colors = m_context.appearance.palette();
+    QPalette palette = m_value.palette();
+    palette.setColor(QPalette::Base, Qt::transparent);
+    palette.setColor(QPalette::Text, colors.text1);
+    palette.setColor(QPalette::Highlight, colors.textSelection);
+    palette.setColor(QPalette::HighlightedText, colors.text1);
+    m_value.setPalette(palette);
+}
+
+bool MetadataRow::event(QEvent *event)
+{
+    if (event->type() == QEvent::Enter)
+        setHovered(true);
+    else if (event->type() == QEvent::Leave)
+        setHovered(false);
+    return QWidget::event(event);
+}
+
+void MetadataRow::setHovered(bool hovered)
+{
+    m_hover.fadeTo(hovered ? 1 : 0, Motion::fade(kHoverFade));
+}
+
+void MetadataRow::resizeEvent(QResizeEvent *)
+{
+    const double label = QFontMetricsF(Theme::font(FontRole::Caption)).horizontalAdvance(m_content.label);
+    const double text = QFontMetricsF(m_value.font()).horizontalAdvance(m_content.value) + kFieldMargin + 2;
+    const int taken = static_cast<int>(std::ceil(label)) + GlyphButton::kDiameter + 2 * kGap;
+    const int valueWidth = std::min(static_cast<int>(std::ceil(text)), std::max(width() - taken, 0));
+    m_value.setGeometry(width() - valueWidth + kFieldOverhang, 1, valueWidth, height() - 2);
+    m_copy.move(width() - valueWidth - kGap - GlyphButton::kDiameter, (height() - GlyphButton::kDiameter) / 2);
+}
+
+void MetadataRow::paintEvent(QPaintEvent *)
+{
+    const Theme::Palette &palette = m_context.appearance.palette();
+    QPainter painter(this);
+    painter.setFont(Theme::font(FontRole::Caption));
+    painter.setPen(palette.text3);
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, m_content.label);
+    painter.fillRect(QRectF(0, height() - kHairline, width(), kHairline), palette.hairline);
+}
+
+} // namespace ostrelle

@@ -1,0 +1,149 @@
+#include "notch/controls/NotchButton.h"
+
+#include "foundation/MakeChild.h"
+#include "notch/NotchAppearance.h"
+#include "notch/controls/ControlAura.h"
+#include "records/Motion.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kRingWidth = 2;
+constexpr double kRingGap = 2;
+
+bool cameFromKey(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+}
+
+} // namespace
+
+NotchButton::NotchButton(const ControlContext &context, QWidget *parent)
+    : QAbstractButton(parent)
+    , m_context(context)
+    , m_hover(context, 0,
+              [this] {
+                  updateAura();
+                  update();
+              })
+    , m_press(context, 0, [this] { update(); })
+{
+    setAttribute(Qt::WA_NoSystemBackground);
+    connect(this, &QAbstractButton::pressed, this, [this] { m_press.animateTo(1, Motion::hover()); });
+    connect(this, &QAbstractButton::released, this, [this] { m_press.animateTo(0, Motion::hover()); });
+}
+
+NotchButton::~NotchButton()
+{
+    delete m_aura;
+}
+
+void NotchButton::setHelp(const QString &help)
+{
+    setToolTip(help);
+    setAccessibleName(help);
+}
+
+void NotchButton::setPresence(double presence)
+{
+    if (presence == m_presence)
+        return;
+    m_presence = presence;
+    update();
+}
+
+void NotchButton::refreshHover()
+{
+    setHovered(isInteractive() && underMouse());
+}
+
+double NotchButton::pressScale(double pressed) const
+{
+    return appearance().reducesMotion() ? 1 : 1 + (pressed - 1) * pressAmount();
+}
+
+void NotchButton::paintGlow(QPainter &) const
+{
+}
+
+bool NotchButton::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Enter:
+        setHovered(isInteractive());
+        break;
+    case QEvent::Leave:
+    case QEvent::Hide:
+        setHovered(false);
+        break;
+    case QEvent::EnabledChange:
+        refreshHover();
+        updateAura();
+        break;
+    default:
+        break;
+    }
+    return QAbstractButton::event(event);
+}
+
+void NotchButton::setHovered(bool hovered)
+{
+    m_hover.animateTo(hovered ? 1 : 0, Motion::hover());
+}
+
+void NotchButton::focusInEvent(QFocusEvent *event)
+{
+    m_showsRing = cameFromKey(event->reason()) || (m_showsRing && event->reason() == Qt::ActiveWindowFocusReason);
+    QAbstractButton::focusInEvent(event);
+    updateAura();
+}
+
+void NotchButton::focusOutEvent(QFocusEvent *event)
+{
+    const bool comesBack = event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
+    m_showsRing = m_showsRing && comesBack;
+    QAbstractButton::focusOutEvent(event);
+    updateAura();
+}
+
+void NotchButton::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void NotchButton::updateAura()
+{
+    const bool ring = m_showsRing && hasFocus();
+    if (!ring && !isGlowing()) {
+        delete m_aura;
+        return;
+    }
+    if (!m_aura && parentWidget() != nullptr) {
+        const auto paint = [this](QPainter &painter) { paintAura(painter); };
+        m_aura = &makeChild<ControlAura>(parentWidget(), *this, paint);
+    }
+    if (m_aura)
+        m_aura->update();
+}
+
+void NotchButton::paintAura(QPainter &painter) const
+{
+    if (isGlowing())
+        paintGlow(painter);
+    if (!m_showsRing || !hasFocus())
+        return;
+    const double reach = kRingGap + kRingWidth / 2;
+    const QRectF ring = shape().adjusted(-reach, -reach, reach, reach);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(appearance().palette().focusRing, kRingWidth));
+    painter.drawRoundedRect(ring, cornerRadius() + reach, cornerRadius() + reach);
+}
+
+} // namespace ostrelle

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "notch/controls/NotchButton.h"
+
+#include <QMarginsF>
+
+namespace ostrelle {
+
+/// A quiet button: symbol, text or both, on a fill that is only there under the pointer or while it is switched on.
+class SoftButton : public NotchButton
+{
+    Q_OBJECT
+public:
+    /// What it stands on at rest.
+    enum class Ground { Clear, Tinted };
+
+    struct Content
+    {
+        QString symbol; ///< may be empty
+        QString text;   ///< may be empty
+        QString help;
+        double symbolSize = 12;
+        double radius = 8;
+        QMarginsF padding{8, 4, 8, 4};
+        Ground ground = Ground::Clear;
+    };
+
+    SoftButton(const ControlContext &context, Content content, QWidget *parent);
+
+    void setSymbol(const QString &symbol);
+    QSize sizeHint() const override;
+
+protected:
+    double cornerRadius() const override { return m_content.radius; }
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    double symbolWidth() const;
+
+    Content m_content;
+};
+
+} // namespace ostrelle

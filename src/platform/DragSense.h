@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/PointerNear.h"
+
+#include <QtGlobal>
+
+namespace ostrelle {
+
+/// Whether a drag with data is going on somewhere. Main thread.
+class DragSense
+{
+public:
+    virtual ~DragSense() = default;
+
+    /// Moves whenever a drag with data begins.
+    virtual qint64 changeCount() const = 0;
+    /// Whether a pointer button is held.
+    virtual Answer isButtonHeld() const = 0;
+};
+
+} // namespace ostrelle

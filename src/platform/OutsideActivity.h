@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QObject>
+
+namespace ostrelle {
+
+/// What the user does elsewhere. Main thread.
+class OutsideActivity : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+Q_SIGNALS:
+    /// A pointer button (no wheel) went down outside this program's windows (the panel's transparent rest is outside).
+    void pressedOutside();
+    /// Another ordinary application became active: no dock, no desktop, not this program, not the one that was last
+    /// active before.
+    void otherApplicationActivated();
+};
+
+} // namespace ostrelle

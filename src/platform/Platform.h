@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+class QString;
+
+namespace ostrelle {
+
+class ClipboardPort;
+class DesktopAppearance;
+class DragSense;
+class FileIcons;
+class Frontmost;
+class Haptics;
+class OutsideActivity;
+class PanelHost;
+class PointerNear;
+class Popups;
+class Screens;
+
+/// All desktop services of one backend. Created after the application object, destroyed before it.
+class Platform
+{
+public:
+    /// The backend that PlatformStart::prepare() named; null when it cannot run here. `keeperPath` is the executable
+    /// that keeps the clipboard.
+    static std::unique_ptr<Platform> create(const QString &backend, const QString &keeperPath);
+
+    virtual ~Platform() = default;
+
+    virtual PanelHost &panelHost() = 0;
+    virtual Popups &popups() = 0;
+    virtual OutsideActivity &outsideActivity() = 0;
+    virtual PointerNear &pointerNear() = 0;
+    virtual DragSense &dragSense() = 0;
+    virtual ClipboardPort &clipboard() = 0;
+    virtual Frontmost &frontmost() = 0;
+    virtual Screens &screens() = 0;
+    virtual DesktopAppearance &appearance() = 0;
+    virtual FileIcons &fileIcons() = 0;
+    virtual Haptics &haptics() = 0;
+
+    /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The
+    /// process ends with a non-zero status right after it.
+    virtual void setDisplayLostHandler(std::function<void()> handler) = 0;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Haptics.h"
+
+namespace ostrelle {
+
+/// For hardware that has no tick to give.
+class NoHaptics final : public Haptics
+{
+public:
+    void tick() override {}
+};
+
+} // namespace ostrelle

@@ -1,0 +1,136 @@
+#include "platform/x11/X11Platform.h"
+
+#include "foundation/SystemTaskScheduler.h"
+#include "platform/freedesktop/NoHaptics.h"
+#include "platform/freedesktop/PortalAppearance.h"
+#include "platform/freedesktop/ThemeFileIcons.h"
+#include "platform/x11/DisplayLoss.h"
+#include "platform/x11/ToolkitConnection.h"
+#include "platform/x11/WatchConnection.h"
+#include "platform/x11/X11ClipboardPort.h"
+#include "platform/x11/X11DragSense.h"
+#include "platform/x11/X11Frontmost.h"
+#include "platform/x11/X11OutsideActivity.h"
+#include "platform/x11/X11PanelHost.h"
+#include "platform/x11/X11PointerNear.h"
+#include "platform/x11/X11Popups.h"
+#include "platform/x11/X11RawPointer.h"
+#include "platform/x11/X11Screens.h"
+
+#include <QString>
+
+namespace ostrelle {
+
+struct X11Platform::Services
+{
+    Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath);
+
+    SystemTaskScheduler scheduler;
+    std::unique_ptr<WatchConnection> watch;
+    DisplayLoss displayLoss;
+    X11RawPointer rawPointer;
+    X11Screens screens;
+    X11PanelHost panelHost;
+    X11Popups popups;
+    X11OutsideActivity outsideActivity;
+    X11PointerNear pointerNear;
+    X11DragSense dragSense;
+    X11Frontmost frontmost;
+    X11ClipboardPort clipboard;
+    PortalAppearance appearance;
+    ThemeFileIcons fileIcons;
+    NoHaptics haptics;
+};
+
+X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath)
+    : watch(std::move(connection))
+    , rawPointer(*watch)
+    , screens(*watch)
+    , panelHost(*watch)
+    , outsideActivity(*watch, rawPointer)
+    , pointerNear(rawPointer, panelHost.window(), screens)
+    , dragSense(*watch, rawPointer)
+    , frontmost(*watch, scheduler)
+    , clipboard(*watch, frontmost, scheduler, keeperPath)
+{
+    QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
+    watch->flush();
+}
+
+std::unique_ptr<Platform> X11Platform::create(const QString &keeperPath)
+{
+    std::unique_ptr<WatchConnection> watch = WatchConnection::open();
+    if (!watch || !toolkitConnection()) {
+        return nullptr;
+    }
+    return std::make_unique<X11Platform>(std::make_unique<Services>(std::move(watch), keeperPath));
+}
+
+X11Platform::X11Platform(std::unique_ptr<Services> services)
+    : m_services(std::move(services))
+{
+}
+
+X11Platform::~X11Platform() = default;
+
+PanelHost &X11Platform::panelHost()
+{
+    return m_services->panelHost;
+}
+
+Popups &X11Platform::popups()
+{
+    return m_services->popups;
+}
+
+OutsideActivity &X11Platform::outsideActivity()
+{
+    return m_services->outsideActivity;
+}
+
+PointerNear &X11Platform::pointerNear()
+{
+    return m_services->pointerNear;
+}
+
+DragSense &X11Platform::dragSense()
+{
+    return m_services->dragSense;
+}
+
+ClipboardPort &X11Platform::clipboard()
+{
+    return m_services->clipboard;
+}
+
+Frontmost &X11Platform::frontmost()
+{
+    return m_services->frontmost;
+}
+
+Screens &X11Platform::screens()
+{
+    return m_services->screens;
+}
+
+DesktopAppearance &X11Platform::appearance()
+{
+    return m_services->appearance;
+}
+
+FileIcons &X11Platform::fileIcons()
+{
+    return m_services->fileIcons;
+}
+
+Haptics &X11Platform::haptics()
+{
+    return m_services->haptics;
+}
+
+void X11Platform::setDisplayLostHandler(std::function<void()> handler)
+{
+    m_services->displayLoss.setHandler(std::move(handler));
+}
+
+} // namespace ostrelle

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/x11/WatchConnection.h"
+
+#include <QObject>
+#include <QPoint>
+
+#include <optional>
+
+namespace ostrelle {
+
+/// The pointer of the whole desktop: where it is, its buttons, and raw events of presses, also while another program
+/// has grabbed it (XInput 2.2). Raw motion wakes the program once per event, so it is watched only on request.
+class X11RawPointer final : public QObject
+{
+    Q_OBJECT
+public:
+    struct State
+    {
+        QPoint position; ///< native, on the root window
+        bool isButtonHeld = false;
+    };
+
+    explicit X11RawPointer(WatchConnection &watch, QObject *parent = nullptr);
+
+    /// One round trip; nothing when the pointer is on another X screen.
+    std::optional<State> state() const;
+    void watchMotion(bool on);
+
+Q_SIGNALS:
+    /// A button other than the wheel's went down, at that server time.
+    void pressed(quint32 time);
+    void moved();
+
+private:
+    void handle(const xcb_generic_event_t &event);
+    void select(std::uint32_t mask);
+
+    WatchConnection &m_watch;
+    int m_inputOpcode = 0;
+    WatchConnection::Subscription m_subscription;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,228 @@
+#include "PanelFixture.h"
+#include "notch/controls/EdgeFade.h"
+#include "notch/controls/EmptyStateView.h"
+#include "notch/controls/GlyphButton.h"
+#include "notch/controls/InlineSearchField.h"
+#include "notch/controls/MetadataRow.h"
+#include "support/TestBase.h"
+#include "support/TestMain.h"
+
+#include <QLineEdit>
+#include <QPainter>
+#include <QSignalSpy>
+
+using namespace ostrelle;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A black place for controls, wide enough for what they paint around themselves.
+struct Stage : ControlFixture
+{
+    QWidget ground;
+
+    Stage()
+    {
+        ground.resize(200, 80);
+        QPalette palette;
+        palette.setColor(QPalette::Window, Qt::black);
+        ground.setPalette(palette);
+        ground.setAutoFillBackground(true);
+    }
+    QImage picture() { return ground.grab().toImage().convertToFormat(QImage::Format_RGB32); }
+};
+
+} // namespace
+
+class ControlsTest : public TestBase
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void ordinaryGlyphButtonGlowsUnderThePointer();
+    void destructiveGlyphButtonTurnsRedWithoutGlow();
+    void ringAppearsOnlyAfterAKeyMovedTheFocus();
+    void returnActivatesAButton();
+    void searchFieldEmptiesItself();
+    void searchFieldLetsUnusedKeysPass();
+    void emptyStateLeavesByFading();
+    void edgeFadeKeepsTheMiddleAndClearsTheEdge_data();
+    void edgeFadeKeepsTheMiddleAndClearsTheEdge();
+    void metadataRowCopiesExactlyItsValue();
+};
+
+void ControlsTest::ordinaryGlyphButtonGlowsUnderThePointer()
+{
+    Stage stage;
+    GlyphButton button(stage.context, {.symbol = QStringLiteral("pin"), .help = QStringLiteral("Pin")}, &stage.ground);
+    button.move(60, 30);
+    stage.ground.show();
+    const QImage before = stage.picture();
+    ControlFixture::enter(button);
+    stage.settle();
+    const QImage hovered = stage.picture();
+    const QPoint beside(60 + 22 + 2, 41);
+    QCOMPARE(before.pixel(beside), qRgb(0, 0, 0));
+    QVERIFY(qRed(hovered.pixel(beside)) > 20);
+    QCOMPARE(button.accessibleName(), QStringLiteral("Pin"));
+    ControlFixture::leave(button);
+    stage.settle();
+    QCOMPARE(stage.picture(), before);
+}
+
+void ControlsTest::destructiveGlyphButtonTurnsRedWithoutGlow()
+{
+    Stage stage;
+    GlyphButton button(stage.context,
+                       {.symbol = QStringLiteral("trash"),
+                        .help = QStringLiteral("Delete"),
+                        .purpose = GlyphButton::Purpose::Destructive},
+                       &stage.ground);
+    button.move(60, 30);
+    stage.ground.show();
+    ControlFixture::enter(button);
+    stage.settle();
+    const QImage hovered = stage.picture();
+    QCOMPARE(hovered.pixel(60 + 22 + 2, 41), qRgb(0, 0, 0));
+    int reddest = 0;
+    for (int y = 30; y < 52; ++y) {
+        for (int x = 60; x < 82; ++x)
+            reddest = std::max(reddest, qRed(hovered.pixel(x, y)) - qBlue(hovered.pixel(x, y)));
+    }
+    QVERIFY(reddest > 100);
+}
+
+void ControlsTest::ringAppearsOnlyAfterAKeyMovedTheFocus()
+{
+    Stage stage;
+    GlyphButton button(stage.context, {.symbol = QStringLiteral("pin"), .help = QStringLiteral("Pin")}, &stage.ground);
+    button.move(60, 30);
+    stage.ground.show();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.ground));
+    const QPoint onRing(71, 30 - 3);
+    button.setFocus(Qt::MouseFocusReason);
+    QCOMPARE(stage.picture().pixel(onRing), qRgb(0, 0, 0));
+    button.clearFocus();
+    button.setFocus(Qt::TabFocusReason);
+    QVERIFY(qRed(stage.picture().pixel(onRing)) > 100);
+    button.clearFocus();
+    QCOMPARE(stage.picture().pixel(onRing), qRgb(0, 0, 0));
+}
+
+void ControlsTest::returnActivatesAButton()
+{
+    Stage stage;
+    GlyphButton button(stage.context, {.symbol = QStringLiteral("pin"), .help = QStringLiteral("Pin")}, &stage.ground);
+    QSignalSpy clicked(&button, &QAbstractButton::clicked);
+    QTest::keyClick(&button, Qt::Key_Return);
+    QTest::keyClick(&button, Qt::Key_Space);
+    QCOMPARE(clicked.count(), 2);
+    button.setEnabled(false);
+    QTest::keyClick(&button, Qt::Key_Return);
+    QCOMPARE(clicked.count(), 2);
+}
+
+void ControlsTest::searchFieldEmptiesItself()
+{
+    Stage stage;
+    InlineSearchField search(stage.context, QStringLiteral("Search history"), &stage.ground);
+    search.setGeometry(10, 10, 180, InlineSearchField::kHeight);
+    stage.ground.show();
+    auto *clear = search.findChild<QAbstractButton *>();
+    QVERIFY(clear->isHidden());
+    QTest::keyClicks(&search.field(), QStringLiteral("ferry"));
+    stage.settle();
+    QVERIFY(clear->isVisible());
+    QSignalSpy changed(&search, &InlineSearchField::textChanged);
+    clear->click();
+    stage.settle();
+    QCOMPARE(search.text(), QString());
+    QCOMPARE(changed.count(), 1);
+    QVERIFY(clear->isHidden());
+}
+
+void ControlsTest::searchFieldLetsUnusedKeysPass()
+{
+    struct KeyCatcher : QWidget
+    {
+        QList<int> keys;
+        void keyPressEvent(QKeyEvent *event) override { keys.append(event->key()); }
+    };
+    ControlFixture fixture;
+    KeyCatcher catcher;
+    InlineSearchField search(fixture.context, QStringLiteral("Search"), &catcher);
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_Escape, Qt::Key_Up, Qt::Key_Down})
+        QTest::keyClick(&search.field(), key);
+    QCOMPARE(catcher.keys, (QList<int>{Qt::Key_Escape, Qt::Key_Up, Qt::Key_Down}));
+}
+
+void ControlsTest::emptyStateLeavesByFading()
+{
+    Stage stage;
+    EmptyStateView state(stage.context,
+                         {.symbol = QStringLiteral("folder"), .message = QStringLiteral("Nothing"), .hint = {}},
+                         &stage.ground);
+    state.setGeometry(stage.ground.rect());
+    stage.ground.show();
+    state.disappear();
+    QVERIFY(state.isVisible());
+    stage.settle();
+    QVERIFY(state.isHidden());
+    state.appear();
+    QVERIFY(state.isVisible());
+    stage.settle();
+    QVERIFY(!stage.frames.isRunning());
+}
+
+void ControlsTest::edgeFadeKeepsTheMiddleAndClearsTheEdge_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("scale 1") << 1.0;
+    QTest::newRow("scale 1.25") << 1.25;
+    QTest::newRow("scale 2") << 2.0;
+}
+
+void ControlsTest::edgeFadeKeepsTheMiddleAndClearsTheEdge()
+{
+    QFETCH(double, ratio);
+    QImage image(QSizeF(100 * ratio, 80 * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::blue);
+    QPainter painter(&image);
+    painter.translate(10, 10);
+    const QRectF list(0, 0, 80, 60);
+    paintEdgeFaded(painter, list, {.bottom = 22}, [&](QPainter &p) { p.fillRect(list, Qt::red); });
+    painter.end();
+    const auto at = [&](double y) { return image.pixelColor(QPointF(50 * ratio, y * ratio).toPoint()); };
+    QCOMPARE(at(12), QColor(Qt::red));
+    QCOMPARE(at(46), QColor(Qt::red));
+    QCOMPARE(at(72), QColor(Qt::blue));
+    // Across the band it only ever falls, and nowhere is there a seam.
+    int previous = 255;
+    for (double y = 46; y < 70; y += 1 / ratio) {
+        const int red = at(y).red();
+        QVERIFY2(red <= previous + 1 && previous - red < 30, qPrintable(QString::number(y)));
+        previous = red;
+    }
+    QVERIFY(previous < 25);
+}
+
+void ControlsTest::metadataRowCopiesExactlyItsValue()
+{
+    Stage stage;
+    MetadataRow row(stage.context, stage.clipboard,
+                    {.label = QStringLiteral("Size"), .value = QStringLiteral(" 1920 × 1080 px ")}, &stage.ground);
+    row.setGeometry(0, 0, 200, MetadataRow::kHeight);
+    stage.ground.show();
+    auto *copy = row.findChild<GlyphButton *>();
+    QVERIFY(copy->isHidden());
+    ControlFixture::enter(row);
+    stage.settle();
+    QVERIFY(copy->isVisible());
+    QCOMPARE(copy->toolTip(), QStringLiteral("Copy Size"));
+    copy->click();
+    QVERIFY(stage.clipboard.offer());
+    QCOMPARE(std::get<QString>(*stage.clipboard.offer()), QStringLiteral(" 1920 × 1080 px "));
+}
+
+OSTRELLE_TEST(ControlsTest)
+#include "ControlsTest.moc"

@@ -1,0 +1,339 @@
+#include "PanelFixture.h"
+#include "notch/BackButton.h"
+#include "notch/ModuleStrip.h"
+#include "notch/ToolView.h"
+#include "notch/UnbuiltToolView.h"
+#include "notch/controls/EmptyStateView.h"
+#include "support/TestBase.h"
+#include "support/TestMain.h"
+
+#include <QAccessible>
+#include <QMenu>
+#include <QPointer>
+#include <QSignalSpy>
+
+using namespace ostrelle;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A tool whose wishes the test sets.
+class ProbeView : public ToolView
+{
+public:
+    using ToolView::ToolView;
+    std::optional<double> wantedBodyHeight() const override { return wanted; }
+    void appeared() override { ++appearances; }
+
+    std::optional<double> wanted = 300;
+    int appearances = 0;
+};
+
+struct ProbeFixture : PanelFixture
+{
+    QPointer<ProbeView> view;
+
+    ProbeFixture()
+    {
+        Tool tool;
+        tool.makeView = [this](const ControlContext &, QWidget &parent) -> ToolView & {
+            view = &makeChild<ProbeView>(&parent);
+            return *view;
+        };
+        registry.add(KestroModule::Clipboard, tool);
+        start();
+    }
+};
+
+} // namespace
+
+class NotchPanelTest : public TestBase
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void oneStripServesEveryState();
+    void clickOnTheClosedNotchOpensItWithTheKeyboard();
+    void pressInThePanelAsksForTheKeyboard();
+    void digitsChooseOnTheSelectorOnly();
+    void escapeGoesBackThenCloses();
+    void heightFollowsTheTool();
+    void leavingAToolFromItsOwnCodeIsSafe();
+    void toolWithoutViewSaysWhatItIs();
+    void saysWhenNoToolIsEnabled();
+    void menuOffersOnlyWhatExists();
+    void isIdleWhenNothingMoves();
+    void looksAfterMotionAsIfItHadNeverMoved();
+    void reducedMotionFadesInPlace();
+    void backdropIsKeptWhileOpenOnly();
+    void tellsAssistiveTechnologyWhatItIs();
+};
+
+void NotchPanelTest::oneStripServesEveryState()
+{
+    PanelFixture fixture;
+    fixture.start();
+    const auto &tiles = fixture.child<ModuleStrip>().tiles();
+    const std::vector<ModuleTile *> before = tiles;
+    QCOMPARE(before.size(), std::size_t(6));
+    fixture.open();
+    QCOMPARE(tiles, before);
+    QVERIFY(before.front()->isOpen());
+    fixture.viewModel.select(KestroModule::Color);
+    fixture.settle();
+    QCOMPARE(tiles, before);
+    fixture.settings.setEnabledModules({KestroModule::Color});
+    fixture.settle();
+    QCOMPARE(tiles.size(), std::size_t(1));
+}
+
+void NotchPanelTest::clickOnTheClosedNotchOpensItWithTheKeyboard()
+{
+    PanelFixture fixture;
+    fixture.start();
+    QTest::mouseClick(&fixture.notch, Qt::RightButton);
+    QCOMPARE(fixture.viewModel.phase(), Phase::Idle);
+    // On a mark, which is a child and lets the click through.
+    QTest::mouseClick(fixture.child<ModuleStrip>().tiles().front(), Qt::LeftButton);
+    fixture.settle();
+    QCOMPARE(fixture.viewModel.phase(), Phase::Expanded);
+    QVERIFY(fixture.platform.panelHost().hasKeyboard());
+}
+
+void NotchPanelTest::pressInThePanelAsksForTheKeyboard()
+{
+    PanelFixture fixture;
+    fixture.start();
+    fixture.controller.present(std::nullopt, NotchController::Focus::Leave, NotchController::Opening::Explicit);
+    fixture.settle();
+    QVERIFY(!fixture.platform.panelHost().hasKeyboard());
+    QTest::mousePress(fixture.child<ModuleStrip>().tiles().front(), Qt::LeftButton);
+    fixture.settle();
+    QVERIFY(fixture.platform.panelHost().hasKeyboard());
+}
+
+void NotchPanelTest::digitsChooseOnTheSelectorOnly()
+{
+    PanelFixture fixture;
+    fixture.settings.setEnabledModules({KestroModule::Clipboard, KestroModule::Color});
+    fixture.start();
+    fixture.open();
+    fixture.pressKey(Qt::Key_3);
+    fixture.pressKey(Qt::Key_0);
+    QVERIFY(!fixture.viewModel.selection());
+    fixture.pressKey(Qt::Key_2);
+    fixture.settle();
+    QCOMPARE(fixture.viewModel.selection(), KestroModule::Color);
+    fixture.pressKey(Qt::Key_1);
+    fixture.settle();
+    QCOMPARE(fixture.viewModel.selection(), KestroModule::Color);
+}
+
+void NotchPanelTest::escapeGoesBackThenCloses()
+{
+    PanelFixture fixture;
+    fixture.start();
+    fixture.open(KestroModule::Color);
+    fixture.pressKey(Qt::Key_Escape);
+    fixture.settle();
+    QVERIFY(!fixture.viewModel.selection());
+    QCOMPARE(fixture.viewModel.phase(), Phase::Expanded);
+    fixture.pressKey(Qt::Key_Escape);
+    QCOMPARE(fixture.viewModel.phase(), Phase::Idle);
+}
+
+void NotchPanelTest::heightFollowsTheTool()
+{
+    ProbeFixture fixture;
+    fixture.open(KestroModule::Clipboard);
+    QCOMPARE(fixture.view->appearances, 1);
+    QCOMPARE(fixture.notch.surfaceState().size, QSizeF(588, 300 + 24 + 18));
+    QCOMPARE(fixture.view->height(), 300 - 106);
+    fixture.view->wanted = 1000;
+    Q_EMIT fixture.view->wantedBodyHeightChanged();
+    fixture.settle();
+    QCOMPARE(fixture.notch.surfaceState().size.height(), 402.0 + 24 + 18);
+    fixture.view->wanted = std::nullopt;
+    Q_EMIT fixture.view->wantedBodyHeightChanged();
+    fixture.settle();
+    QCOMPARE(fixture.notch.surfaceState().size.height(), 402.0 + 24 + 18);
+    QCOMPARE(fixture.view->appearances, 1);
+}
+
+void NotchPanelTest::leavingAToolFromItsOwnCodeIsSafe()
+{
+    ProbeFixture fixture;
+    fixture.open(KestroModule::Clipboard);
+    const QPointer<ProbeView> visit = fixture.view;
+    Q_EMIT visit->dismissRequested();
+    QVERIFY(visit);
+    QCOMPARE(fixture.viewModel.phase(), Phase::Idle);
+    fixture.settle();
+    QVERIFY(!visit);
+    // The next visit is a new one.
+    fixture.open(KestroModule::Clipboard);
+    QVERIFY(fixture.view);
+    QCOMPARE(fixture.view->appearances, 1);
+}
+
+void NotchPanelTest::toolWithoutViewSaysWhatItIs()
+{
+    PanelFixture fixture;
+    fixture.start();
+    fixture.open(KestroModule::Projects);
+    const auto &state = fixture.child<EmptyStateView>();
+    QCOMPARE(state.content().symbol, symbol(KestroModule::Projects));
+    QCOMPARE(state.accessibleName(), title(KestroModule::Projects));
+    QCOMPARE(state.accessibleDescription(), blurb(KestroModule::Projects));
+    const int ticks = fixture.ticks();
+    fixture.child<ModuleTile>(title(KestroModule::Projects)).click();
+    QCOMPARE(fixture.ticks(), ticks);
+    fixture.child<BackButton>().click();
+    QVERIFY(!fixture.viewModel.selection());
+}
+
+void NotchPanelTest::saysWhenNoToolIsEnabled()
+{
+    PanelFixture fixture;
+    fixture.settings.setEnabledModules({});
+    fixture.start();
+    fixture.open();
+    QCOMPARE(fixture.child<EmptyStateView>().accessibleName(), QStringLiteral("No tools enabled"));
+    fixture.pressKey(Qt::Key_1);
+    QVERIFY(!fixture.viewModel.selection());
+    fixture.settings.setEnabledModules({KestroModule::Color});
+    fixture.settle();
+    QVERIFY(fixture.notch.findChild<EmptyStateView *>()->isHidden());
+}
+
+void NotchPanelTest::menuOffersOnlyWhatExists()
+{
+    PanelFixture fixture;
+    fixture.start();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {450, 10}, {450, 10});
+    QApplication::sendEvent(&fixture.notch, &event);
+    QMenu *menu = fixture.platform.popups().menu();
+    QVERIFY(menu != nullptr);
+    QCOMPARE(fixture.platform.popups().position(), QPointF(450, 10));
+    const QList<QAction *> actions = menu->actions();
+    QCOMPARE(actions.size(), 4);
+    QVERIFY(!actions[0]->isEnabled() && !actions[1]->isEnabled() && actions[2]->isSeparator());
+    QVERIFY(!actions[0]->toolTip().isEmpty() && menu->toolTipsVisible());
+    QSignalSpy quit(&fixture.notch, &NotchPanel::quitRequested);
+    actions[3]->trigger();
+    QCOMPARE(quit.count(), 1);
+}
+
+void NotchPanelTest::isIdleWhenNothingMoves()
+{
+    struct PaintCounter : QObject
+    {
+        int count = 0;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            count += event->type() == QEvent::Paint ? 1 : 0;
+            return false;
+        }
+    } paints;
+    PanelFixture fixture;
+    fixture.start();
+    for (const bool open : {false, true}) {
+        if (open)
+            fixture.open();
+        QCoreApplication::processEvents();
+        fixture.notch.installEventFilter(&paints);
+        const int fired = fixture.clock.firedCount();
+        paints.count = 0;
+        fixture.clock.advance(60s);
+        QCoreApplication::processEvents();
+        QCOMPARE(paints.count, 0);
+        QCOMPARE(fixture.clock.firedCount(), fired);
+    }
+}
+
+void NotchPanelTest::looksAfterMotionAsIfItHadNeverMoved()
+{
+    PanelFixture travelled;
+    travelled.start();
+    travelled.open();
+    travelled.viewModel.select(KestroModule::Color);
+    travelled.clock.advance(70ms);
+    travelled.viewModel.backToSelector();
+    travelled.clock.advance(70ms);
+    travelled.viewModel.select(KestroModule::AudioInfo);
+    travelled.settle();
+    PanelFixture direct;
+    direct.start();
+    direct.open(KestroModule::AudioInfo);
+    QCOMPARE(travelled.notch.grab().toImage(), direct.notch.grab().toImage());
+
+    travelled.controller.dismiss();
+    direct.controller.dismiss();
+    travelled.settle();
+    PanelFixture fresh;
+    fresh.start();
+    QCOMPARE(travelled.notch.grab().toImage(), fresh.notch.grab().toImage());
+    // What was open before leaves no trace on the selector.
+    travelled.open();
+    fresh.open();
+    QCOMPARE(travelled.notch.grab().toImage(), fresh.notch.grab().toImage());
+}
+
+void NotchPanelTest::reducedMotionFadesInPlace()
+{
+    PanelFixture fixture;
+    fixture.platform.appearance().setPrefersReducedMotion(true);
+    fixture.start();
+    const QImage closed = fixture.notch.grab().toImage();
+    fixture.controller.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
+    QCoreApplication::processEvents();
+    QCOMPARE(fixture.notch.surfaceState().size, QSizeF(588, 112 + 24 + 18));
+    // The first picture is the old one, in place.
+    const QImage first = fixture.notch.grab().toImage();
+    const int shift = (first.width() - closed.width()) / 2;
+    QCOMPARE(first.copy(shift, 0, closed.width(), 24), closed.copy(0, 0, closed.width(), 24));
+    fixture.clock.advance(80ms);
+    const QPoint onGlass(first.width() / 2 - 250, 100);
+    const int half = fixture.notch.grab().toImage().pixelColor(onGlass).alpha();
+    QVERIFY(half > 60 && half < 220);
+    fixture.settle();
+    QCOMPARE(fixture.notch.grab().toImage().pixelColor(onGlass).alpha(), 255);
+    QVERIFY(!fixture.frames.isRunning());
+}
+
+void NotchPanelTest::backdropIsKeptWhileOpenOnly()
+{
+    PanelFixture fixture;
+    fixture.platform.panelHost().setBackdrop(QColor(0, 120, 255));
+    fixture.start();
+    fixture.open();
+    QVERIFY(!fixture.notch.surfaceState().backdrop.isNull());
+    fixture.controller.dismiss();
+    fixture.settle();
+    QVERIFY(fixture.notch.surfaceState().backdrop.isNull());
+    // A compositor that blurs by itself gets the outline instead.
+    fixture.platform.panelHost().setGlass(PanelHost::Glass::Compositor);
+    const int captures = fixture.platform.panelHost().captureCount();
+    fixture.open();
+    QCOMPARE(fixture.platform.panelHost().captureCount(), captures);
+    const QRectF outline = fixture.platform.panelHost().outline().boundingRect();
+    QCOMPARE(outline.width(), 588 + 2 * 12.0);
+    QCOMPARE(outline.center().x(), fixture.notch.width() / 2.0);
+}
+
+void NotchPanelTest::tellsAssistiveTechnologyWhatItIs()
+{
+    PanelFixture fixture;
+    fixture.start();
+    fixture.open();
+    QAccessibleInterface *panel = QAccessible::queryAccessibleInterface(&fixture.notch);
+    QCOMPARE(panel->role(), QAccessible::Dialog);
+    QCOMPARE(panel->text(QAccessible::Name), QStringLiteral("Ostrelle"));
+    const auto &tile = fixture.child<ModuleTile>(QStringLiteral("Image Info"));
+    QAccessibleInterface *button = QAccessible::queryAccessibleInterface(&const_cast<ModuleTile &>(tile));
+    QCOMPARE(button->role(), QAccessible::Button);
+    QCOMPARE(button->text(QAccessible::Description), blurb(KestroModule::ImageInfo));
+    QVERIFY(button->state().focusable);
+}
+
+OSTRELLE_TEST(NotchPanelTest)
+#include "NotchPanelTest.moc"

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QList>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+#include <memory>
+
+namespace ostrelle {
+
+class DragSense;
+class OutsideActivity;
+class PanelHost;
+class PointerNear;
+class Popups;
+class Screens;
+
+/// A desktop with a user, as the contracts of the platform's services see them. One executable of the tests has the
+/// fakes behind it, the other one the X11 backend on a real server; the contracts are the same.
+class ContractDesktop
+{
+public:
+    static std::unique_ptr<ContractDesktop> make();
+    virtual ~ContractDesktop() = default;
+
+    virtual PanelHost &panelHost() = 0;
+    virtual Popups &popups() = 0;
+    virtual OutsideActivity &outsideActivity() = 0;
+    virtual PointerNear &pointerNear() = 0;
+    virtual DragSense &dragSense() = 0;
+    virtual Screens &screens() = 0;
+
+    /// The user's doings; all are done, as far as the desktop is concerned, on return.
+    virtual void movePointer(const QPointF &panelPosition) = 0;
+    virtual void movePointerToScreen(const QString &name) = 0;
+    virtual void pressButton() = 0;
+    virtual void releaseButton() = 0;
+    virtual void pressKey(Qt::Key key) = 0;
+    /// Presses and releases the button where no window of the program is.
+    virtual void clickElsewhere() = 0;
+    /// The window of another application comes to the front; its name stands for the application.
+    virtual void activate(const QString &application) = 0;
+    /// The held pointer drags something with data out of another program.
+    virtual void beginDrag() = 0;
+    /// Splits the desktop into screens side by side, of these names.
+    virtual void arrangeScreens(const QList<QString> &names) = 0;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QList>
+#include <QMap>
+#include <QPoint>
+#include <QRect>
+
+#include <memory>
+
+#include <xcb/xcb.h>
+
+namespace ostrelle {
+
+/// Another program on the same X server, and the hands of its user (XTEST). Every call is done, as far as the server is
+/// concerned, on return.
+class PeerClient
+{
+public:
+    enum class Kind { Managed, OverrideRedirect };
+
+    PeerClient();
+    ~PeerClient();
+    PeerClient(const PeerClient &) = delete;
+    PeerClient &operator=(const PeerClient &) = delete;
+
+    /// False when none answers within 30 s.
+    bool waitForWindowManager();
+
+    /// Maps a window and waits until it is viewable. `name` is its class, and stands for the application's process.
+    xcb_window_t open(const QRect &frame, Kind kind, const QByteArray &name = "peer");
+    void paint(xcb_window_t window, const QImage &image);
+    void close(xcb_window_t window);
+    /// The user chooses the window, as in a taskbar.
+    void activate(xcb_window_t window);
+    /// Reserves a strip at the top of the desktop between two columns.
+    xcb_window_t openTopBar(int height, int fromX, int toX);
+    void ownSelection(const char *name);
+
+    void movePointer(const QPoint &native);
+    void button(bool down);
+    void click();
+    void key(xcb_keysym_t keysym);
+
+    /// Presses that the window has received so far.
+    int pressCount(xcb_window_t window);
+    void setFocus(xcb_window_t window);
+    xcb_window_t focus();
+    xcb_window_t activeWindow();
+    QByteArray propertyName(xcb_window_t window, const char *property); ///< name of its first atom
+    bool hasProperty(xcb_window_t window, const char *property);
+    QRect boundingExtents(xcb_window_t window);
+    QRect frame(xcb_window_t window); ///< on the root window
+    bool hasOwner(const char *selection);
+    QRgb pixel(const QPoint &native); ///< what the screen shows there
+    void setWords(xcb_window_t window, const char *property, std::initializer_list<std::uint32_t> words);
+    void remove(xcb_window_t window, const char *property);
+    void grabKeyboard();
+    void releaseKeyboard();
+    xcb_connection_t *xcb() const { return m_connection.get(); }
+    xcb_window_t root() const { return m_screen->root; }
+
+private:
+    struct Disconnected
+    {
+        void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
+    };
+    xcb_atom_t atom(const char *name);
+    void synchronize();
+    void readEvents();
+    xcb_window_t createHelperWindow();
+    void askForFrameExtents(xcb_window_t window);
+    /// What the window manager was asked for so far is done.
+    void letTheWindowManagerFinish();
+
+    std::unique_ptr<xcb_connection_t, Disconnected> m_connection;
+    const xcb_screen_t *m_screen;
+    QMap<xcb_window_t, int> m_presses;
+    QList<xcb_window_t> m_managed; ///< open windows that the window manager knows
+};
+
+} // namespace ostrelle

@@ -1,0 +1,60 @@
+#include "ContractDesktop.h"
+#include "support/FakeDragSense.h"
+#include "support/FakeOutsideActivity.h"
+#include "support/FakePanelHost.h"
+#include "support/FakePointerNear.h"
+#include "support/FakePopups.h"
+#include "support/FakeScreens.h"
+
+#include <QTest>
+
+namespace ostrelle {
+
+namespace {
+
+class FakeDesktop final : public ContractDesktop
+{
+public:
+    PanelHost &panelHost() override { return m_panelHost; }
+    Popups &popups() override { return m_popups; }
+    OutsideActivity &outsideActivity() override { return m_outsideActivity; }
+    PointerNear &pointerNear() override { return m_pointerNear; }
+    DragSense &dragSense() override { return m_dragSense; }
+    Screens &screens() override { return m_screens; }
+
+    void movePointer(const QPointF &panelPosition) override { m_pointerNear.moveTo(panelPosition); }
+    void movePointerToScreen(const QString &name) override { m_pointerNear.moveToScreen(name); }
+    void pressButton() override { m_dragSense.press(); }
+    void releaseButton() override { m_dragSense.release(); }
+    void pressKey(Qt::Key key) override { QTest::keyClick(m_popups.menu(), key); }
+    void clickElsewhere() override { m_outsideActivity.press(); }
+    void activate(const QString &application) override { m_outsideActivity.activate(application); }
+    void beginDrag() override { m_dragSense.beginDrag(); }
+    void arrangeScreens(const QList<QString> &names) override
+    {
+        QList<Screen> screens;
+        const double width = 1920.0 / static_cast<double>(names.count());
+        for (const QString &name : names) {
+            screens.append(
+                FakeScreens::make(name, QRectF(width * static_cast<double>(screens.count()), 0, width, 1080)));
+        }
+        m_screens.arrange(screens);
+    }
+
+private:
+    FakeScreens m_screens;
+    FakePanelHost m_panelHost{m_screens};
+    FakePopups m_popups;
+    FakeOutsideActivity m_outsideActivity;
+    FakePointerNear m_pointerNear;
+    FakeDragSense m_dragSense;
+};
+
+} // namespace
+
+std::unique_ptr<ContractDesktop> ContractDesktop::make()
+{
+    return std::make_unique<FakeDesktop>();
+}
+
+} // namespace ostrelle

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "support/FakeDesktopAppearance.h"
+#include "support/FakeDragSense.h"
+#include "support/FakeFileIcons.h"
+#include "support/FakeFrontmost.h"
+#include "support/FakeHaptics.h"
+#include "support/FakeOutsideActivity.h"
+#include "support/FakePanelHost.h"
+#include "support/FakePointerNear.h"
+#include "support/FakePopups.h"
+#include "support/FakeScreens.h"
+
+namespace ostrelle {
+
+/// All fakes together; the clipboard is the test's own.
+class FakePlatform final : public Platform
+{
+public:
+    explicit FakePlatform(ClipboardPort &clipboardPort)
+        : m_clipboard(clipboardPort)
+    {
+    }
+
+    FakePanelHost &panelHost() override { return m_panelHost; }
+    FakePopups &popups() override { return m_popups; }
+    FakeOutsideActivity &outsideActivity() override { return m_outsideActivity; }
+    FakePointerNear &pointerNear() override { return m_pointerNear; }
+    FakeDragSense &dragSense() override { return m_dragSense; }
+    ClipboardPort &clipboard() override { return m_clipboard; }
+    FakeFrontmost &frontmost() override { return m_frontmost; }
+    FakeScreens &screens() override { return m_screens; }
+    FakeDesktopAppearance &appearance() override { return m_appearance; }
+    FakeFileIcons &fileIcons() override { return m_fileIcons; }
+    FakeHaptics &haptics() override { return m_haptics; }
+
+    void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
+    /// The display goes away.
+    void loseDisplay();
+
+private:
+    ClipboardPort &m_clipboard;
+    FakeScreens m_screens;
+    FakePanelHost m_panelHost{m_screens};
+    FakePopups m_popups;
+    FakeOutsideActivity m_outsideActivity;
+    FakePointerNear m_pointerNear;
+    FakeDragSense m_dragSense;
+    FakeFrontmost m_frontmost;
+    FakeDesktopAppearance m_appearance;
+    FakeFileIcons m_fileIcons;
+    FakeHaptics m_haptics;
+    std::function<void()> m_displayLost;
+};
+
+} // namespace ostrelle
