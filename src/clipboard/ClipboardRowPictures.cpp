@@ -55,7 +55,8 @@ RowPicture decodedRowPicture(const QByteArray &bytes, int side)
         return {};
     if (!isWithinLimit(size))
         return {.tile = {}, .pixelSize = size};
-    const auto [shorter, longer] = std::minmax(size.width(), size.height());
+    const int shorter = std::min(size.width(), size.height());
+    const int longer = std::max(size.width(), size.height());
     if (longer / shorter > kLongestRatio) {
         reader.setClipRect(middleSquare(size));
         reader.setScaledSize({side, side});
