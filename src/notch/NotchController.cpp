@@ -76,6 +76,8 @@ void NotchController::present(std::optional<KestroModule> module, Focus focus, O
 {
     if (const std::optional<Screen> screen = screenUnderPointer())
         follow(screen->name);
+    // An application that was activated just before must not close what is opened now.
+    m_platform.outsideActivity().disregardPast();
     m_platform.panelHost().raise();
     const bool isByHover = opening == Opening::ByHover;
     m_viewModel.expand(module, isByHover);
@@ -118,6 +120,12 @@ void NotchController::releaseAutoCollapse(std::chrono::nanoseconds delay)
         m_autoCollapseRelease = m_scheduler.after(delay, this, [this] { m_isAutoCollapseSuppressed = false; });
     else
         m_isAutoCollapseSuppressed = false;
+}
+
+void NotchController::pressedInside()
+{
+    if (!m_platform.panelHost().hasKeyboard())
+        m_platform.panelHost().takeKeyboard({});
 }
 
 void NotchController::escapePressed()

@@ -52,6 +52,8 @@ public:
     /// While suppressed, outside presses, other applications and the hover-dismiss watch do not close the notch.
     void suppressAutoCollapse();
     void releaseAutoCollapse(std::chrono::nanoseconds delay);
+    /// A press in the open panel takes the keyboard.
+    void pressedInside();
     /// Escape in the panel: back to the selector, or closed.
     void escapePressed();
 

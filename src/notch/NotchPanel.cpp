@@ -136,10 +136,8 @@ QRect NotchPanel::paintedArea() const
 bool NotchPanel::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType() && isExpanded()) {
-        const auto *widget = static_cast<QWidget *>(watched);
-        PanelHost &host = m_platform.panelHost();
-        if (widget->window() == this && !host.hasKeyboard())
-            host.takeKeyboard({});
+        if (static_cast<QWidget *>(watched)->window() == this)
+            m_controller.pressedInside();
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -1,7 +1,6 @@
 #include "notch/NotchViewModel.h"
 
 #include "core/SettingsStore.h"
-#include "foundation/PropertyUpdateGroup.h"
 #include "foundation/TaskScheduler.h"
 #include "platform/DragSense.h"
 #include "platform/Haptics.h"
@@ -23,34 +22,30 @@ constexpr double kLongestHoverDelaySeconds = 24 * 3600;
 
 } // namespace
 
-/// One observable step. Inside it, derived values (geometry) are still those from before.
+/// One observable step: `state` is changed freely and shown to observers as a whole at the end. Inside it, what the view
+/// model answers is still from before.
 class NotchViewModel::Change
 {
 public:
     Change(NotchViewModel &model, SurfaceMotion motion)
-        : m_restore(model.m_motion, motion)
+        : state(model.m_state)
+        , m_model(model)
+        , m_previousMotion(std::exchange(model.m_motion, motion))
     {
     }
+    ~Change()
+    {
+        m_model.m_state = state;
+        m_model.m_motion = m_previousMotion;
+    }
+    Change(const Change &) = delete;
+    Change &operator=(const Change &) = delete;
+
+    State state;
 
 private:
-    struct Motion
-    {
-        Motion(SurfaceMotion &current, SurfaceMotion motion)
-            : m_current(current)
-            , m_previous(std::exchange(current, motion))
-        {
-        }
-        ~Motion() { m_current = m_previous; }
-        Motion(const Motion &) = delete;
-        Motion &operator=(const Motion &) = delete;
-
-        SurfaceMotion &m_current;
-        SurfaceMotion m_previous;
-    };
-
-    // The group is left first, so that observers still find the motion.
-    Motion m_restore;
-    PropertyUpdateGroup m_group;
+    NotchViewModel &m_model;
+    SurfaceMotion m_previousMotion;
 };
 
 NotchViewModel::NotchViewModel(SettingsStore &settings, TaskScheduler &scheduler, DragSense &dragSense,
@@ -61,28 +56,35 @@ NotchViewModel::NotchViewModel(SettingsStore &settings, TaskScheduler &scheduler
     , m_dragSense(dragSense)
     , m_haptics(haptics)
 {
+    m_phase.setBinding([this] { return m_state.value().phase; });
+    m_selection.setBinding([this] { return m_state.value().selection; });
+    m_metrics.setBinding([this] { return m_state.value().metrics; });
+    m_dropTargets.setBinding([this] { return m_state.value().dropTargets; });
+    m_hoveredDropZone.setBinding([this] { return m_state.value().hoveredDropZone; });
+    m_isDragCatchArmed.setBinding([this] { return m_state.value().isDragCatchArmed; });
     m_geometry.setBinding([this] {
+        const State &state = m_state.value();
         return NotchGeometry::compute({
-            .phase = m_phase,
-            .metrics = m_metrics,
+            .phase = state.phase,
+            .metrics = state.metrics,
             .showAutomatically = m_settings.bindableShowAutomatically().value(),
             .activeModuleCount = static_cast<int>(m_settings.bindableActiveModules().value().size()),
-            .isDragCatchArmed = m_isDragCatchArmed,
-            .dropTargetCount = static_cast<int>(m_dropTargets.value().size()),
-            .selection = m_selection,
-            .requestedContentHeight = m_requestedContentHeight,
+            .isDragCatchArmed = state.isDragCatchArmed,
+            .dropTargetCount = static_cast<int>(state.dropTargets.size()),
+            .selection = state.selection,
+            .requestedContentHeight = state.requestedContentHeight,
         });
     });
 }
 
 void NotchViewModel::pointerEntered()
 {
-    if (m_phase != Phase::Idle || m_isDragCatchArmed)
+    if (phase() != Phase::Idle || isDragCatchArmed())
         return;
     Q_EMIT aboutToOpen();
     {
-        const Change change(*this, SurfaceMotion::Hover);
-        m_phase = Phase::Hover;
+        Change change(*this, SurfaceMotion::Hover);
+        change.state.phase = Phase::Hover;
     }
     scheduleHoverOpen();
 }
@@ -90,14 +92,14 @@ void NotchViewModel::pointerEntered()
 void NotchViewModel::scheduleHoverOpen()
 {
     m_hoverOpen.cancel();
-    if (!dropTargets().isEmpty() || m_isDragCatchArmed)
+    if (!dropTargets().isEmpty() || isDragCatchArmed())
         return;
     const double delay = m_settings.hoverOpenDelay();
     if (!(delay > 0))
         return;
     const std::chrono::duration<double> seconds(std::min(delay, kLongestHoverDelaySeconds));
     m_hoverOpen = m_scheduler.after(std::chrono::duration_cast<std::chrono::nanoseconds>(seconds), this, [this] {
-        if (m_phase == Phase::Hover)
+        if (phase() == Phase::Hover)
             Q_EMIT hoverOpenDue();
     });
 }
@@ -105,10 +107,10 @@ void NotchViewModel::scheduleHoverOpen()
 void NotchViewModel::pointerExited()
 {
     m_hoverOpen.cancel();
-    if (m_phase == Phase::Hover) {
-        const Change change(*this, SurfaceMotion::Hover);
-        m_phase = Phase::Idle;
-    } else if (m_phase == Phase::Expanded && m_openedByHover) {
+    if (phase() == Phase::Hover) {
+        Change change(*this, SurfaceMotion::Hover);
+        change.state.phase = Phase::Idle;
+    } else if (phase() == Phase::Expanded && m_openedByHover) {
         Q_EMIT hoverDismissWatchDue();
     }
 }
@@ -117,19 +119,19 @@ void NotchViewModel::expand(std::optional<KestroModule> module, bool hoverInitia
 {
     m_hoverOpen.cancel();
     m_openedByHover = hoverInitiated;
-    const bool wasExpanded = m_phase == Phase::Expanded;
+    const bool wasExpanded = phase() == Phase::Expanded;
     if (!wasExpanded)
         Q_EMIT aboutToOpen();
     {
-        const Change change(*this, SurfaceMotion::Surface);
+        Change change(*this, SurfaceMotion::Surface);
         if (module) {
             // The new tool starts at the height that is shown, until it says what it wants.
-            m_requestedContentHeight = wasExpanded ? std::optional(shownBodyHeight()) : std::nullopt;
+            change.state.requestedContentHeight = wasExpanded ? std::optional(shownBodyHeight()) : std::nullopt;
         }
-        m_dropTargets = QList<KestroModule>();
-        m_hoveredDropZone = std::nullopt;
-        m_phase = Phase::Expanded;
-        m_selection = module;
+        change.state.dropTargets.clear();
+        change.state.hoveredDropZone.reset();
+        change.state.phase = Phase::Expanded;
+        change.state.selection = module;
     }
     if (!wasExpanded)
         tick();
@@ -139,41 +141,41 @@ void NotchViewModel::collapse()
 {
     m_hoverOpen.cancel();
     m_openedByHover = false;
-    if (m_phase == Phase::Idle)
+    if (phase() == Phase::Idle)
         return;
-    const Change change(*this, SurfaceMotion::Surface);
-    m_phase = Phase::Idle;
-    m_selection = std::nullopt;
-    m_requestedContentHeight = std::nullopt;
-    m_dropTargets = QList<KestroModule>();
-    m_hoveredDropZone = std::nullopt;
+    Change change(*this, SurfaceMotion::Surface);
+    change.state.phase = Phase::Idle;
+    change.state.selection.reset();
+    change.state.requestedContentHeight.reset();
+    change.state.dropTargets.clear();
+    change.state.hoveredDropZone.reset();
 }
 
 void NotchViewModel::select(KestroModule module)
 {
     {
-        const Change change(*this, SurfaceMotion::Surface);
-        m_requestedContentHeight = shownBodyHeight();
-        m_selection = module;
+        Change change(*this, SurfaceMotion::Surface);
+        change.state.requestedContentHeight = shownBodyHeight();
+        change.state.selection = module;
     }
     tick();
 }
 
 void NotchViewModel::backToSelector()
 {
-    const Change change(*this, SurfaceMotion::Surface);
-    m_selection = std::nullopt;
+    Change change(*this, SurfaceMotion::Surface);
+    change.state.selection.reset();
 }
 
 void NotchViewModel::setDragCatch(bool armed)
 {
-    if (armed == m_isDragCatchArmed)
+    if (armed == isDragCatchArmed())
         return;
     if (!armed && !dropTargets().isEmpty())
         return;
     {
-        const Change change(*this, SurfaceMotion::Surface);
-        m_isDragCatchArmed = armed;
+        Change change(*this, SurfaceMotion::Surface);
+        change.state.isDragCatchArmed = armed;
     }
     if (armed) {
         watchDragCatch();
@@ -200,15 +202,15 @@ void NotchViewModel::beginRouting(const QList<KestroModule> &targets)
     m_routingExit.cancel();
     if (targets == dropTargets())
         return;
-    const bool wasExpanded = m_phase == Phase::Expanded;
+    const bool wasExpanded = phase() == Phase::Expanded;
     if (!wasExpanded)
         Q_EMIT aboutToOpen();
     {
-        const Change change(*this, SurfaceMotion::Surface);
-        m_dropTargets = targets;
-        m_selection = std::nullopt;
-        m_requestedContentHeight = std::nullopt;
-        m_phase = Phase::Expanded;
+        Change change(*this, SurfaceMotion::Surface);
+        change.state.dropTargets = targets;
+        change.state.selection.reset();
+        change.state.requestedContentHeight.reset();
+        change.state.phase = Phase::Expanded;
     }
     if (!wasExpanded)
         tick();
@@ -225,8 +227,8 @@ void NotchViewModel::updateRouting(const QPointF &point)
     if (zone == hoveredDropZone())
         return;
     {
-        const Change change(*this, SurfaceMotion::Zone);
-        m_hoveredDropZone = zone;
+        Change change(*this, SurfaceMotion::Zone);
+        change.state.hoveredDropZone = zone;
     }
     if (zone)
         tick();
@@ -245,17 +247,17 @@ void NotchViewModel::endRouting(bool keepOpen)
     if (dropTargets().isEmpty())
         return;
     m_dropZoneFrames.clear();
-    const Change change(*this, SurfaceMotion::Surface);
-    m_dropTargets = QList<KestroModule>();
-    m_hoveredDropZone = std::nullopt;
+    Change change(*this, SurfaceMotion::Surface);
+    change.state.dropTargets.clear();
+    change.state.hoveredDropZone.reset();
     if (!keepOpen)
-        m_phase = Phase::Idle;
+        change.state.phase = Phase::Idle;
 }
 
 void NotchViewModel::setMetrics(const NotchMetrics &metrics, SurfaceMotion motion)
 {
-    const Change change(*this, motion);
-    m_metrics = metrics;
+    Change change(*this, motion);
+    change.state.metrics = metrics;
 }
 
 void NotchViewModel::setDropZoneFrames(const QMap<KestroModule, QRectF> &frames)
@@ -265,8 +267,8 @@ void NotchViewModel::setDropZoneFrames(const QMap<KestroModule, QRectF> &frames)
 
 void NotchViewModel::setRequestedContentHeight(std::optional<double> height)
 {
-    const Change change(*this, SurfaceMotion::Surface);
-    m_requestedContentHeight = height;
+    Change change(*this, SurfaceMotion::Surface);
+    change.state.requestedContentHeight = height;
 }
 
 void NotchViewModel::keepOpen()

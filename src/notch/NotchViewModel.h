@@ -48,7 +48,7 @@ public:
     /// A drag is going on somewhere and the notch is ready to catch it.
     bool isDragCatchArmed() const { return m_isDragCatchArmed; }
     /// The body height that the open tool asked for.
-    std::optional<double> requestedContentHeight() const { return m_requestedContentHeight; }
+    std::optional<double> requestedContentHeight() const { return m_state.value().requestedContentHeight; }
     /// All sizes, computed from the fields above and the settings.
     NotchGeometry geometry() const { return m_geometry; }
 
@@ -107,13 +107,28 @@ private:
     DragSense &m_dragSense;
     Haptics &m_haptics;
 
-    QProperty<Phase> m_phase{Phase::Idle};
+    /// What operations change, in one step each.
+    struct State
+    {
+        Phase phase = Phase::Idle;
+        std::optional<KestroModule> selection;
+        NotchMetrics metrics;
+        QList<KestroModule> dropTargets;
+        std::optional<KestroModule> hoveredDropZone;
+        bool isDragCatchArmed = false;
+        std::optional<double> requestedContentHeight;
+
+        friend bool operator==(const State &, const State &) = default;
+    };
+    // One value and derived ones instead of a property update group: Qt 6.4 loses notifiers of bindings on bindings at the
+    // end of a group.
+    QProperty<State> m_state;
+    QProperty<Phase> m_phase;
     QProperty<std::optional<KestroModule>> m_selection;
     QProperty<NotchMetrics> m_metrics;
     QProperty<QList<KestroModule>> m_dropTargets;
     QProperty<std::optional<KestroModule>> m_hoveredDropZone;
-    QProperty<bool> m_isDragCatchArmed{false};
-    QProperty<std::optional<double>> m_requestedContentHeight;
+    QProperty<bool> m_isDragCatchArmed;
     QProperty<NotchGeometry> m_geometry;
 
     QMap<KestroModule, QRectF> m_dropZoneFrames;

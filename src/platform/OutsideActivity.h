@@ -11,6 +11,9 @@ class OutsideActivity : public QObject
 public:
     using QObject::QObject;
 
+    /// What was noticed before this call, and is still being identified, is not told any more.
+    virtual void disregardPast() = 0;
+
 Q_SIGNALS:
     /// A pointer button (no wheel) went down outside this program's windows (the panel's transparent rest is outside).
     void pressedOutside();

@@ -42,7 +42,9 @@ start_server || exit 1
 export HOME=$work XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work/run
 mkdir -m 0700 "$work/config" "$work/data" "$work/run"
 unset WAYLAND_DISPLAY SESSION_MANAGER
-openbox --sm-disable >"$work/openbox.log" 2>&1 5>&- 6>&- &
+# A window manager that is still starting swallows clicks.
+openbox --sm-disable --startup "sh -c 'echo ready >$work/ready'" >"$work/openbox.log" 2>&1 5>&- 6>&- &
 pids+=($!)
+read -r -t 30 answer <&5 || echo "The window manager does not start." >&2
 
 dbus-run-session -- "$@" 5>&- 6>&-

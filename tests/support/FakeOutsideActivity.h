@@ -13,6 +13,8 @@ class FakeOutsideActivity final : public OutsideActivity
 public:
     using OutsideActivity::OutsideActivity;
 
+    void disregardPast() override {} // nothing here is ever still being identified
+
     void press() { Q_EMIT pressedOutside(); }
     /// The user goes to a window of that application; a return to the one that was last active is none.
     void activate(const QString &application);

@@ -31,21 +31,21 @@ void ActivationWatch::handle(const xcb_generic_event_t &event)
 void ActivationWatch::askForActiveWindow()
 {
     const auto cookie = xcb_get_property(m_watch.xcb(), 0, m_watch.root(), m_activeWindow, XCB_ATOM_WINDOW, 0, 1);
-    m_watch.whenReplied(cookie.sequence, [self = QPointer<ActivationWatch>(this)](const void *reply) {
+    m_watch.whenReplied(cookie.sequence, [self = QPointer<ActivationWatch>(this), epoch = m_epoch](const void *reply) {
         if (!self) {
             return;
         }
         const auto windows = propertyWords(static_cast<const xcb_get_property_reply_t *>(reply));
         const xcb_window_t window = windows.empty() ? xcb_window_t{XCB_WINDOW_NONE} : windows.front();
         if (window != XCB_WINDOW_NONE && !self->m_watch.isOwn(window)) {
-            self->askForOwner(window);
+            self->askForOwner(window, epoch);
         } else {
             self->m_isStarted = true;
         }
     });
 }
 
-void ActivationWatch::askForOwner(xcb_window_t window)
+void ActivationWatch::askForOwner(xcb_window_t window, int epoch)
 {
     // The answers come in the order of the questions, so the last one settles it. A window that died meanwhile answers
     // nothing and counts as an application of its own.
@@ -71,12 +71,12 @@ void ActivationWatch::askForOwner(xcb_window_t window)
     const xcb_atom_t dock = m_watch.atom("_NET_WM_WINDOW_TYPE_DOCK");
     const xcb_atom_t desktop = m_watch.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
     ask(m_watch.atom("_NET_WM_WINDOW_TYPE"),
-        [self = QPointer<ActivationWatch>(this), owner, dock, desktop](const xcb_get_property_reply_t *reply) {
+        [self = QPointer<ActivationWatch>(this), owner, epoch, dock, desktop](const xcb_get_property_reply_t *reply) {
             const auto types = propertyWords(reply);
             owner->isOrdinary = std::none_of(types.begin(), types.end(),
                                              [&](xcb_atom_t type) { return type == dock || type == desktop; });
             if (self) {
-                self->settle(*owner);
+                self->settle(*owner, epoch);
             }
         });
 }
@@ -87,14 +87,14 @@ bool ActivationWatch::isSameApplication(const Owner &one, const Owner &other)
            (one.process != 0 && one.process == other.process && one.windowClass == other.windowClass);
 }
 
-void ActivationWatch::settle(const Owner &owner)
+void ActivationWatch::settle(const Owner &owner, int epoch)
 {
     if (!owner.isOrdinary) {
         return;
     }
     const bool isReturn = m_last && isSameApplication(*m_last, owner);
     m_last = owner;
-    if (std::exchange(m_isStarted, true) && !isReturn) {
+    if (std::exchange(m_isStarted, true) && !isReturn && epoch == m_epoch) {
         Q_EMIT otherApplicationActivated();
     }
 }

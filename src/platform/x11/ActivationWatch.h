@@ -18,6 +18,9 @@ class ActivationWatch final : public QObject
 public:
     explicit ActivationWatch(WatchConnection &watch, QObject *parent = nullptr);
 
+    /// An activation that is still being identified is not told.
+    void disregardPast() { ++m_epoch; }
+
 Q_SIGNALS:
     void otherApplicationActivated();
 
@@ -34,12 +37,13 @@ private:
     static bool isSameApplication(const Owner &one, const Owner &other);
     void handle(const xcb_generic_event_t &event);
     void askForActiveWindow();
-    void askForOwner(xcb_window_t window);
-    void settle(const Owner &owner);
+    void askForOwner(xcb_window_t window, int epoch);
+    void settle(const Owner &owner, int epoch);
 
     WatchConnection &m_watch;
     xcb_atom_t m_activeWindow;
     std::optional<Owner> m_last;
+    int m_epoch = 0;
     bool m_isStarted = false; ///< what was active before the program is no activation
     WatchConnection::Subscription m_subscription;
 };

@@ -59,25 +59,28 @@ struct WatchConnection::State
     bool isLost = false;
 
     void drain();
-    /// Hands out the replies that have arrived, only those sent before `limit` when it is given.
-    void deliverReplies(const unsigned int *limit);
+    /// Hands out the replies that have arrived, only those sent before `limit` when it is given; whether there was one.
+    bool deliverReplies(const unsigned int *limit);
     void deliver(const xcb_generic_event_t &event);
 };
 
-void WatchConnection::State::deliverReplies(const unsigned int *limit)
+bool WatchConnection::State::deliverReplies(const unsigned int *limit)
 {
+    bool wasAnswered = false;
     while (!pending.empty() && (!limit || isNotLater(pending.front().sequence, *limit))) {
         void *reply = nullptr;
         xcb_generic_error_t *error = nullptr;
         if (!xcb_poll_for_reply(connection.get(), pending.front().sequence, &reply, &error)) {
-            return;
+            break;
         }
         const XcbReply<void> ownedReply(reply);
         const XcbReply<void> ownedError(error);
         const ReplyHandler handler = std::move(pending.front().handler);
         pending.pop_front();
         handler(reply);
+        wasAnswered = true;
     }
+    return wasAnswered;
 }
 
 void WatchConnection::State::deliver(const xcb_generic_event_t &event)
@@ -98,17 +101,24 @@ void WatchConnection::State::drain()
         return; // the outer loop goes on until nothing is left
     }
     isDraining = true;
-    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
+    for (;;) {
+        XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())};
+        if (!event) {
+            if (deliverReplies(nullptr))
+                continue;
+            xcb_flush(connection.get());
+            // Sending may have brought events into memory, for which the socket does not become readable.
+            event.reset(xcb_poll_for_queued_event(connection.get()));
+            if (!event)
+                break;
+        }
         // An answer sent before this event must be handled before it: an INCR transfer's first PropertyNotify would
         // otherwise be taken for somebody else's.
         const unsigned int sequence = event->full_sequence;
         deliverReplies(&sequence);
-        if (event->response_type != 0) { // 0: an error about a window that died meanwhile
+        if (event->response_type != 0) // 0: an error about a window that died meanwhile
             deliver(*event);
-        }
     }
-    deliverReplies(nullptr);
-    xcb_flush(connection.get());
     isDraining = false;
 }
 

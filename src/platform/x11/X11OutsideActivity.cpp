@@ -36,7 +36,7 @@ X11OutsideActivity::X11OutsideActivity(WatchConnection &watch, X11RawPointer &po
     if (const auto *input = xcb_get_extension_data(watch.xcb(), &xcb_input_id); input && input->present) {
         m_inputOpcode = input->major_opcode;
     }
-    connect(&pointer, &X11RawPointer::pressed, this, [this](quint32 time) { look(m_watch.root(), time, 0); });
+    connect(&pointer, &X11RawPointer::pressed, this, [this](quint32 time) { look(m_watch.root(), {time, m_epoch}, 0); });
     connect(&m_activation, &ActivationWatch::otherApplicationActivated, this,
             &OutsideActivity::otherApplicationActivated);
     QCoreApplication::instance()->installNativeEventFilter(this);
@@ -44,11 +44,17 @@ X11OutsideActivity::X11OutsideActivity(WatchConnection &watch, X11RawPointer &po
 
 X11OutsideActivity::~X11OutsideActivity() = default;
 
-void X11OutsideActivity::look(xcb_window_t window, quint32 pressTime, int depth)
+void X11OutsideActivity::disregardPast()
+{
+    ++m_epoch;
+    m_activation.disregardPast();
+}
+
+void X11OutsideActivity::look(xcb_window_t window, Press press, int depth)
 {
     const auto cookie = xcb_query_pointer(m_watch.xcb(), window);
     m_watch.whenReplied(cookie.sequence,
-                        [self = QPointer<X11OutsideActivity>(this), pressTime, depth](const void *reply) {
+                        [self = QPointer<X11OutsideActivity>(this), press, depth](const void *reply) {
                             if (!self) {
                                 return;
                             }
@@ -58,18 +64,18 @@ void X11OutsideActivity::look(xcb_window_t window, quint32 pressTime, int depth)
                                 return;
                             }
                             if (child != XCB_WINDOW_NONE && depth < kDeepestFrame) {
-                                self->look(child, pressTime, depth + 1);
+                                self->look(child, press, depth + 1);
                             } else {
                                 // The toolkit may have the same press still in its queue: it gets its turn first.
                                 QMetaObject::invokeMethod(
-                                    self, [self, pressTime] { self->settle(pressTime); }, Qt::QueuedConnection);
+                                    self, [self, press] { self->settle(press); }, Qt::QueuedConnection);
                             }
                         });
 }
 
-void X11OutsideActivity::settle(quint32 pressTime)
+void X11OutsideActivity::settle(Press press)
 {
-    if (!m_ownPresses.contains(pressTime)) {
+    if (press.epoch == m_epoch && !m_ownPresses.contains(press.time)) {
         Q_EMIT pressedOutside();
     }
 }

@@ -22,15 +22,24 @@ public:
     X11OutsideActivity(WatchConnection &watch, X11RawPointer &pointer, QObject *parent = nullptr);
     ~X11OutsideActivity() override;
 
+    void disregardPast() override;
+
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
 private:
+    struct Press
+    {
+        quint32 time; ///< of the server
+        int epoch;
+    };
+
     /// Looks for a window of this program under the pointer, from `window` downward: managed windows lie in frames.
-    void look(xcb_window_t window, quint32 pressTime, int depth);
-    void settle(quint32 pressTime);
+    void look(xcb_window_t window, Press press, int depth);
+    void settle(Press press);
 
     WatchConnection &m_watch;
     int m_inputOpcode = 0;
+    int m_epoch = 0; ///< moves with disregardPast()
     QList<quint32> m_ownPresses; ///< server times of the last presses in this program's windows
     ActivationWatch m_activation;
 };
