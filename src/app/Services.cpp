@@ -3,6 +3,7 @@
 #include "clipboard/ClipboardModuleView.h"
 #include "clipboard/ClipboardService.h"
 #include "core/ForegroundSession.h"
+#include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
@@ -60,6 +61,11 @@ Platform &Services::platform()
     return ensure(m_platform, [this] { return Platform::create(m_backend, m_keeper); });
 }
 
+Haptics &Services::haptics()
+{
+    return ensure(m_haptics, [this] { return std::make_unique<SettingsHaptics>(settings(), platform().haptics()); });
+}
+
 ForegroundSession &Services::foreground()
 {
     return ensure(m_foreground, [] { return std::make_unique<ForegroundSession>(); });
@@ -79,7 +85,7 @@ FrameClock &Services::frameClock()
 NotchViewModel &Services::viewModel()
 {
     return ensure(m_viewModel, [this] {
-        return std::make_unique<NotchViewModel>(settings(), scheduler(), platform().dragSense(), platform().haptics());
+        return std::make_unique<NotchViewModel>(settings(), scheduler(), platform().dragSense(), haptics());
     });
 }
 
@@ -103,9 +109,8 @@ void Services::registerTools(ToolRegistry &registry)
 {
     registry.add(KestroModule::Clipboard,
                  {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      return makeChild<ClipboardModuleView>(&parent, clipboard(), settings(), platform().haptics(),
-                                                            platform().fileIcons(), platform().popups(), scheduler(),
-                                                            context);
+                      return makeChild<ClipboardModuleView>(&parent, clipboard(), haptics(), platform().fileIcons(),
+                                                            platform().popups(), scheduler(), context);
                   },
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },

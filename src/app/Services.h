@@ -14,6 +14,7 @@ class ClipboardStore;
 class DefaultsDatabase;
 class ForegroundSession;
 class FrameClock;
+class Haptics;
 class NotchAppearance;
 class NotchController;
 class NotchPanel;
@@ -37,6 +38,7 @@ public:
     DefaultsDatabase &defaults();
     SettingsStore &settings();
     Platform &platform();
+    Haptics &haptics();
     ForegroundSession &foreground();
     NotchAppearance &appearance();
     FrameClock &frameClock();
@@ -57,6 +59,7 @@ private:
     std::unique_ptr<DefaultsDatabase> m_defaults;
     std::unique_ptr<SettingsStore> m_settings;
     std::unique_ptr<Platform> m_platform;
+    std::unique_ptr<Haptics> m_haptics;
     std::unique_ptr<ForegroundSession> m_foreground;
     std::unique_ptr<NotchAppearance> m_appearance;
     std::unique_ptr<FrameClock> m_frameClock;

@@ -3,7 +3,6 @@
 #include "clipboard/ClipboardRow.h"
 #include "clipboard/ClipboardService.h"
 #include "clipboard/HistoryCount.h"
-#include "core/SettingsStore.h"
 #include "foundation/MakeChild.h"
 #include "foundation/TaskScheduler.h"
 #include "notch/controls/EmptyStateView.h"
@@ -50,12 +49,10 @@ EmptyStateView::Content noItems()
 
 } // namespace
 
-ClipboardModuleView::ClipboardModuleView(ClipboardService &service, SettingsStore &settings, Haptics &haptics,
-                                         FileIcons &icons, Popups &popups, TaskScheduler &scheduler,
-                                         const ControlContext &context, QWidget *parent)
+ClipboardModuleView::ClipboardModuleView(ClipboardService &service, Haptics &haptics, FileIcons &icons, Popups &popups,
+                                         TaskScheduler &scheduler, const ControlContext &context, QWidget *parent)
     : ToolView(parent)
     , m_service(service)
-    , m_settings(settings)
     , m_haptics(haptics)
     , m_popups(popups)
     , m_scheduler(scheduler)
@@ -125,8 +122,7 @@ void ClipboardModuleView::appeared()
 void ClipboardModuleView::use(const QUuid &id)
 {
     m_service.copy(id);
-    if (m_settings.hapticFeedback())
-        m_haptics.tick();
+    m_haptics.tick();
     Q_EMIT dismissRequested();
 }
 

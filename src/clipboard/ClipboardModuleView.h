@@ -20,7 +20,6 @@ class Haptics;
 class HistoryCount;
 class InlineSearchField;
 class Popups;
-class SettingsStore;
 class TaskScheduler;
 
 /// The clipboard tool: a search field over the history. Whatever part of it has the focus, the arrow keys, Page Up,
@@ -30,8 +29,8 @@ class ClipboardModuleView : public ToolView
 {
     Q_OBJECT
 public:
-    ClipboardModuleView(ClipboardService &service, SettingsStore &settings, Haptics &haptics, FileIcons &icons,
-                        Popups &popups, TaskScheduler &scheduler, const ControlContext &context, QWidget *parent);
+    ClipboardModuleView(ClipboardService &service, Haptics &haptics, FileIcons &icons, Popups &popups,
+                        TaskScheduler &scheduler, const ControlContext &context, QWidget *parent);
     ~ClipboardModuleView() override;
 
     std::optional<double> wantedBodyHeight() const override;
@@ -64,7 +63,6 @@ private:
     QRect bodyRect() const;
 
     ClipboardService &m_service;
-    SettingsStore &m_settings;
     Haptics &m_haptics;
     Popups &m_popups;
     TaskScheduler &m_scheduler;

@@ -1,5 +1,6 @@
 #include "notch/AccessibleRole.h"
 
+#include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QVariant>
 #include <QWidget>
@@ -9,11 +10,39 @@
 namespace ostrelle {
 namespace {
 
-/// Makes the destructor of Qt's class accessible.
+/// Any role; a button keeps what Qt would give it for its own: whether it is checked, and the press.
 class RoleInterface final : public QAccessibleWidget
 {
 public:
     using QAccessibleWidget::QAccessibleWidget;
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        if (const QAbstractButton *self = button()) {
+            state.checkable = self->isCheckable();
+            state.checked = self->isChecked();
+            state.pressed = self->isDown();
+        }
+        return state;
+    }
+    QStringList actionNames() const override
+    {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (button() && widget()->isEnabled())
+            names.prepend(pressAction());
+        return names;
+    }
+    void doAction(const QString &name) override
+    {
+        if (button() && name == pressAction())
+            button()->animateClick();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    QAbstractButton *button() const { return qobject_cast<QAbstractButton *>(widget()); }
 };
 
 constexpr char kRoleProperty[] = "ostrelleAccessibleRole";

@@ -34,8 +34,10 @@ ModuleStrip::ModuleStrip(const ControlContext &context, ToolRegistry &registry, 
     setAccessibleName(QStringLiteral("Tools"));
     setAccessibleRole(*this, QAccessible::ToolBar);
     connect(&registry, &ToolRegistry::badgeChanged, this, [this](KestroModule module) {
-        if (const auto index = indexOf(module))
-            m_tiles[static_cast<std::size_t>(*index)]->setBadge(m_registry.badge(module));
+        for (ModuleTile *tile : m_tiles) {
+            if (tile->module() == module)
+                tile->setBadge(m_registry.badge(module));
+        }
     });
 }
 

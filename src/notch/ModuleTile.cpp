@@ -1,5 +1,6 @@
 #include "notch/ModuleTile.h"
 
+#include "notch/AccessibleRole.h"
 #include "notch/Glyph.h"
 #include "notch/ModuleChromeMetrics.h"
 #include "notch/NotchAppearance.h"
@@ -53,6 +54,8 @@ ModuleTile::ModuleTile(const ControlContext &context, KestroModule module, QWidg
     , m_activity(context, 0, [this] { update(); })
 {
     setAccessibleDescription(blurb(module));
+    setCheckable(true);
+    setAccessibleRole(*this, QAccessible::Button); // a button that can be checked would be called a check box
     applyForm();
 }
 
@@ -68,6 +71,7 @@ void ModuleTile::applyForm()
 
 void ModuleTile::setActive(bool active)
 {
+    setChecked(active);
     if (m_look.content > 0)
         m_activity.animateTo(active ? 1 : 0, Motion::hover());
     else

@@ -45,6 +45,7 @@ protected:
     QRectF shape() const override;
     double cornerRadius() const override;
     bool hitButton(const QPoint &position) const override;
+    void nextCheckState() override {} ///< a click does not choose by itself
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 

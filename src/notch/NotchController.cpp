@@ -15,6 +15,8 @@ namespace {
 
 /// How long a closing surface takes at most to come to its place; only then does the panel change screens by itself.
 constexpr std::chrono::milliseconds kClosingTime{520};
+/// In which a window manager gives the keyboard to a window that was pressed.
+constexpr std::chrono::milliseconds kFocusByPressTime{150};
 
 } // namespace
 
@@ -80,6 +82,7 @@ void NotchController::present(std::optional<KestroModule> module, Focus focus, O
     m_platform.outsideActivity().disregardPast();
     m_platform.panelHost().raise();
     const bool isByHover = opening == Opening::ByHover;
+    // Opened first: a keyboard that is gained by a closed notch is given back at once.
     m_viewModel.expand(module, isByHover);
     if (focus == Focus::Take)
         m_platform.panelHost().takeKeyboard(token);
@@ -221,11 +224,24 @@ void NotchController::phaseChanged()
 {
     if (m_viewModel.phase() != Phase::Expanded) {
         m_hoverDismissWatch.cancel();
-        // However it was closed, a closed notch keeps no keyboard.
-        if (m_platform.panelHost().hasKeyboard())
-            m_platform.panelHost().releaseKeyboard();
+        giveUpKeyboard();
     }
     updateScreenWatch();
+}
+
+/// However it was closed, a closed notch keeps no keyboard.
+void NotchController::giveUpKeyboard()
+{
+    const auto release = [this] {
+        if (m_viewModel.phase() != Phase::Expanded && m_platform.panelHost().hasKeyboard())
+            m_platform.panelHost().releaseKeyboard();
+    };
+    // The window manager gives the keyboard to what was pressed; giving it to the former window could come after that.
+    // What it does not care for (a dock, the desktop) is cared for a moment later.
+    if (m_isClosingByPress)
+        m_keyboardRelease = m_scheduler.after(kFocusByPressTime, this, release);
+    else
+        release();
 }
 
 void NotchController::screensChanged()
@@ -242,7 +258,9 @@ void NotchController::screensChanged()
 void NotchController::pressedOutside()
 {
     m_dragWatch.begin();
+    m_isClosingByPress = true;
     closeByOthers();
+    m_isClosingByPress = false;
 }
 
 void NotchController::closeByOthers()

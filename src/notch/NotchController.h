@@ -63,6 +63,8 @@ public:
     /// screen yet.
     QSizeF windowSize() const { return m_window.size(); }
     QBindable<QSizeF> bindableWindowSize() const { return m_window.bindableSize(); }
+    /// The part of the panel that takes pointer events, panel coordinates.
+    QRectF interactiveRect() const;
 
 Q_SIGNALS:
     /// The surface is about to grow from its closed state, for hovering or for opening: time to capture what is behind
@@ -77,7 +79,6 @@ private:
     void measureScreen(SurfaceMotion motion);
     QSizeF desiredWindowSize() const;
     std::optional<QSizeF> settledWindowSize() const;
-    QRectF interactiveRect() const;
     void updateScreenWatch();
 
     void geometryChanged();
@@ -86,6 +87,7 @@ private:
     void pressedOutside();
     void closeByOthers();
     void keyboardGained();
+    void giveUpKeyboard();
 
     NotchViewModel &m_viewModel;
     SettingsStore &m_settings;
@@ -96,6 +98,8 @@ private:
     std::optional<Screen> m_screen;
     bool m_isAutoCollapseSuppressed = false;
     bool m_isWatchingScreen = false;
+    bool m_isClosingByPress = false;
+    Task m_keyboardRelease;
     Task m_autoCollapseRelease;
     Task m_screenCatchUp;
 

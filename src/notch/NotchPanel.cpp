@@ -31,11 +31,6 @@ namespace {
 /// The shadow and the ears reach this far beyond the surface.
 constexpr int kSurroundings = 48;
 
-QString comesWithSettings()
-{
-    return QStringLiteral("Comes with the settings window");
-}
-
 } // namespace
 
 NotchPanel::NotchPanel(NotchController &controller, SettingsStore &settings, ToolRegistry &registry, Platform &platform,
@@ -159,8 +154,13 @@ void NotchPanel::mousePressEvent(QMouseEvent *event)
 
 void NotchPanel::mouseReleaseEvent(QMouseEvent *event)
 {
-    const bool isClick = std::exchange(m_wasPressed, false) && event->button() == Qt::LeftButton;
-    if (isClick && !isExpanded())
+    const bool isClick = std::exchange(m_wasPressed, false) && event->button() == Qt::LeftButton &&
+                         m_controller.interactiveRect().contains(event->position());
+    if (!isClick)
+        return;
+    if (isExpanded())
+        m_controller.pressedInside(); // hovering opened it between press and release
+    else
         m_controller.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
 }
 
@@ -169,10 +169,14 @@ NotchMenu &NotchPanel::ensureMenu()
     if (m_menu != nullptr)
         return *m_menu;
     m_menu = &makeChild<NotchMenu>(this, m_context.appearance);
-    for (const QString &text : {QStringLiteral("Settings…"), QStringLiteral("Welcome…")}) {
+    const std::pair<QString, QString> later[] = {
+        {QStringLiteral("Settings…"), QStringLiteral("Comes with the settings window")},
+        {QStringLiteral("Welcome…"), QStringLiteral("Comes with the first run")},
+    };
+    for (const auto &[text, toolTip] : later) {
         QAction *action = m_menu->addAction(text);
         action->setEnabled(false);
-        action->setToolTip(comesWithSettings());
+        action->setToolTip(toolTip);
     }
     m_menu->addSeparator();
     const QAction *quit = m_menu->addAction(QStringLiteral("Quit Ostrelle"));
@@ -194,7 +198,7 @@ void NotchPanel::keyPressEvent(QKeyEvent *event)
     const QList<KestroModule> modules = m_settings.activeModules();
     const QString text = event->text();
     const int digit = text.isEmpty() ? -1 : text.front().digitValue();
-    const bool onSelector = isExpanded() && !m_viewModel.selection();
+    const bool onSelector = isExpanded() && !m_viewModel.selection() && m_viewModel.dropTargets().isEmpty();
     if (onSelector && digit >= 1 && digit <= modules.size())
         m_viewModel.select(modules.at(digit - 1));
     else

@@ -219,7 +219,8 @@ void NotchRootView::arrangeHeader(double content)
     const double arriving = m_motion.arrival();
     const double leaving = m_motion.departure();
     const double header = m_toolReplacesTool ? 1 : m_shown ? arriving : leaving;
-    m_header.move(QPointF(width() / 2.0 - chrome::kPanelWidth / 2, m_openInset).toPoint());
+    // The leading end keeps to the surface's edge, which has arrived when the tool has.
+    m_header.move(QPointF(width() / 2.0 - m_motion.frame().width / 2, m_openInset).toPoint());
     // A header that fades as a whole carries its symbol and title with it.
     m_header.setLook({.header = header * content,
                       .arriving = m_toolReplacesTool || !m_shown ? arriving : 1,
@@ -250,9 +251,12 @@ void NotchRootView::arrangeSelector(double content)
         QPointF(right - kSettingsRight - GlyphButton::kDiameter, m_openInset + kSettingsTop).toPoint());
     m_settingsButton.setPresence(presence);
     m_settingsButton.setVisible(presence > 0);
-    m_noTools.setGeometry(
-        QRectF(width() / 2.0 - chrome::kPanelWidth / 2, m_openInset, chrome::kPanelWidth, chrome::kSelectorHeight)
-            .toRect());
+    // It travels with the strip whose place it takes, so that it stays on a surface that is still growing.
+    m_noTools.setOpacity(presence);
+    m_noTools.setGeometry(QRectF(width() / 2.0 - chrome::kPanelWidth / 2,
+                                 m_motion.frame().stripCentre - chrome::kSelectorHeight / 2, chrome::kPanelWidth,
+                                 chrome::kSelectorHeight)
+                              .toRect());
 }
 
 void NotchRootView::resizeEvent(QResizeEvent *)

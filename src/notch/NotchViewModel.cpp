@@ -22,8 +22,8 @@ constexpr double kLongestHoverDelaySeconds = 24 * 3600;
 
 } // namespace
 
-/// One observable step: `state` is changed freely and shown to observers as a whole at the end. Inside it, what the view
-/// model answers is still from before.
+/// One observable step: `state` is changed freely and shown to observers as a whole at the end. Inside it, what the
+/// view model answers is still from before.
 class NotchViewModel::Change
 {
 public:
@@ -134,7 +134,7 @@ void NotchViewModel::expand(std::optional<KestroModule> module, bool hoverInitia
         change.state.selection = module;
     }
     if (!wasExpanded)
-        tick();
+        m_haptics.tick();
 }
 
 void NotchViewModel::collapse()
@@ -158,7 +158,7 @@ void NotchViewModel::select(KestroModule module)
         change.state.requestedContentHeight = shownBodyHeight();
         change.state.selection = module;
     }
-    tick();
+    m_haptics.tick();
 }
 
 void NotchViewModel::backToSelector()
@@ -213,7 +213,7 @@ void NotchViewModel::beginRouting(const QList<KestroModule> &targets)
         change.state.phase = Phase::Expanded;
     }
     if (!wasExpanded)
-        tick();
+        m_haptics.tick();
 }
 
 void NotchViewModel::updateRouting(const QPointF &point)
@@ -231,7 +231,7 @@ void NotchViewModel::updateRouting(const QPointF &point)
         change.state.hoveredDropZone = zone;
     }
     if (zone)
-        tick();
+        m_haptics.tick();
 }
 
 void NotchViewModel::scheduleRoutingEnd()
@@ -280,12 +280,6 @@ double NotchViewModel::shownBodyHeight() const
 {
     const double body = geometry().contentSize.height() - metrics().topInset() - kSeamStripHeight;
     return std::max(body, 0.0);
-}
-
-void NotchViewModel::tick()
-{
-    if (m_settings.hapticFeedback())
-        m_haptics.tick();
 }
 
 } // namespace ostrelle

@@ -100,7 +100,6 @@ private:
     void scheduleHoverOpen();
     void watchDragCatch();
     double shownBodyHeight() const;
-    void tick();
 
     SettingsStore &m_settings;
     TaskScheduler &m_scheduler;
@@ -120,8 +119,8 @@ private:
 
         friend bool operator==(const State &, const State &) = default;
     };
-    // One value and derived ones instead of a property update group: Qt 6.4 loses notifiers of bindings on bindings at the
-    // end of a group.
+    // One value and derived ones instead of a property update group: Qt 6.4 loses notifiers of bindings on bindings at
+    // the end of a group.
     QProperty<State> m_state;
     QProperty<Phase> m_phase;
     QProperty<std::optional<KestroModule>> m_selection;

@@ -121,7 +121,7 @@ bool PanelMotion::advance(MonotonicTime now)
     m_toolnessNow = m_toolness.value(now);
     m_switchNow = m_switch.value(now);
     const double passed = std::chrono::duration<double>(now - m_departureStart) / Motion::fade(kDepartureSeconds);
-    m_departure = std::max(0.0, m_departureFrom * (1 - passed));
+    m_departure = std::max(0.0, m_departureFrom * (1 - Motion::easedOut(passed)));
     m_changed();
     return isMoving();
 }

@@ -1,5 +1,10 @@
 #include "records/Motion.h"
 
+#include <QEasingCurve>
+#include <QPointF>
+
+#include <algorithm>
+
 namespace ostrelle::Motion {
 namespace {
 
@@ -78,6 +83,17 @@ std::chrono::nanoseconds fade(double baseSeconds, AnimationIntensity intensity)
 {
     const std::chrono::duration<double> scaled(baseSeconds * timeScale(intensity));
     return std::chrono::round<std::chrono::nanoseconds>(scaled);
+}
+
+double easedOut(double progress)
+{
+    // The usual ease-out, cubic-bezier(0, 0, 0.58, 1).
+    static const QEasingCurve curve = [] {
+        QEasingCurve spline(QEasingCurve::BezierSpline);
+        spline.addCubicBezierSegment(QPointF(0, 0), QPointF(0.58, 1), QPointF(1, 1));
+        return spline;
+    }();
+    return curve.valueForProgress(std::clamp(progress, 0.0, 1.0));
 }
 
 } // namespace ostrelle::Motion

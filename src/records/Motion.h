@@ -29,6 +29,8 @@ Spring hover(AnimationIntensity intensity = Motion::intensity());
 Spring zone(AnimationIntensity intensity = Motion::intensity());
 /// A short ease-out; base durations in use are 0.16 and 0.22 s.
 std::chrono::nanoseconds fade(double baseSeconds, AnimationIntensity intensity = Motion::intensity());
+/// How far a fade has come after this part (0 to 1, clamped) of its time: fast at first, slow at the end.
+double easedOut(double progress);
 
 } // namespace Motion
 } // namespace ostrelle

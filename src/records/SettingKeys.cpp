@@ -35,7 +35,8 @@ std::array<SettingKey, 18> makeTable()
     using Type = SettingType;
     const QStringList modules = rawValuesOf(kAllModules);
     return {
-        row(kShowAutomatically, Type::Boolean, QStringLiteral("Show the notch when the program starts")),
+        row(kShowAutomatically, Type::Boolean,
+            QStringLiteral("Show the closed notch; false: nothing is drawn until it opens")),
         row(kAnimationIntensity, Type::String, QStringLiteral("Character of every movement"),
             rawValuesOf(kAllAnimationIntensities)),
         row(kAppearance, Type::String, QStringLiteral("Light or dark, or as the desktop has it"),

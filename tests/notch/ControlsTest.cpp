@@ -209,7 +209,7 @@ void ControlsTest::edgeFadeKeepsTheMiddleAndClearsTheEdge()
 void ControlsTest::metadataRowCopiesExactlyItsValue()
 {
     Stage stage;
-    MetadataRow row(stage.context, stage.clipboard,
+    MetadataRow row(stage.context, stage.clipboard, stage.haptics,
                     {.label = QStringLiteral("Size"), .value = QStringLiteral(" 1920 × 1080 px ")}, &stage.ground);
     row.setGeometry(0, 0, 200, MetadataRow::kHeight);
     stage.ground.show();
@@ -222,6 +222,7 @@ void ControlsTest::metadataRowCopiesExactlyItsValue()
     copy->click();
     QVERIFY(stage.clipboard.offer());
     QCOMPARE(std::get<QString>(*stage.clipboard.offer()), QStringLiteral(" 1920 × 1080 px "));
+    QCOMPARE(stage.ticks(), 1);
 }
 
 OSTRELLE_TEST(ControlsTest)

@@ -14,7 +14,7 @@ private Q_SLOTS:
     void hasNoTimerWhileNothingMoves();
     void followsTheScreensRate();
     void clientsMayComeAndGoDuringAFrame();
-    void fadesEvenlyWhereMovementIsReduced();
+    void fadesOutWhereMovementIsReduced();
 };
 
 void FrameClockTest::hasNoTimerWhileNothingMoves()
@@ -70,14 +70,14 @@ void FrameClockTest::clientsMayComeAndGoDuringAFrame()
     QVERIFY(!fixture.frames.isRunning());
 }
 
-void FrameClockTest::fadesEvenlyWhereMovementIsReduced()
+void FrameClockTest::fadesOutWhereMovementIsReduced()
 {
     ControlFixture fixture;
     fixture.platform.appearance().setPrefersReducedMotion(true);
     AnimatedNumber number(fixture.context, 0, [] {});
     number.animateTo(1, Motion::surface());
     fixture.clock.advance(80ms);
-    QVERIFY(qAbs(number.value() - 0.45) < 0.1);
+    QVERIFY(number.value() > 0.55 && number.value() < 0.75);
     fixture.clock.advance(100ms);
     QCOMPARE(number.value(), 1.0);
     QVERIFY(!fixture.frames.isRunning());

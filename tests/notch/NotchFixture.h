@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "foundation/DefaultsDatabase.h"
 #include "notch/NotchController.h"
@@ -23,7 +24,8 @@ struct NotchFixture
     SettingsStore settings{database};
     FakeClipboardPort clipboard{clock};
     FakePlatform platform{clipboard};
-    NotchViewModel viewModel{settings, clock, platform.dragSense(), platform.haptics()};
+    SettingsHaptics haptics{settings, platform.haptics()};
+    NotchViewModel viewModel{settings, clock, platform.dragSense(), haptics};
     QWidget panel;
     NotchController controller{viewModel, settings, clock, platform};
 

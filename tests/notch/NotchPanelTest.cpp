@@ -1,6 +1,8 @@
 #include "PanelFixture.h"
 #include "notch/BackButton.h"
+#include "notch/ModuleHeader.h"
 #include "notch/ModuleStrip.h"
+#include "notch/NotchRootView.h"
 #include "notch/ToolView.h"
 #include "notch/UnbuiltToolView.h"
 #include "notch/controls/EmptyStateView.h"
@@ -63,6 +65,7 @@ private Q_SLOTS:
     void menuOffersOnlyWhatExists();
     void isIdleWhenNothingMoves();
     void looksAfterMotionAsIfItHadNeverMoved();
+    void contentStaysOnTheGrowingSurface();
     void reducedMotionFadesInPlace();
     void backdropIsKeptWhileOpenOnly();
     void tellsAssistiveTechnologyWhatItIs();
@@ -278,6 +281,27 @@ void NotchPanelTest::looksAfterMotionAsIfItHadNeverMoved()
     QCOMPARE(travelled.notch.grab().toImage(), fresh.notch.grab().toImage());
 }
 
+void NotchPanelTest::contentStaysOnTheGrowingSurface()
+{
+    PanelFixture fixture;
+    fixture.start();
+    const auto &root = fixture.child<NotchRootView>();
+    const auto expectOnSurface = [&](QWidget &content) {
+        int framesSeen = 0;
+        for (int frame = 0; frame < 60; ++frame) {
+            fixture.clock.advance(16ms);
+            const double left = (root.width() - root.frame().width) / 2;
+            if (content.isVisible()) {
+                ++framesSeen;
+                QVERIFY2(content.x() >= left - 1, qPrintable(QString::number(frame)));
+            }
+        }
+        QVERIFY(framesSeen > 20);
+    };
+    fixture.controller.present(KestroModule::Color, NotchController::Focus::Leave, NotchController::Opening::Explicit);
+    expectOnSurface(*root.findChild<ModuleHeader *>());
+}
+
 void NotchPanelTest::reducedMotionFadesInPlace()
 {
     PanelFixture fixture;
@@ -333,6 +357,10 @@ void NotchPanelTest::tellsAssistiveTechnologyWhatItIs()
     QCOMPARE(button->role(), QAccessible::Button);
     QCOMPARE(button->text(QAccessible::Description), blurb(KestroModule::ImageInfo));
     QVERIFY(button->state().focusable);
+    QVERIFY(!button->state().checked);
+    QVERIFY(button->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    fixture.open(KestroModule::ImageInfo);
+    QVERIFY(button->state().checked);
 }
 
 OSTRELLE_TEST(NotchPanelTest)

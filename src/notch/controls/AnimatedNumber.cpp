@@ -1,6 +1,7 @@
 #include "notch/controls/AnimatedNumber.h"
 
 #include "notch/NotchAppearance.h"
+#include "records/Motion.h"
 
 namespace ostrelle {
 
@@ -56,7 +57,8 @@ bool AnimatedNumber::advance(MonotonicTime now)
     if (m_fade.isRunning) {
         const double passed = std::chrono::duration<double>(now - m_fade.start) / m_fade.duration;
         m_fade.isRunning = passed < 1;
-        m_value = m_fade.isRunning ? m_fade.from + (m_animated.target() - m_fade.from) * passed : m_animated.target();
+        m_value = m_fade.isRunning ? m_fade.from + (m_animated.target() - m_fade.from) * Motion::easedOut(passed)
+                                   : m_animated.target();
     } else {
         m_value = m_animated.value(now);
     }

@@ -28,7 +28,7 @@ public:
 
     /// Moves on the spring or, where the desktop wants no movement, fades within kReducedFade.
     void animateTo(double target, const Spring &spring);
-    /// Moves evenly.
+    /// Eases out.
     void fadeTo(double target, std::chrono::nanoseconds duration);
     /// `changed` is not called.
     void jumpTo(double value);

@@ -10,6 +10,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <utility>
 
 namespace ostrelle {
 namespace {
@@ -72,6 +73,12 @@ void EmptyStateView::disappear()
         m_presence.animateTo(0, Motion::damped(kPresenceResponse));
 }
 
+void EmptyStateView::setOpacity(double opacity)
+{
+    if (std::exchange(m_opacity, opacity) != opacity)
+        update();
+}
+
 double EmptyStateView::textHeight(const QString &text, const QFont &font) const
 {
     constexpr double kUnlimited = 10000;
@@ -97,6 +104,7 @@ void EmptyStateView::paintEvent(QPaintEvent *)
     const double hintHeight = m_content.hint.isEmpty() ? 0 : std::max(textHeight(m_content.hint, hintFont), kHintLine);
     const double hintGap = m_content.hint.isEmpty() ? 0 : kHintGap;
     const double presence = m_presence.value();
+    const double opacity = presence * m_opacity;
     const double scale = m_context.appearance.reducesMotion() ? 1 : kHiddenScale + (1 - kHiddenScale) * presence;
 
     QPainter painter(this);
@@ -108,14 +116,14 @@ void EmptyStateView::paintEvent(QPaintEvent *)
 
     double y = std::round(centre.y() - (kSymbolBox + kSymbolGap + messageHeight + hintGap + hintHeight) / 2);
     paintGlyph(painter, m_content.symbol, QRectF(0, y, width(), kSymbolBox), kSymbolSize, GlyphWeight::Light,
-               faded(palette.text3, presence));
+               faded(palette.text3, opacity));
     y += kSymbolBox + kSymbolGap;
     painter.setFont(messageFont);
-    painter.setPen(faded(palette.text2, presence));
+    painter.setPen(faded(palette.text2, opacity));
     painter.drawText(QRectF(0, y, width(), messageHeight), kTextFlags, m_content.message);
     y += messageHeight + hintGap;
     painter.setFont(hintFont);
-    painter.setPen(faded(palette.text3, presence));
+    painter.setPen(faded(palette.text3, opacity));
     painter.drawText(QRectF(0, y, width(), hintHeight), kTextFlags, m_content.hint);
 }
 

@@ -30,6 +30,8 @@ public:
     void appear();
     /// Lets it go; it is hidden when it has faded out.
     void disappear();
+    /// Of what the view stands on, beside its own coming and going.
+    void setOpacity(double opacity);
 
     QSize minimumSizeHint() const override;
     QSize sizeHint() const override { return minimumSizeHint(); }
@@ -44,6 +46,7 @@ private:
     ControlContext m_context;
     Content m_content;
     AnimatedNumber m_presence;
+    double m_opacity = 1;
 };
 
 } // namespace ostrelle

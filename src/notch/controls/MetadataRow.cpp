@@ -5,6 +5,7 @@
 #include "notch/controls/CaretLineEdit.h"
 #include "notch/controls/GlyphButton.h"
 #include "platform/ClipboardPort.h"
+#include "platform/Haptics.h"
 #include "records/Motion.h"
 
 #include <QEvent>
@@ -48,8 +49,8 @@ protected:
 
 } // namespace
 
-MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard, const Content &content,
-                         QWidget *parent)
+MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard, Haptics &haptics,
+                         const Content &content, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
     , m_content(content)
@@ -74,8 +75,9 @@ MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard
     m_value.setAccessibleName(content.label);
     m_value.setFocusPolicy(Qt::ClickFocus);
     m_copy.hide();
-    connect(&m_copy, &QAbstractButton::clicked, this, [this, &clipboard] {
+    connect(&m_copy, &QAbstractButton::clicked, this, [this, &clipboard, &haptics] {
         clipboard.write(m_content.value);
+        haptics.tick();
         Q_EMIT copied();
     });
     connect(&context.appearance, &NotchAppearance::changed, this, &MetadataRow::applyPalette);

@@ -11,6 +11,7 @@ namespace ostrelle {
 
 class ClipboardPort;
 class GlyphButton;
+class Haptics;
 
 /// One fact about a file: a label, and a value that can be selected or copied with the button that appears under the
 /// pointer.
@@ -29,7 +30,8 @@ public:
         Emphasis emphasis = Emphasis::Normal;
     };
 
-    MetadataRow(const ControlContext &context, ClipboardPort &clipboard, const Content &content, QWidget *parent);
+    MetadataRow(const ControlContext &context, ClipboardPort &clipboard, Haptics &haptics, const Content &content,
+                QWidget *parent);
 
 Q_SIGNALS:
     /// The value was put on the clipboard.

@@ -36,7 +36,9 @@ X11OutsideActivity::X11OutsideActivity(WatchConnection &watch, X11RawPointer &po
     if (const auto *input = xcb_get_extension_data(watch.xcb(), &xcb_input_id); input && input->present) {
         m_inputOpcode = input->major_opcode;
     }
-    connect(&pointer, &X11RawPointer::pressed, this, [this](quint32 time) { look(m_watch.root(), {time, m_epoch}, 0); });
+    connect(&pointer, &X11RawPointer::pressed, this, [this](quint32 time) {
+        look(m_watch.root(), {time, m_epoch}, 0);
+    });
     connect(&m_activation, &ActivationWatch::otherApplicationActivated, this,
             &OutsideActivity::otherApplicationActivated);
     QCoreApplication::instance()->installNativeEventFilter(this);
@@ -53,24 +55,23 @@ void X11OutsideActivity::disregardPast()
 void X11OutsideActivity::look(xcb_window_t window, Press press, int depth)
 {
     const auto cookie = xcb_query_pointer(m_watch.xcb(), window);
-    m_watch.whenReplied(cookie.sequence,
-                        [self = QPointer<X11OutsideActivity>(this), press, depth](const void *reply) {
-                            if (!self) {
-                                return;
-                            }
-                            const auto *pointer = static_cast<const xcb_query_pointer_reply_t *>(reply);
-                            const xcb_window_t child = pointer ? pointer->child : xcb_window_t{XCB_WINDOW_NONE};
-                            if (child != XCB_WINDOW_NONE && self->m_watch.isOwn(child)) {
-                                return;
-                            }
-                            if (child != XCB_WINDOW_NONE && depth < kDeepestFrame) {
-                                self->look(child, press, depth + 1);
-                            } else {
-                                // The toolkit may have the same press still in its queue: it gets its turn first.
-                                QMetaObject::invokeMethod(
-                                    self, [self, press] { self->settle(press); }, Qt::QueuedConnection);
-                            }
-                        });
+    m_watch.whenReplied(cookie.sequence, [self = QPointer<X11OutsideActivity>(this), press, depth](const void *reply) {
+        if (!self) {
+            return;
+        }
+        const auto *pointer = static_cast<const xcb_query_pointer_reply_t *>(reply);
+        const xcb_window_t child = pointer ? pointer->child : xcb_window_t{XCB_WINDOW_NONE};
+        if (child != XCB_WINDOW_NONE && self->m_watch.isOwn(child)) {
+            return;
+        }
+        if (child != XCB_WINDOW_NONE && depth < kDeepestFrame) {
+            self->look(child, press, depth + 1);
+        } else {
+            // The toolkit may have the same press still in its queue: it gets its turn first.
+            QMetaObject::invokeMethod(
+                self, [self, press] { self->settle(press); }, Qt::QueuedConnection);
+        }
+    });
 }
 
 void X11OutsideActivity::settle(Press press)

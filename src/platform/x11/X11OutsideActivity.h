@@ -39,7 +39,7 @@ private:
 
     WatchConnection &m_watch;
     int m_inputOpcode = 0;
-    int m_epoch = 0; ///< moves with disregardPast()
+    int m_epoch = 0;             ///< moves with disregardPast()
     QList<quint32> m_ownPresses; ///< server times of the last presses in this program's windows
     ActivationWatch m_activation;
 };

@@ -5,7 +5,6 @@
 #include "platform/x11/X11RawPointer.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace ostrelle {
 
@@ -62,9 +61,9 @@ void X11PointerNear::watchScreen(bool on)
 std::optional<QString> X11PointerNear::screenAt(const QPoint &native) const
 {
     // A screen keeps its native corner and has its size divided by the scale, so frames are compared in native pixels.
-    // The nearest one wins: a rounded size may miss the last column.
+    // A rounded size may miss the last column.
     std::optional<QString> nearest;
-    double least = std::numeric_limits<double>::max();
+    double least = 1.5;
     const QList<Screen> screens = m_screens.all();
     for (const Screen &screen : screens) {
         const QRectF &frame = screen.frame;
