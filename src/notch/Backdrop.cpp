@@ -40,9 +40,9 @@ public:
     void blur(Color *colors, int count, int stride, std::vector<Color> &line) const
     {
         const int reach = m_radius + 1;
-        line.resize(static_cast<std::size_t>(count + 2 * reach));
+        line.clear();
         for (int i = -reach; i < count + reach; ++i)
-            line[static_cast<std::size_t>(i + reach)] = colors[mirrored(i, count) * stride];
+            line.push_back(colors[mirrored(i, count) * stride]);
         for (int i = 0; i < count; ++i)
             colors[i * stride] = sumAround(line.data() + i + reach);
     }
@@ -122,8 +122,9 @@ QImage blurBackdrop(const QImage &capturedEighth, ColorScheme scheme)
     QImage blurred(width, height, QImage::Format_RGB32);
     for (int y = 0; y < height; ++y) {
         auto *target = reinterpret_cast<QRgb *>(blurred.scanLine(y));
+        const Color *row = colors.data() + static_cast<std::ptrdiff_t>(y) * width;
         for (int x = 0; x < width; ++x)
-            target[x] = graded(colors[static_cast<std::size_t>(y * width + x)], recipe);
+            target[x] = graded(row[x], recipe);
     }
     return blurred;
 }

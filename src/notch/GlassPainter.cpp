@@ -127,8 +127,8 @@ private:
     static PairBytes cut(Pair lanes)
     {
         const Pair shifted = lanes >> kLaneShift;
-        const Pair white = shifted - shifted + 255;
-        const Pair black = shifted - shifted;
+        const Pair black = {};
+        const Pair white = black + 255;
         const Pair capped = shifted > white ? white : shifted;
         return __builtin_convertvector(capped < black ? black : capped, PairBytes);
     }

@@ -144,6 +144,14 @@ void NotchPanel::enterEvent(QEnterEvent *)
 
 void NotchPanel::leaveEvent(QEvent *)
 {
+    // After a menu the toolkit forgets to tell the widget that the pointer was on before it.
+    for (QWidget *widget : findChildren<QWidget *>()) {
+        if (widget->underMouse()) {
+            widget->setAttribute(Qt::WA_UnderMouse, false);
+            QEvent leave(QEvent::Leave);
+            QApplication::sendEvent(widget, &leave);
+        }
+    }
     m_viewModel.pointerExited();
 }
 

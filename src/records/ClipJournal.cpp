@@ -116,10 +116,10 @@ ClipJournal::Line ClipJournal::line(const StoredClip &inserted)
     return line;
 }
 
-ClipJournal::Line ClipJournal::line(QByteArray change)
+ClipJournal::Line ClipJournal::line(const QByteArray &change)
 {
     Line line;
-    line.before = std::move(change) + '\n';
+    line.before = change + '\n';
     return line;
 }
 

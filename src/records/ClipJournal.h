@@ -44,7 +44,7 @@ public:
     using Lines = std::deque<Line>;
 
     static Line line(const StoredClip &inserted);
-    static Line line(QByteArray change);
+    static Line line(const QByteArray &change);
 
     explicit ClipJournal(QString path);
 

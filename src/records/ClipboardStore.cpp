@@ -70,7 +70,7 @@ void ClipboardStore::Writer::report()
         Qt::QueuedConnection);
 }
 
-ClipboardStore::ClipboardStore(QString folder)
+ClipboardStore::ClipboardStore(const QString &folder)
     : m_writer(std::make_unique<Writer>(folder))
 {
 }

@@ -30,7 +30,7 @@ public:
         Final     ///< off the disk as soon as possible; flush() acknowledges it
     };
 
-    explicit ClipboardStore(QString folder);
+    explicit ClipboardStore(const QString &folder);
     ~ClipboardStore();
 
     /// Reads array and journal. An undecodable file gives an empty list and is kept aside before the next write.

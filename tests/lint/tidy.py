@@ -36,6 +36,8 @@ def check(file):
 
 
 def main():
+    if not (BUILD / "compile_commands.json").exists():
+        sys.exit(f"{BUILD} is not built: cmake --preset asan && ninja -C build/asan unit_tests")
     STAMPS.mkdir(exist_ok=True)
     commands = json.loads((BUILD / "compile_commands.json").read_text())
     files = [file for file in (pathlib.Path(command["directory"], command["file"]) for command in commands)

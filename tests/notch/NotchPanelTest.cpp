@@ -65,6 +65,7 @@ private Q_SLOTS:
     void menuOffersOnlyWhatExists();
     void isIdleWhenNothingMoves();
     void looksAfterMotionAsIfItHadNeverMoved();
+    void forgetsTheTileThatAMenuLeftHovered();
     void contentStaysOnTheGrowingSurface();
     void reducedMotionFadesInPlace();
     void backdropIsKeptWhileOpenOnly();
@@ -279,6 +280,17 @@ void NotchPanelTest::looksAfterMotionAsIfItHadNeverMoved()
     travelled.open();
     fresh.open();
     QCOMPARE(travelled.notch.grab().toImage(), fresh.notch.grab().toImage());
+}
+
+void NotchPanelTest::forgetsTheTileThatAMenuLeftHovered()
+{
+    PanelFixture fixture;
+    fixture.start();
+    auto &tile = *fixture.notch.findChild<ModuleTile *>();
+    tile.setAttribute(Qt::WA_UnderMouse);
+    ControlFixture::enter(tile);
+    ControlFixture::leave(fixture.notch);
+    QVERIFY(!tile.underMouse());
 }
 
 void NotchPanelTest::contentStaysOnTheGrowingSurface()

@@ -8,6 +8,7 @@ namespace ostrelle {
 namespace {
 
 constexpr double kCaretWidth = 1.5;
+constexpr double kCaretGap = 0.5; ///< to the character that it stands before
 constexpr double kCaretInset = 1;
 
 } // namespace
@@ -44,8 +45,7 @@ void CaretLineEdit::paintEvent(QPaintEvent *event)
         return;
     const QRectF cursor(cursorRect());
     QPainter painter(this);
-    // Beside the character, not on it.
-    const double x = cursor.center().x() - kCaretWidth / 2;
+    const double x = cursor.center().x() - kCaretWidth - kCaretGap;
     painter.fillRect(QRectF(x, cursor.top() + kCaretInset, kCaretWidth, cursor.height() - 2 * kCaretInset),
                      m_appearance.palette().accent);
 }

@@ -35,7 +35,7 @@ void PortalFileTransfer::retrieve(const QString &key, QObject *context, std::fun
             }
         });
     };
-    sessionBus::whenConnected(context, std::move(call), [answer] { answer({}); });
+    sessionBus::whenConnected(context, std::move(call), [answer = std::move(answer)] { answer({}); });
 }
 
 } // namespace ostrelle

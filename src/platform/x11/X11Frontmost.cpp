@@ -170,7 +170,7 @@ void X11Frontmost::identify(quint64 id, const ApplicationFacts &windowFacts, qin
     });
 }
 
-void X11Frontmost::settle(quint64 id, std::optional<Application> application)
+void X11Frontmost::settle(quint64 id, const std::optional<Application> &application)
 {
     Activation *activation = find(id);
     if (!activation || activation->id != id || activation->isSettled) {

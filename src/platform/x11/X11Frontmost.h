@@ -42,7 +42,7 @@ private:
     void askForActiveWindow();
     void handleActiveWindow(quint64 id, const void *reply);
     void identify(quint64 id, const ApplicationFacts &facts, qint64 pid);
-    void settle(quint64 id, std::optional<Application> application);
+    void settle(quint64 id, const std::optional<Application> &application);
     /// The activation, or the oldest that is still remembered; null when there was none.
     Activation *find(quint64 id);
     void forgetOldOnes();
