@@ -12,6 +12,7 @@
 #include "foundation/DefaultsDatabase.h"
 #include "notch/NotchController.h"
 #include "notch/NotchPanel.h"
+#include "notch/NotchViewModel.h"
 #include "platform/ClipboardPort.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
@@ -46,6 +47,11 @@ void AppDelegate::applicationDidFinishLaunching()
     m_services.controller().start(m_services.panel());
     if (settings.clipboardEnabled())
         m_services.clipboard().start();
+    // Undo ends with the panel that offers it.
+    m_phaseNotifier = m_services.viewModel().bindablePhase().addNotifier([this] {
+        if (m_services.viewModel().phase() != Phase::Expanded)
+            m_services.clipboard().settle();
+    });
     startCommands();
     if (m_start.openNotch)
         m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,

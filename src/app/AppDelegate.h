@@ -4,6 +4,7 @@
 #include "foundation/DataFolderLock.h"
 
 #include <QObject>
+#include <QPropertyNotifier>
 
 #include <memory>
 #include <optional>
@@ -41,6 +42,7 @@ private:
     Start m_start;
     RequestRouter m_router;
     std::unique_ptr<ControlServer> m_server;
+    QPropertyNotifier m_phaseNotifier;
     bool m_terminated = false;
 };
 

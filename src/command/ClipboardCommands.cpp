@@ -82,8 +82,7 @@ ExitStatus runClipboardList(const Invocation &invocation)
             return fail(answer.status, answer.error);
         records = answer.result.toArray();
     } else {
-        ClipboardStore store(AppPaths::support());
-        for (const ClipItem &item : inDisplayOrder(store.load()))
+        for (const ClipItem &item : inDisplayOrder(ClipboardStore::read(AppPaths::support())))
             records.append(clipRecordJson(item));
     }
     printOut(invocation.json ? compactJson(records) + QLatin1Char('\n') : listText(records));

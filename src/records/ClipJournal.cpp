@@ -130,7 +130,7 @@ ClipJournal::ClipJournal(QString path)
 
 ClipJournal::State ClipJournal::replay(StoredClips &clips, bool &hasRemovals)
 {
-    const int descriptor = ::open(QFile::encodeName(m_path).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    const int descriptor = ::open(QFile::encodeName(m_path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0)
         return errno == ENOENT ? State::Missing : State::Damaged;
     m_file = std::make_shared<const FileDescriptor>(descriptor);
@@ -195,12 +195,12 @@ std::optional<QString> ClipJournal::append(const QByteArray &base, const Lines &
     const auto failed = [this](const char *what) -> std::optional<QString> {
         const int error = errno;
         // Nothing half-written may stand where the next line is going to be.
-        if (m_file && ::ftruncate(m_file->get(), m_size) != 0)
+        if (m_isWritable && ::ftruncate(m_file->get(), m_size) != 0)
             return QStringLiteral("cannot shorten the journal: ") + qt_error_string(errno);
         return QLatin1String(what) + QStringLiteral(": ") + qt_error_string(error);
     };
     const bool isNew = m_size == 0;
-    if (!open())
+    if (!openForWriting())
         return failed("cannot open the journal");
     Appender appender(*m_file, m_size);
     std::deque<qint64> offsets;
@@ -220,14 +220,15 @@ std::optional<QString> ClipJournal::append(const QByteArray &base, const Lines &
     return std::nullopt;
 }
 
-bool ClipJournal::open()
+bool ClipJournal::openForWriting()
 {
-    if (!m_file) {
-        const int flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    if (!m_isWritable) {
+        const int flags = O_RDWR | O_NONBLOCK | O_CLOEXEC | (m_file ? 0 : O_CREAT | O_NOFOLLOW);
         auto file = std::make_shared<const FileDescriptor>(::open(QFile::encodeName(m_path).constData(), flags, 0600));
         if (!*file)
             return false;
         m_file = std::move(file);
+        m_isWritable = true;
     }
     // Cuts off a torn line of a killed process.
     return ::ftruncate(m_file->get(), m_size) == 0;
@@ -242,6 +243,7 @@ bool ClipJournal::isLinked() const
 bool ClipJournal::remove()
 {
     m_file.reset();
+    m_isWritable = false;
     m_size = 0;
     return ::unlink(QFile::encodeName(m_path).constData()) == 0 || errno == ENOENT;
 }
@@ -249,6 +251,7 @@ bool ClipJournal::remove()
 bool ClipJournal::setAside()
 {
     m_file.reset();
+    m_isWritable = false;
     m_size = 0;
     return !QFileInfo::exists(m_path) || setAsideUnreadable(m_path).has_value();
 }

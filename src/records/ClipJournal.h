@@ -66,10 +66,11 @@ public:
 private:
     State replayLines(class ClipWindow &window, StoredClips &clips, bool &hasRemovals);
     bool replayLine(QByteArrayView line, class ClipParser &parser, StoredClips &clips, bool &hasRemovals) const;
-    bool open();
+    bool openForWriting();
 
     QString m_path;
     std::shared_ptr<const FileDescriptor> m_file;
+    bool m_isWritable = false;
     qint64 m_size = 0; ///< up to here every line is good
 };
 

@@ -69,6 +69,19 @@ ClipWriter::ClipWriter(const QString &folder)
 QList<ClipItem> ClipWriter::load()
 {
     removeUnfinishedWrites(m_arrayPath);
+    QList<ClipItem> items = read();
+    if (std::exchange(m_journalIsSpent, false))
+        m_journal.remove();
+    return items;
+}
+
+bool ClipWriter::isUpToDate() const
+{
+    return !m_array || isLinked(m_array);
+}
+
+QList<ClipItem> ClipWriter::read()
+{
     ClipArray array = readClipArray(m_arrayPath);
     m_clips = std::move(array.clips);
     m_array = std::move(array.file);
@@ -83,8 +96,7 @@ QList<ClipItem> ClipWriter::load()
     } else {
         bool hasRemovals = false;
         const ClipJournal::State state = m_journal.replay(m_clips, hasRemovals);
-        if (state == ClipJournal::State::Spent)
-            m_journal.remove();
+        m_journalIsSpent = state == ClipJournal::State::Spent;
         m_keepJournalAside = state == ClipJournal::State::Damaged;
         if (m_keepJournalAside)
             qCWarning(lcRecords) << "The journal of the clipboard history is damaged; what stands before counts";

@@ -24,7 +24,12 @@ public:
 
     explicit ClipWriter(const QString &folder);
 
+    /// What the files hold. Changes nothing, and needs no lock of the folder.
+    QList<ClipItem> read();
+    /// Read by whoever may write: clears away what a killed writer left.
     QList<ClipItem> load();
+    /// False when another process replaced the array since it was read.
+    bool isUpToDate() const;
 
     void insertAtTop(const ClipItem &item, const QByteArray &image);
     void moveToTop(const ClipChange::Moved &change);
@@ -79,6 +84,7 @@ private:
     bool m_holdsRestorable = false;
     bool m_keepArrayAside = false;
     bool m_keepJournalAside = false;
+    bool m_journalIsSpent = false;
     bool m_hasFailed = false;
 };
 

@@ -14,6 +14,8 @@ namespace {
 
 // A burst of changes is written at its end, but not at the price of holding it all in memory.
 constexpr qint64 kGatheredBytes = 4 * 1024 * 1024;
+// How often a reader begins anew when the array was replaced under it.
+constexpr int kReadAttempts = 5;
 
 } // namespace
 
@@ -68,6 +70,19 @@ void ClipboardStore::Writer::report()
                 observer(fails);
         },
         Qt::QueuedConnection);
+}
+
+QList<ClipItem> ClipboardStore::read(const QString &folder)
+{
+    QList<ClipItem> items;
+    for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
+        ClipWriter files(folder);
+        items = files.read();
+        // Between array and journal: the journal that was read, or missed, may belong to the next array.
+        if (files.isUpToDate())
+            break;
+    }
+    return items;
 }
 
 ClipboardStore::ClipboardStore(const QString &folder)

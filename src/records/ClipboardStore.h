@@ -30,6 +30,11 @@ public:
         Final     ///< off the disk as soon as possible; flush() acknowledges it
     };
 
+    /// What the files in `folder` hold. Changes nothing, so whoever does not hold the lock of the folder can ask, also
+    /// while another process writes. An undecodable file gives an empty list.
+    static QList<ClipItem> read(const QString &folder);
+
+    /// For whoever holds the lock of the folder.
     explicit ClipboardStore(const QString &folder);
     ~ClipboardStore();
 

@@ -129,7 +129,13 @@ class Stores(unittest.TestCase):
         self.assertEqual(sorted(os.listdir(self.folder)), ["clipboard.json", "lock"])
         self.assertEqual(os.stat(self.path).st_mode & 0o777, 0o600)
         self.assertEqual(os.stat(self.folder).st_mode & 0o777, 0o700)
+        half_written = os.path.join(self.folder, ".clipboard.json.Ab3xYz")
+        with open(half_written, "w") as file:
+            file.write("[")
+        self.program.call("clipboard", "list")
+        self.assertTrue(os.path.exists(half_written), "listing removes nothing: another program may be writing")
         self.program.call("clipboard", "pin", "3")
+        self.assertFalse(os.path.exists(half_written))
         self.program.call("clipboard", "delete", "2")
         self.assertEqual([(r["text"], r["pinned"]) for r in self.program.history()], [("one", True), ("two", False)])
         self.assertEqual(self.program.call("clipboard", "pin", "9", check=False).returncode, 1)

@@ -170,6 +170,9 @@ void ClipboardStoreFaultTest::ignoresAJournalThatWasFolded()
     const QList<ClipItem> items = leaveJournal();
     const QByteArray spent = fileContent(path("clipboard.journal"));
     QVERIFY(spent.contains("second"));
+    // Who only reads sees the same and leaves everything as it is, spent or not.
+    QVERIFY(ClipboardStore::read(m_folder->path()) == items);
+    QCOMPARE(fileContent(path("clipboard.journal")), spent);
     {
         ClipboardStore store(m_folder->path());
         QVERIFY(store.load() == items);
@@ -178,6 +181,8 @@ void ClipboardStoreFaultTest::ignoresAJournalThatWasFolded()
     }
     // Killed between the renaming of the new array and the removal of the journal.
     writeFile(path("clipboard.journal"), spent);
+    QVERIFY(ClipboardStore::read(m_folder->path()) == items.mid(1));
+    QVERIFY(QFileInfo::exists(path("clipboard.journal")));
     ClipboardStore store(m_folder->path());
     QVERIFY(store.load() == items.mid(1));
     QVERIFY(!QFileInfo::exists(path("clipboard.journal")));
