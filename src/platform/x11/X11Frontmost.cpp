@@ -134,7 +134,7 @@ void X11Frontmost::handleActiveWindow(quint64 id, const void *reply)
         }
         current->window = std::prev(current)->window;
         whenKnown(std::prev(current)->id, this,
-                  [this, id](std::optional<Application> application) { settle(id, std::move(application)); });
+                  [this, id](const std::optional<Application> &application) { settle(id, application); });
         return;
     }
     current->window = window;
