@@ -11,18 +11,34 @@ namespace ostrelle {
 
 namespace {
 
-/// Runs `act` on the entry that the request numbers as the tool shows it.
-RequestAnswer onNumberedItem(ClipboardService &clipboard, const QJsonObject &request,
-                             const std::function<void(const ClipItem &item)> &act)
+/// The entry that the request numbers as the tool shows it; without one, `problem` is the answer.
+std::optional<QUuid> numberedItem(ClipboardService &clipboard, const QJsonObject &request, RequestAnswer &problem)
 {
     const int number = request[u"number"].toInt();
     const QList<ClipItem> items = inDisplayOrder(clipboard.items());
-    if (number < 1)
-        return RequestAnswer::wrongUsage(QStringLiteral("clipboard: N is a number from 1"));
-    if (number > items.size())
-        return RequestAnswer::failed(QStringLiteral("clipboard: there is no entry %1").arg(number));
-    act(items.at(number - 1));
-    return RequestAnswer::done();
+    if (number >= 1 && number <= items.size())
+        return items.at(number - 1).id;
+    problem = number < 1 ? RequestAnswer::wrongUsage(QStringLiteral("clipboard: N is a number from 1"))
+                         : RequestAnswer::failed(QStringLiteral("clipboard: there is no entry %1").arg(number));
+    return std::nullopt;
+}
+
+RequestAnswer onNumberedItem(ClipboardService &clipboard, const QJsonObject &request,
+                             void (ClipboardService::*act)(const QUuid &id))
+{
+    RequestAnswer answer;
+    if (const auto id = numberedItem(clipboard, request, answer))
+        (clipboard.*act)(*id);
+    return answer;
+}
+
+/// An erasure is acknowledged when it has left the disk.
+ClipboardService::Saved answerWhenSaved(const RequestRouter::Reply &reply)
+{
+    return [reply](bool isSaved) {
+        reply(isSaved ? RequestAnswer::done()
+                      : RequestAnswer::failed(QStringLiteral("clipboard: cannot write the history")));
+    };
 }
 
 } // namespace
@@ -36,18 +52,23 @@ void addClipboardRequests(RequestRouter &router, ClipboardService &clipboard)
         return RequestAnswer::done(records);
     });
     router.add(QStringLiteral("clipboard.copy"), [&clipboard](const QJsonObject &request) {
-        return onNumberedItem(clipboard, request, [&](const ClipItem &item) { clipboard.copy(item.id); });
+        return onNumberedItem(clipboard, request, &ClipboardService::copy);
     });
     router.add(QStringLiteral("clipboard.pin"), [&clipboard](const QJsonObject &request) {
-        return onNumberedItem(clipboard, request, [&](const ClipItem &item) { clipboard.togglePin(item.id); });
+        return onNumberedItem(clipboard, request, &ClipboardService::togglePin);
     });
-    router.add(QStringLiteral("clipboard.delete"), [&clipboard](const QJsonObject &request) {
-        return onNumberedItem(clipboard, request, [&](const ClipItem &item) { clipboard.erase(item.id); });
-    });
-    router.add(QStringLiteral("clipboard.clear"), [&clipboard](const QJsonObject &) {
-        clipboard.eraseAll(/*includingPinned=*/false);
-        return RequestAnswer::done();
-    });
+    router.addLater(QStringLiteral("clipboard.delete"),
+                    [&clipboard](const QJsonObject &request, const RequestRouter::Reply &reply) {
+                        RequestAnswer problem;
+                        if (const auto id = numberedItem(clipboard, request, problem))
+                            clipboard.erase(*id, answerWhenSaved(reply));
+                        else
+                            reply(problem);
+                    });
+    router.addLater(QStringLiteral("clipboard.clear"),
+                    [&clipboard](const QJsonObject &, const RequestRouter::Reply &reply) {
+                        clipboard.eraseAll(/*includingPinned=*/false, answerWhenSaved(reply));
+                    });
 }
 
 } // namespace ostrelle

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QLoggingCategory>
+#include <QPointer>
 
 #include <algorithm>
 #include <cerrno>
@@ -27,8 +28,11 @@ struct ControlServer::Client
     FileDescriptor descriptor;
     std::unique_ptr<QSocketNotifier> readable;
     std::unique_ptr<QSocketNotifier> writable;
+    quint64 number = 0;
     QByteArray input;
     QByteArray output;
+    bool isAwaitingAnswer = false; ///< its next request waits, so that answers come in the order of the requests
+    bool isAsking = false;         ///< within the call of the handler
 };
 
 ControlServer::ControlServer(RequestRouter &router, QObject *parent)
@@ -69,6 +73,7 @@ void ControlServer::accept()
         client->writable = std::make_unique<QSocketNotifier>(descriptor.get(), QSocketNotifier::Write);
         client->writable->setEnabled(false);
         client->descriptor = std::move(descriptor);
+        client->number = ++m_accepted;
         Client &added = *m_clients.emplace_back(std::move(client));
         connect(added.readable.get(), &QSocketNotifier::activated, this, [this, &added] { receive(added); });
         connect(added.writable.get(), &QSocketNotifier::activated, this, [this, &added] { send(added); });
@@ -86,13 +91,37 @@ void ControlServer::receive(Client &client)
         return;
     }
     client.input.append(buffer, count);
-    for (qsizetype end = client.input.indexOf('\n'); end >= 0; end = client.input.indexOf('\n')) {
+    answerWaiting(client);
+}
+
+void ControlServer::answerWaiting(Client &client)
+{
+    for (qsizetype end = client.input.indexOf('\n'); end >= 0 && !client.isAwaitingAnswer;
+         end = client.input.indexOf('\n')) {
         const QByteArray request = client.input.left(end);
         client.input.remove(0, end + 1);
-        client.output += m_router.answer(request) + '\n';
+        client.isAwaitingAnswer = client.isAsking = true;
+        m_router.answer(request, [server = QPointer(this), number = client.number](const QByteArray &line) {
+            if (server)
+                server->answered(number, line);
+        });
+        client.isAsking = false;
     }
     if (!client.output.isEmpty())
         send(client);
+}
+
+void ControlServer::answered(quint64 number, const QByteArray &line)
+{
+    const auto found = std::find_if(m_clients.begin(), m_clients.end(),
+                                    [number](const auto &candidate) { return candidate->number == number; });
+    if (found == m_clients.end())
+        return; // it did not wait
+    Client &client = **found;
+    client.isAwaitingAnswer = false;
+    client.output += line + '\n';
+    if (!client.isAsking)
+        answerWaiting(client);
 }
 
 void ControlServer::send(Client &client)

@@ -31,6 +31,8 @@ private:
 
     void accept();
     void receive(Client &client);
+    void answerWaiting(Client &client);
+    void answered(quint64 number, const QByteArray &line);
     void send(Client &client);
     void drop(Client &client);
 
@@ -39,6 +41,7 @@ private:
     FileDescriptor m_listener;
     std::unique_ptr<QSocketNotifier> m_notifier;
     std::vector<std::unique_ptr<Client>> m_clients;
+    quint64 m_accepted = 0;
 };
 
 } // namespace ostrelle

@@ -28,13 +28,17 @@ class RequestRouter
 {
 public:
     using Handler = std::function<RequestAnswer(const QJsonObject &request)>;
+    using Reply = std::function<void(const RequestAnswer &answer)>;
+    /// Calls `reply` once, at once or later, on the main thread.
+    using LaterHandler = std::function<void(const QJsonObject &request, const Reply &reply)>;
 
     void add(const QString &verb, Handler handler);
-    /// Answers one line of JSON with one line of JSON.
-    QByteArray answer(const QByteArray &request) const;
+    void addLater(const QString &verb, LaterHandler handler);
+    /// Answers one line of JSON with one line of JSON, when the handler does.
+    void answer(const QByteArray &request, const std::function<void(const QByteArray &line)> &send) const;
 
 private:
-    std::map<QString, Handler> m_handlers;
+    std::map<QString, LaterHandler> m_handlers;
 };
 
 } // namespace ostrelle

@@ -313,30 +313,38 @@ void ClipboardService::undo()
     m_store.restore(undo.removed(), order);
 }
 
-void ClipboardService::settle()
+void ClipboardService::forgetUndo()
 {
     m_undo.reset();
     m_undoLapse.cancel();
+}
+
+void ClipboardService::settle()
+{
+    forgetUndo();
     if (std::exchange(m_isUnsettled, false))
         m_store.settle();
 }
 
-void ClipboardService::erase(const QUuid &id)
+void ClipboardService::erase(const QUuid &id, Saved saved)
 {
     const QUuid erased = id; // the caller's may lie in the list
     if (m_undo)
         m_undo->forget(erased);
     takeFromList([&](const ClipItem &item) { return item.id == erased; });
     m_store.remove({erased}, ClipboardStore::Erasure::Final);
-    m_store.flush();
+    if (saved)
+        m_store.whenSaved(this, std::move(saved));
 }
 
-void ClipboardService::eraseAll(bool includingPinned)
+void ClipboardService::eraseAll(bool includingPinned, Saved saved)
 {
-    settle();
+    forgetUndo();
+    m_isUnsettled = false;
     const QList<QUuid> erased = takeFromList([&](const ClipItem &item) { return includingPinned || !item.pinned; });
-    m_store.remove(erased, ClipboardStore::Erasure::Final);
-    m_store.flush();
+    m_store.settleAndRemove(erased);
+    if (saved)
+        m_store.whenSaved(this, std::move(saved));
 }
 
 void ClipboardService::readImage(const QUuid &id, const QObject *context,

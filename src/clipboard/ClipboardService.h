@@ -47,9 +47,11 @@ public:
     void undo();
     /// What was erased can no longer be undone and leaves the disk (the panel closed).
     void settle();
-    /// Final erasures by command line, settings or quit: off the disk before they return.
-    void erase(const QUuid &id);
-    void eraseAll(bool includingPinned);
+    using Saved = std::function<void(bool isSaved)>;
+    /// Final erasures by command line, settings or quit. `saved` hears when they are off the disk, or that they cannot
+    /// be.
+    void erase(const QUuid &id, Saved saved = {});
+    void eraseAll(bool includingPinned, Saved saved = {});
 
     /// The raw bytes of an item's image, read off the main thread.
     void readImage(const QUuid &id, const QObject *context, std::function<void(std::optional<QByteArray>)> answer);
@@ -77,6 +79,7 @@ private:
     void trim();
     QList<QUuid> takeFromList(const std::function<bool(const ClipItem &)> &isTaken);
     void eraseUndoably(const std::function<bool(const ClipItem &)> &isErased);
+    void forgetUndo();
     void write(const ClipboardOffer &offer);
     void followSaving(bool isFailing);
     int indexOf(const QUuid &id) const;

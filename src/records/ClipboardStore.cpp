@@ -138,6 +138,14 @@ void ClipboardStore::settle()
     m_writer->change([](ClipWriter &disk) { disk.settle(); });
 }
 
+void ClipboardStore::settleAndRemove(const QList<QUuid> &ids)
+{
+    m_writer->change([ids](ClipWriter &disk) {
+        disk.settle();
+        disk.remove({ids}, Erasure::Final);
+    });
+}
+
 void ClipboardStore::retry()
 {
     m_writer->queue.post([writer = m_writer.get()] { writer->save(); });
@@ -177,6 +185,21 @@ void ClipboardStore::findImage(const QByteArray &image, const QList<QUuid> &cand
             },
             Qt::QueuedConnection);
     });
+}
+
+void ClipboardStore::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    m_writer->queue.post(
+        [writer = m_writer.get(), guard = QPointer<const QObject>(context), answer = std::move(answer)] {
+            writer->save();
+            QMetaObject::invokeMethod(
+                &writer->answers,
+                [isSaved = writer->disk.isSaved(), guard, answer] {
+                    if (guard)
+                        answer(isSaved);
+                },
+                Qt::QueuedConnection);
+        });
 }
 
 bool ClipboardStore::flush()

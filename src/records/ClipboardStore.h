@@ -27,7 +27,7 @@ public:
 
     enum class Erasure {
         Undoable, ///< leaves memory and the list at once; its bytes may be brought back by restore() until settle()
-        Final     ///< off the disk as soon as possible; flush() acknowledges it
+        Final     ///< off the disk as soon as possible; whenSaved() and flush() acknowledge it
     };
 
     /// What the files in `folder` hold. Changes nothing, so whoever does not hold the lock of the folder can ask, also
@@ -52,6 +52,8 @@ public:
     void restore(const QList<ClipItem> &items, const QList<QUuid> &order);
     /// What was removed can no longer be undone: its bytes leave the disk.
     void settle();
+    /// Both at once, so that the files are written anew only once.
+    void settleAndRemove(const QList<QUuid> &ids);
     /// Tries again what could not be written.
     void retry();
     /// Tells when saving begins to fail and when it works again, on the main thread. One observer.
@@ -64,6 +66,8 @@ public:
     void findImage(const QByteArray &image, const QList<QUuid> &candidates, const QObject *context,
                    std::function<void(std::optional<QUuid>)> answer);
 
+    /// Answers when every change so far is on the disk; false when the last write failed.
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
     /// Waits until every change so far is on the disk; false when the last write failed.
     bool flush();
     /// Folds the journal and flushes: afterwards there is only `clipboard.json`.

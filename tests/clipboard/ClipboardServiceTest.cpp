@@ -8,6 +8,7 @@
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -40,7 +41,7 @@ private Q_SLOTS:
     void undoBringsBackWhatWasErased();
     void undoLapses();
     void aRepeatOfAnErasedItemIsNotDoubledByUndo();
-    void finalErasuresAreOffTheDiskAtOnce();
+    void finalErasuresAreAcknowledgedOffTheDisk();
     void triesAgainWhileSavingFails();
 
 private:
@@ -418,7 +419,7 @@ void ClipboardServiceTest::aRepeatOfAnErasedItemIsNotDoubledByUndo()
     QCOMPARE(storedTitles(), titles());
 }
 
-void ClipboardServiceTest::finalErasuresAreOffTheDiskAtOnce()
+void ClipboardServiceTest::finalErasuresAreAcknowledgedOffTheDisk()
 {
     for (const char *name : {"needle one", "needle two", "kept"})
         copyText(QString::fromLatin1(name));
@@ -427,13 +428,27 @@ void ClipboardServiceTest::finalErasuresAreOffTheDiskAtOnce()
         QFile file(storePath() + QStringLiteral("/clipboard.json"));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
-    m_service->erase(m_service->items()[1].id);
+    std::optional<bool> isSaved;
+    const auto saved = [&isSaved](bool is) { isSaved = is; };
+    m_service->erase(m_service->items()[1].id, saved);
+    QTRY_COMPARE(isSaved, true);
     QVERIFY(!stored().contains("two") && stored().contains("one"));
     m_service->remove(m_service->items()[1].id);
-    m_service->eraseAll(false);
-    QVERIFY(!stored().contains("one") && stored().contains("kept"));
+    isSaved.reset();
+    m_service->eraseAll(false, saved);
     QVERIFY(!m_service->canUndo());
-    m_service->eraseAll(true);
+    QTRY_COMPARE(isSaved, true);
+    QVERIFY(!stored().contains("one") && stored().contains("kept"));
+    // A folder in the way of the array: nobody is told that it is gone.
+    QVERIFY(QFile::remove(storePath() + QStringLiteral("/clipboard.json")));
+    QVERIFY(QDir().mkpath(storePath() + QStringLiteral("/clipboard.json/x")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("The clipboard history is not saved: .*")));
+    isSaved.reset();
+    m_service->eraseAll(true, saved);
+    QTRY_COMPARE(isSaved, false);
+    QVERIFY(QDir(storePath() + QStringLiteral("/clipboard.json")).removeRecursively());
+    m_service->eraseAll(true, saved);
+    QTRY_COMPARE(isSaved, true);
     QCOMPARE(stored(), QByteArray("[]"));
 }
 

@@ -70,9 +70,11 @@ class Stores(unittest.TestCase):
         self.copy(big)
         with open(inside) as file:
             self.assertEqual([r["text"] for r in json.load(file)], ["before it was full"], "the old file is whole")
+        erased = self.program.call("clipboard", "delete", "2", check=False)
+        self.assertEqual((erased.returncode, len(erased.stderr.splitlines())), (1, 1), "it is still on the disk")
         os.unlink(filler)
         self.copy("room again")
-        wait_until(lambda: len(json.load(open(inside))) == 3, "saving resumes")
+        wait_until(lambda: [r["text"] for r in json.load(open(inside))] == ["room again", big], "saving resumes")
 
     def test_read_only_home(self):
         os.makedirs(self.folder, exist_ok=True)
