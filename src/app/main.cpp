@@ -3,6 +3,8 @@
 #include "app/Services.h"
 #include "app/TerminationSignals.h"
 #include "foundation/AppPaths.h"
+#include "foundation/CoreDumps.h"
+#include "foundation/DataFolderLock.h"
 #include "platform/PlatformStart.h"
 
 #include <QApplication>
@@ -11,8 +13,6 @@
 
 #include <csignal>
 #include <cstdio>
-
-#include <sys/resource.h>
 
 namespace {
 
@@ -24,13 +24,6 @@ int failWith(const QString &message)
 {
     std::fprintf(stderr, "ostrelle: %s\n", qUtf8Printable(message));
     return kFailed;
-}
-
-/// What was copied must not end in a core dump. (Not PR_SET_DUMPABLE: it would lock the program out of the portals.)
-void forbidCoreDumps()
-{
-    const rlimit none{0, 0};
-    ::setrlimit(RLIMIT_CORE, &none);
 }
 
 /// The arguments that the command `ostrelle` passes; started by hand, the program takes the lock by itself.

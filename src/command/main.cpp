@@ -1,6 +1,7 @@
 #include "command/CommandLine.h"
 #include "command/Help.h"
 #include "command/Output.h"
+#include "foundation/CoreDumps.h"
 
 #include <QCoreApplication>
 
@@ -28,6 +29,7 @@ ExitStatus run(const ParsedCommandLine &parsed)
 
 int main(int argc, char **argv)
 {
+    forbidCoreDumps();
     std::setlocale(LC_ALL, "");
     const QCoreApplication application(argc, argv);
     return static_cast<int>(run(parseCommandLine(QCoreApplication::arguments().mid(1))));

@@ -17,7 +17,7 @@ namespace {
 /// What is kept must not get to the disk in a core file, not even through a handler that the kernel starts.
 void leaveNoCore()
 {
-    const rlimit none{0, 0};
+    const rlimit none{1, 1}; // unlike 0 it counts for such handlers, too
     setrlimit(RLIMIT_CORE, &none);
     prctl(PR_SET_DUMPABLE, 0);
 }

@@ -137,6 +137,8 @@ class Clipboard(unittest.TestCase):
         vault.desktop.stop("peer-Bitwarden")
         self.notes.activate()
         self.copy_and_wait("public again")
+        with open(f"/proc/{self.program.process.pid}/limits") as limits:
+            self.assertRegex(limits.read(), "Max core file size +1 +1 ", "none, also where dumps are piped")
 
     def test_tool_undo_and_erasure(self):
         # So large a history that an erasure by itself only adds a line to the journal.
