@@ -138,8 +138,10 @@ void ClipWriter::setPinned(const ClipChange::Pinned &change)
 
 void ClipWriter::trim(const ClipChange::Removed &change)
 {
-    if (!take(m_clips, change).empty())
-        m_lines.push_back(ClipJournal::line(changeLine(change)));
+    if (take(m_clips, change).empty())
+        return;
+    dropInsertions({change.ids.begin(), change.ids.end()});
+    m_lines.push_back(ClipJournal::line(changeLine(change)));
 }
 
 void ClipWriter::remove(const ClipChange::Removed &change, Erasure erasure)
@@ -149,6 +151,8 @@ void ClipWriter::remove(const ClipChange::Removed &change, Erasure erasure)
         take(m_restorable, change);
     if (taken.empty())
         return;
+    if (erasure == Erasure::Final)
+        dropInsertions({change.ids.begin(), change.ids.end()});
     m_lines.push_back(ClipJournal::line(changeLine(change)));
     if (erasure == Erasure::Final) {
         m_mustErase = true;
@@ -183,6 +187,10 @@ void ClipWriter::restore(const QList<ClipItem> &items, const QList<QUuid> &order
 
 void ClipWriter::settle()
 {
+    QSet<QUuid> settled;
+    for (const StoredClip &clip : m_restorable)
+        settled.insert(clip.item.id);
+    dropInsertions(settled);
     m_restorable.clear();
     if (std::exchange(m_holdsRestorable, false))
         m_mustErase = true;
@@ -285,6 +293,17 @@ void ClipWriter::forgetLines()
     // Image buffers come and go in sizes that the allocator would keep.
     if (std::exchange(m_waitingBytes, 0) >= kReturnedToSystem)
         ::malloc_trim(0);
+}
+
+/// While nothing can be written, what is gone for good must neither fill the memory nor get to the disk later.
+void ClipWriter::dropInsertions(const QSet<QUuid> &ids)
+{
+    const auto kept = std::remove_if(m_lines.begin(), m_lines.end(), [&](const ClipJournal::Line &line) {
+        const bool isGone = !line.inserted.isNull() && ids.contains(line.inserted);
+        m_waitingBytes -= isGone ? line.value.size() : 0;
+        return isGone;
+    });
+    m_lines.erase(kept, m_lines.end());
 }
 
 StoredClip *ClipWriter::findAnywhere(const QUuid &id)

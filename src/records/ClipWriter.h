@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QUuid>
 
@@ -60,6 +61,7 @@ private:
     std::optional<QString> dropJournal();
     bool keepUnreadableAside();
     void forgetLines();
+    void dropInsertions(const QSet<QUuid> &ids);
     StoredClip *findAnywhere(const QUuid &id);
 
     QString m_folder;

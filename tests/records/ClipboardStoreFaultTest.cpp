@@ -325,6 +325,15 @@ void ClipboardStoreFaultTest::savesAgainWhenThereIsRoom()
             return 3;
         if (QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size() != (isLarge ? 2 : 1))
             return 4;
+        // What is erased for good while nothing can be written does not get to the disk with the rest later.
+        const ClipItem erased = textClip(QStringLiteral("needle in the memory"));
+        store.insertAtTop(erased, {});
+        store.flush();
+        store.remove({erased.id}, ClipboardStore::Erasure::Final);
+        limit.rlim_cur = 1'000'000; // enough for the journal, not for a large array
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        if (store.flush() == isLarge || folderContains(m_folder->path(), "needle"))
+            return 6;
         limit.rlim_cur = RLIM_INFINITY;
         ::setrlimit(RLIMIT_FSIZE, &limit);
         return store.flush() ? 0 : 5;
