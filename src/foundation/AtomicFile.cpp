@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace ostrelle {
@@ -115,7 +116,7 @@ void removeUnfinishedWrites(const QString &path)
     }
 }
 
-std::optional<QString> setAsideUnreadable(const QString &path)
+QString unreadableName(const QString &path)
 {
     const QFileInfo file(path);
     const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
@@ -124,8 +125,17 @@ std::optional<QString> setAsideUnreadable(const QString &path)
     QString aside = stem + ending;
     for (int copy = 2; QFileInfo::exists(aside); ++copy)
         aside = stem + u'-' + QString::number(copy) + ending;
-    if (::rename(QFile::encodeName(file.absoluteFilePath()).constData(), QFile::encodeName(aside).constData()) != 0)
-        return std::nullopt;
+    return aside;
+}
+
+std::optional<QString> setAsideUnreadable(const QString &path)
+{
+    const QString aside = unreadableName(path);
+    const QByteArray name = QFile::encodeName(aside);
+    if (::rename(QFile::encodeName(path).constData(), name.constData()) != 0)
+        return errno == ENOENT ? std::optional(QString()) : std::nullopt;
+    // Of a link the target keeps its mode.
+    ::fchmodat(AT_FDCWD, name.constData(), S_IRUSR | S_IWUSR, AT_SYMLINK_NOFOLLOW);
     return aside;
 }
 

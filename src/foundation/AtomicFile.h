@@ -16,8 +16,10 @@ namespace ostrelle {
 /// lock of its folder).
 void removeUnfinishedWrites(const QString &path);
 
-/// The name under which an undecodable file is kept aside: "NAME.unreadable-YYYYMMDD-HHMMSS[-N].EXT" beside it. Renames
-/// it there and returns the new path, or nothing when there was no file or the rename failed.
+/// A free name under which an undecodable file is kept aside: "NAME.unreadable-YYYYMMDD-HHMMSS[-N].EXT" beside it.
+QString unreadableName(const QString &path);
+/// Renames the file to unreadableName(), for this user only, and returns that; empty when there is no file any more.
+/// Nothing when it cannot be renamed.
 std::optional<QString> setAsideUnreadable(const QString &path);
 
 } // namespace ostrelle

@@ -250,10 +250,19 @@ bool ClipJournal::remove()
 
 bool ClipJournal::setAside()
 {
-    m_file.reset();
-    m_isWritable = false;
-    m_size = 0;
-    return !QFileInfo::exists(m_path) || setAsideUnreadable(m_path).has_value();
+    // What stands before the damage lives on in the list, and can be erased from there alone.
+    const bool isKept = m_size > 0 ? keepRest() : setAsideUnreadable(m_path).has_value();
+    return isKept && remove();
+}
+
+bool ClipJournal::keepRest() const
+{
+    struct stat status = {};
+    if (!m_file || ::fstat(m_file->get(), &status) != 0)
+        return false;
+    ClipOutput rest(unreadableName(m_path));
+    rest.copy(*m_file, {m_size, status.st_size - m_size});
+    return rest.finish() && rest.replace();
 }
 
 } // namespace ostrelle

@@ -60,13 +60,15 @@ public:
     qint64 size() const { return m_size; }
     /// Forgets and deletes it. True when there is none afterwards.
     bool remove();
-    /// Forgets it and keeps its file under another name.
+    /// Forgets it and keeps under another name what no list has taken from it: all of a foreign file, or what stands
+    /// from the damage on.
     bool setAside();
 
 private:
     State replayLines(class ClipWindow &window, StoredClips &clips, bool &hasRemovals);
     bool replayLine(QByteArrayView line, class ClipParser &parser, StoredClips &clips, bool &hasRemovals) const;
     bool openForWriting();
+    bool keepRest() const;
 
     QString m_path;
     std::shared_ptr<const FileDescriptor> m_file;

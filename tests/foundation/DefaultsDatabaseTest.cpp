@@ -126,6 +126,13 @@ private Q_SLOTS:
         QVERIFY(database.flush());
         database.setValue(kKey, 3);
         QVERIFY(database.flush());
+        // Another one that somebody takes away before it can be kept.
+        put(m_path, bytes);
+        QTest::ignoreMessage(QtWarningMsg, couldNotBeRead);
+        DefaultsDatabase other(m_path);
+        QVERIFY(QFile::remove(m_path));
+        other.setValue(kKey, 3);
+        QVERIFY(other.flush());
         const QStringList aside = folder.entryList({QStringLiteral("defaults.unreadable-*.json")});
         QCOMPARE(aside.size(), 1);
         QCOMPARE(contents(folder.filePath(aside.first())), bytes);
