@@ -39,7 +39,7 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    if (!m_start.lock)
+    if (!m_start.isLocked)
         qCInfo(lcApp, "%s cannot be written: what is copied now will be gone after the program has ended.",
                qUtf8Printable(AppPaths::support()));
     SettingsStore &settings = m_services.settings();
@@ -70,10 +70,19 @@ void AppDelegate::startCommands()
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
 }
 
+void AppDelegate::commitData()
+{
+    m_services.clipboardStore().flush();
+    m_services.defaults().flush();
+}
+
 void AppDelegate::applicationWillTerminate()
 {
     if (m_terminated)
         return;
+    // Whoever starts from now on waits for the lock of the data folder and is the next program.
+    if (m_server)
+        m_server->stopListening();
     saveWithoutDisplay();
     m_services.platform().clipboard().handOver();
 }
@@ -81,6 +90,8 @@ void AppDelegate::applicationWillTerminate()
 void AppDelegate::saveWithoutDisplay()
 {
     m_terminated = true;
+    // Handing the clipboard over takes a while, in which nothing more may be recorded.
+    m_services.clipboard().stop();
     if (m_services.settings().clearOnQuit())
         m_services.clipboard().eraseAll(/*includingPinned=*/false);
     m_services.clipboard().settle();

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "app/RequestRouter.h"
-#include "foundation/DataFolderLock.h"
 
 #include <QObject>
 #include <QPropertyNotifier>
 
 #include <memory>
-#include <optional>
 
 namespace ostrelle {
 
@@ -22,7 +20,7 @@ public:
     /// How the program was started.
     struct Start
     {
-        std::optional<DataFolderLock> lock; ///< nothing: the data folder cannot be written
+        bool isLocked = false; ///< false: the data folder cannot be written
         bool openNotch = false;
         QString tool; ///< raw value, or empty for the selector
     };
@@ -31,6 +29,8 @@ public:
     ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
+    /// The session is about to end, or may yet go on: nothing but what is unsaved is done.
+    void commitData();
     /// Once, however the program ends: quit, a signal, the end of the session.
     void applicationWillTerminate();
 

@@ -43,8 +43,15 @@ ControlServer::ControlServer(RequestRouter &router, QObject *parent)
 
 ControlServer::~ControlServer()
 {
+    stopListening();
+}
+
+void ControlServer::stopListening()
+{
+    m_notifier.reset();
     if (m_listener)
         ::unlink(QFile::encodeName(m_path).constData());
+    m_listener.reset();
 }
 
 bool ControlServer::listen(const QString &path)

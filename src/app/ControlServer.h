@@ -25,6 +25,8 @@ public:
 
     /// False when the socket cannot be made; the program then runs without commands.
     bool listen(const QString &path);
+    /// Nobody can connect any more; who is connected is still answered.
+    void stopListening();
 
 private:
     struct Client;

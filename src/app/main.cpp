@@ -30,6 +30,7 @@ int failWith(const QString &message)
 struct StartArguments
 {
     std::optional<QString> problem;
+    std::optional<DataFolderLock> lock;
     AppDelegate::Start start;
 };
 
@@ -49,12 +50,12 @@ StartArguments parse(const QStringList &arguments)
     if (parser.isSet(lockOption)) {
         const int descriptor = parser.value(lockOption).toInt();
         if (descriptor >= 0)
-            result.start.lock = DataFolderLock::adopt(descriptor);
+            result.lock = DataFolderLock::adopt(descriptor);
         return result;
     }
     DataFolderLock::Failure failure{};
-    result.start.lock = DataFolderLock::tryTake(AppPaths::support(), &failure);
-    if (!result.start.lock && failure == DataFolderLock::Failure::HeldByOther)
+    result.lock = DataFolderLock::tryTake(AppPaths::support(), &failure);
+    if (!result.lock && failure == DataFolderLock::Failure::HeldByOther)
         result.problem = QStringLiteral("already running; use the command ostrelle to talk to it");
     return result;
 }
@@ -83,14 +84,20 @@ int main(int argc, char **argv)
     if (arguments.problem)
         return failWith(*arguments.problem);
 
+    // Before the services, so that the last of them has written when the lock goes.
+    const std::optional<DataFolderLock> lock = std::move(arguments.lock);
+    arguments.start.isLocked = lock.has_value();
     Services services(*backend, QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle-keeper"));
     AppDelegate delegate(services, std::move(arguments.start));
     const TerminationSignals signals_;
     QObject::connect(&signals_, &TerminationSignals::received, &application, &QCoreApplication::quit);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
-    // A session that ends asks first; nothing needs to be asked back, everything is saved as it happens.
+    // A session that ends asks first; nothing needs to be asked back.
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &delegate,
-                     [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
+                     [&delegate](QSessionManager &session) {
+                         session.setRestartHint(QSessionManager::RestartNever);
+                         delegate.commitData();
+                     });
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();
 }

@@ -6,6 +6,7 @@ import subprocess
 import unittest
 
 from harness.desktop import Desktop
+from harness.peer import xclip
 from harness.program import Program
 from harness.waiting import wait_until
 
@@ -62,6 +63,22 @@ class Commands(unittest.TestCase):
             self.assertEqual(winner.wait(5), 0)
             for start in starts:
                 start.stderr.close()
+
+    def test_a_start_while_it_ends_becomes_the_next_program(self):
+        import socket as sockets
+        with Program(self.desktop) as program:
+            xclip(self.desktop, os.urandom(400_000).hex().encode())
+            wait_until(lambda: program.history(), "recorded")
+            program.call("clipboard", "copy", "1")
+            with sockets.socket(sockets.AF_UNIX) as client:
+                client.connect(os.path.join(program.environment["XDG_RUNTIME_DIR"], "ostrelle", "control"))
+                client.sendall(b'{"verb":"quit"}\n')
+                client.recv(100)
+                first = program.process
+                program.start("open", "color")
+            self.assertEqual(first.wait(10), 0)
+            program.wait_phase("expanded")
+            program.call("clipboard", "clear")
 
     def test_open_starts_and_opens(self):
         with Program(self.desktop, "open", "color") as program:
