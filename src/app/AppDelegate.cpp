@@ -10,6 +10,7 @@
 #include "core/SettingsStore.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
+#include "foundation/Unwritable.h"
 #include "notch/NotchController.h"
 #include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
@@ -39,9 +40,9 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    if (!m_start.isLocked)
-        qCInfo(lcApp, "%s cannot be written: what is copied now will be gone after the program has ended.",
-               qUtf8Printable(AppPaths::support()));
+    if (!reportUnwritable(AppPaths::support()) && !m_start.isLocked)
+        qCWarning(lcApp, "%s cannot be locked: another program may change what is kept there",
+                  qUtf8Printable(AppPaths::support()));
     SettingsStore &settings = m_services.settings();
     m_services.platform().setDisplayLostHandler([this] { saveWithoutDisplay(); });
     m_services.controller().start(m_services.panel());

@@ -20,7 +20,7 @@ public:
     /// How the program was started.
     struct Start
     {
-        bool isLocked = false; ///< false: the data folder cannot be written
+        bool isLocked = false; ///< false: the lock of the data folder cannot be taken
         bool openNotch = false;
         QString tool; ///< raw value, or empty for the selector
     };

@@ -2,8 +2,10 @@
 
 #include "app/RequestRouter.h"
 #include "foundation/UnixSocket.h"
+#include "foundation/Unwritable.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QPointer>
 
@@ -58,7 +60,9 @@ bool ControlServer::listen(const QString &path)
 {
     m_listener = UnixSocket::listenAt(path);
     if (!m_listener) {
-        qCWarning(lcControl, "Cannot listen for commands: %s", qUtf8Printable(qt_error_string(errno)));
+        const QString reason = qt_error_string(errno);
+        if (!reportUnwritable(QFileInfo(path).path()))
+            qCWarning(lcControl, "Cannot listen for commands: %s", qUtf8Printable(reason));
         return false;
     }
     m_path = path;

@@ -2,6 +2,8 @@
 
 #include "foundation/AppPaths.h"
 
+#include <QLoggingCategory>
+
 #include <poll.h>
 
 namespace ostrelle {
@@ -19,8 +21,11 @@ StoreAccess accessStores()
         if (auto client = ControlClient::connect())
             return std::move(*client);
         DataFolderLock::Failure failure{};
-        if (auto lock = DataFolderLock::tryTake(AppPaths::support(), &failure))
+        if (auto lock = DataFolderLock::tryTake(AppPaths::support(), &failure)) {
+            // A command that fails says so in one line of its own.
+            QLoggingCategory::setFilterRules(QStringLiteral("ostrelle.*.warning=false"));
             return std::move(*lock);
+        }
         if (failure == DataFolderLock::Failure::Unavailable)
             return QStringLiteral("cannot write to %1").arg(AppPaths::support());
         // The holder is about to listen, or about to be done.

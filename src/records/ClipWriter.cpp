@@ -2,6 +2,7 @@
 
 #include "foundation/AppPaths.h"
 #include "foundation/AtomicFile.h"
+#include "foundation/Unwritable.h"
 #include "records/ClipArray.h"
 #include "records/ClipCodec.h"
 #include "records/ClipOutput.h"
@@ -201,7 +202,7 @@ void ClipWriter::save()
     if (isSaved())
         return;
     const std::optional<QString> failure = write();
-    if (failure && !m_hasFailed)
+    if (failure && !m_hasFailed && !reportUnwritable(m_folder))
         qCWarning(lcRecords).noquote() << "The clipboard history is not saved:" << *failure;
     m_hasFailed = failure.has_value();
 }

@@ -77,11 +77,24 @@ class Stores(unittest.TestCase):
         wait_until(lambda: [r["text"] for r in json.load(open(inside))] == ["room again", big], "saving resumes")
 
     def test_read_only_home(self):
+        # A lock, a large array and a journal beside it, as a killed program leaves them.
         os.makedirs(self.folder, exist_ok=True)
+        with open(self.path, "w") as file:
+            json.dump([{"id": "9B2C1A8E-0000-4000-8000-000000000001", "kind": "text", "text": "x" * 5_000_000, "date": 1.5,
+                        "pinned": False}], file, separators=(",", ":"))
+        self.program.start()
+        self.copy("in the journal")
+        wait_until(lambda: os.path.exists(os.path.join(self.folder, "clipboard.journal")), "a journal")
+        holds_for(lambda: self.program.process.poll() is None, "runs", 1.0)
+        self.program.kill()
         self.start_in_namespace("mount --bind -o ro \"$HOME\" \"$HOME\"")
+        self.assertEqual(self.program.history()[0]["text"], "in the journal")
         self.copy("kept in memory")
-        self.assertEqual(len(self.program.log().splitlines()), 1, self.program.log())
+        self.program.set("appearance.notchTheme", "ember")
+        self.assertEqual(self.program.status()["theme"], "ember")
         self.program.expected_lines = [self.folder]
+        self.program.stop()
+        self.assertEqual(len(self.program.log().splitlines()), 1, self.program.log())
 
     def start_in_namespace(self, mount):
         os.makedirs(self.program.environment["XDG_DATA_HOME"], exist_ok=True)
