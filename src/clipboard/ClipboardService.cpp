@@ -243,8 +243,10 @@ void ClipboardService::copy(const QUuid &id)
         return;
     case ClipItem::Kind::Image:
         m_store.readImage(id, this,
-                          [this, number, format = formatOfImage(item)](const std::optional<QByteArray> &bytes) {
-                              if (number != m_writeNumber)
+                          [this, number, count = m_port.changeCount(),
+                           format = formatOfImage(item)](const std::optional<QByteArray> &bytes) {
+                              // Whatever was copied meanwhile is newer than this choice.
+                              if (number != m_writeNumber || count != m_port.changeCount())
                                   return;
                               if (bytes && format)
                                   write(ClipboardImage{*bytes, *format});

@@ -313,6 +313,12 @@ void ClipboardServiceTest::writesImagesBackFromTheStore()
     m_service->copy(m_service->items()[0].id);
     wait();
     QCOMPARE(std::get<QString>(*m_port->offer()), QStringLiteral("text"));
+    // And so does what another program copies meanwhile.
+    m_service->copy(imageId);
+    copyText(QStringLiteral("theirs"));
+    wait();
+    QVERIFY(!m_port->offer());
+    QCOMPARE(titles().first(), QStringLiteral("theirs"));
 }
 
 void ClipboardServiceTest::keepsTheOrderOfCopiesWhateverReadingTakes()
