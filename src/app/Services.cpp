@@ -8,6 +8,7 @@
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/MakeChild.h"
+#include "foundation/SaveRetry.h"
 #include "foundation/SystemTaskScheduler.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
@@ -48,7 +49,12 @@ TaskScheduler &Services::scheduler()
 
 DefaultsDatabase &Services::defaults()
 {
-    return ensure(m_defaults, [] { return std::make_unique<DefaultsDatabase>(AppPaths::defaultsFile()); });
+    return ensure(m_defaults, [this] {
+        auto defaults = std::make_unique<DefaultsDatabase>(AppPaths::defaultsFile());
+        m_settingsRetry = std::make_unique<SaveRetry>(scheduler(), [database = defaults.get()] { database->retry(); });
+        defaults->observeSaving([this](bool isFailing) { m_settingsRetry->follow(isFailing); });
+        return defaults;
+    });
 }
 
 SettingsStore &Services::settings()

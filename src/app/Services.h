@@ -20,6 +20,7 @@ class NotchController;
 class NotchPanel;
 class NotchViewModel;
 class Platform;
+class SaveRetry;
 class SettingsStore;
 class SystemTaskScheduler;
 class TaskScheduler;
@@ -57,6 +58,7 @@ private:
     // In start-up order; destroyed from the last to the first.
     std::unique_ptr<SystemTaskScheduler> m_scheduler;
     std::unique_ptr<DefaultsDatabase> m_defaults;
+    std::unique_ptr<SaveRetry> m_settingsRetry;
     std::unique_ptr<SettingsStore> m_settings;
     std::unique_ptr<Platform> m_platform;
     std::unique_ptr<Haptics> m_haptics;

@@ -15,7 +15,6 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::nanoseconds kPollInterval = 500ms;
 constexpr std::chrono::nanoseconds kUndoLife = 30s;
-constexpr std::chrono::nanoseconds kRetryInterval = 5s;
 
 bool hasEqualText(const ClipItem &left, const ClipItem &right)
 {
@@ -62,10 +61,11 @@ ClipboardService::ClipboardService(SettingsStore &settings, ClipboardPort &port,
     , m_scheduler(scheduler)
     , m_items(store.load())
     , m_lastChangeCount(port.changeCount())
+    , m_retry(scheduler, [&store] { store.retry(); })
     , m_enabledNotifier(settings.bindableClipboardEnabled().addNotifier([this] { followEnabled(); }))
 {
     connect(&port, &ClipboardPort::changed, this, &ClipboardService::schedulePoll);
-    store.observeSaving(this, [this](bool isFailing) { followSaving(isFailing); });
+    store.observeSaving(this, [this](bool isFailing) { m_retry.follow(isFailing); });
 }
 
 ClipboardService::~ClipboardService() = default;
@@ -362,14 +362,6 @@ void ClipboardService::setImagePixelSize(const QUuid &id, const QSize &size)
         return;
     m_items[index].image->pixelSize = size;
     Q_EMIT itemChanged(index);
-}
-
-void ClipboardService::followSaving(bool isFailing)
-{
-    if (isFailing)
-        m_retry = m_scheduler.every(kRetryInterval, this, [this] { m_store.retry(); });
-    else
-        m_retry.cancel();
 }
 
 int ClipboardService::indexOf(const QUuid &id) const

@@ -2,6 +2,7 @@
 
 #include "clipboard/ClipboardCapture.h"
 #include "clipboard/ClipboardUndo.h"
+#include "foundation/SaveRetry.h"
 #include "foundation/Task.h"
 #include "foundation/TaskScheduler.h"
 #include "platform/ClipboardPort.h"
@@ -81,7 +82,6 @@ private:
     void eraseUndoably(const std::function<bool(const ClipItem &)> &isErased);
     void forgetUndo();
     void write(const ClipboardOffer &offer);
-    void followSaving(bool isFailing);
     int indexOf(const QUuid &id) const;
 
     SettingsStore &m_settings;
@@ -102,7 +102,7 @@ private:
 
     Task m_poll;
     Task m_undoLapse;
-    Task m_retry;
+    SaveRetry m_retry;
     QPropertyNotifier m_enabledNotifier;
 };
 

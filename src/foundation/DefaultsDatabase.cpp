@@ -3,11 +3,13 @@
 #include "foundation/AppPaths.h"
 #include "foundation/AtomicFile.h"
 #include "foundation/SerialQueue.h"
+#include "foundation/Unwritable.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
+#include <QObject>
 
 #include <mutex>
 #include <utility>
@@ -49,6 +51,7 @@ struct DefaultsDatabase::Writer
 
     void writeNewest();
     std::optional<QString> write(const QByteArray &bytes);
+    void report(bool isFailing);
 
     const QString path;
     bool keepOldAside = false; ///< set before the first job, then the queue's thread only
@@ -57,6 +60,9 @@ struct DefaultsDatabase::Writer
     std::mutex mutex; ///< guards the next two
     std::optional<QJsonObject> newest;
     QString failure; ///< of the last write; empty when it succeeded
+
+    QObject answers; ///< carries reports to its thread, the main one
+    std::function<void(bool)> observer;
 
     SerialQueue queue; ///< last: its end waits for the jobs, which use the rest
 };
@@ -89,9 +95,22 @@ void DefaultsDatabase::Writer::writeNewest()
     }
     const QString result = write(QJsonDocument(snapshot).toJson()).value_or(QString());
     const std::lock_guard lock(mutex);
-    if (!result.isEmpty() && result != failure)
+    if (result.isEmpty() != failure.isEmpty())
+        report(!result.isEmpty());
+    if (!result.isEmpty() && result != failure && !reportUnwritable(QFileInfo(path).absolutePath()))
         qCWarning(lcFoundation).noquote() << "The settings could not be saved:" << result;
     failure = result;
+}
+
+void DefaultsDatabase::Writer::report(bool isFailing)
+{
+    QMetaObject::invokeMethod(
+        &answers,
+        [this, isFailing] {
+            if (observer)
+                observer(isFailing);
+        },
+        Qt::QueuedConnection);
 }
 
 std::optional<QString> DefaultsDatabase::Writer::write(const QByteArray &bytes)
@@ -158,6 +177,16 @@ std::optional<QByteArray> DefaultsDatabase::data(const QString &key) const
 void DefaultsDatabase::setData(const QString &key, const QByteArray &bytes)
 {
     setValue(key, QJsonObject{{QString(kDataTag), QString::fromLatin1(bytes.toBase64())}});
+}
+
+void DefaultsDatabase::observeSaving(std::function<void(bool)> observer)
+{
+    m_writer->observer = std::move(observer);
+}
+
+void DefaultsDatabase::retry()
+{
+    save();
 }
 
 bool DefaultsDatabase::flush()

@@ -5,6 +5,7 @@
 #include <QJsonValue>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -13,8 +14,8 @@ namespace ostrelle {
 /// The per-user typed key-value file: one JSON object keyed by dotted names. Tells a missing key from a stored one and
 /// keeps types; a binary value is {"$data": "BASE64"}. Every change is in memory at once and on the disk soon after
 /// (serial queue, latest snapshot wins, atomic); a write that fails is logged once per cause and tried again with the
-/// next change and by flush(). A file that cannot be decoded counts as empty, stays untouched until the next write and
-/// is then kept aside. Main thread.
+/// next change, by retry() and by flush(). A file that cannot be decoded counts as empty, stays untouched until the
+/// next write and is then kept aside. Main thread.
 class DefaultsDatabase
 {
 public:
@@ -29,6 +30,9 @@ public:
     std::optional<QByteArray> data(const QString &key) const;
     void setData(const QString &key, const QByteArray &bytes);
 
+    /// Tells when saving begins to fail and when it works again. One observer, as long as this lives.
+    void observeSaving(std::function<void(bool isFailing)> observer);
+    void retry();
     /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
     bool flush();
 

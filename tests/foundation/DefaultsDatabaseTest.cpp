@@ -152,7 +152,12 @@ private Q_SLOTS:
         database.setValue(kKey, 2);
         QVERIFY(!database.flush());
         QCOMPARE(database.value(kKey), QJsonValue(2));
+        std::optional<bool> isFailing;
+        database.observeSaving([&isFailing](bool is) { isFailing = is; });
+        QTRY_COMPARE(isFailing, true);
         QVERIFY(QFile::remove(folder));
+        database.retry();
+        QTRY_COMPARE(isFailing, false);
         QVERIFY(database.flush());
         QCOMPARE(DefaultsDatabase(m_path).value(kKey), QJsonValue(2));
     }
