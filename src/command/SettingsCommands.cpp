@@ -105,12 +105,7 @@ ExitStatus runSettingsSet(const Invocation &invocation)
     if (const auto problem = settingProblem(*row, value))
         return fail(ExitStatus::WrongUsage, QStringLiteral("settings: %1 %2").arg(key, *problem));
     return change(QStringLiteral("settings.set"), {{QStringLiteral("key"), key}, {QStringLiteral("value"), value}},
-                  [&](DefaultsDatabase &database) {
-                      if (value.isNull())
-                          database.remove(key);
-                      else
-                          database.setValue(key, value);
-                  });
+                  [&](DefaultsDatabase &database) { storeSetting(database, key, value); });
 }
 
 ExitStatus runSettingsReset(const Invocation &invocation)

@@ -93,10 +93,7 @@ void SettingsStore::assign(Property &property, Value SettingValues::*member, con
 
 void SettingsStore::setRaw(const QString &key, const QJsonValue &value)
 {
-    if (value.isNull())
-        m_database.remove(key);
-    else
-        m_database.setValue(key, value);
+    storeSetting(m_database, key, value);
     reload();
 }
 

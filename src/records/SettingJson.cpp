@@ -1,5 +1,6 @@
 #include "records/SettingJson.h"
 
+#include "foundation/DefaultsDatabase.h"
 #include "records/NotchSizeText.h"
 #include "records/SettingKeys.h"
 #include "records/SettingValues.h"
@@ -87,6 +88,20 @@ QJsonValue settingToJson(const SettingValues &values, QStringView key)
             return encoder.encode(values);
     }
     return QJsonValue(QJsonValue::Undefined);
+}
+
+void storeSetting(DefaultsDatabase &database, const QString &key, const QJsonValue &value)
+{
+    if (value.isNull()) {
+        database.remove(key);
+        return;
+    }
+    database.setValue(key, value);
+    if (key != kModuleOrder && key != kEnabledModules)
+        return;
+    const SettingValues inForce = loadSettings(database);
+    for (const QStringView both : {kModuleOrder, kEnabledModules})
+        database.setValue(both.toString(), settingToJson(inForce, both));
 }
 
 } // namespace ostrelle

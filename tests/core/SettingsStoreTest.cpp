@@ -137,12 +137,15 @@ private Q_SLOTS:
         store.setRaw(kModuleOrder.toString(), names({QStringLiteral("imageInfo")}));
         QCOMPARE(store.moduleOrder().first(), KestroModule::ImageInfo);
         QCOMPARE(store.moduleOrder().size(), 6);
+        QCOMPARE(settings.stored(kModuleOrder).value().toArray().size(), 6);
+        QCOMPARE(settings.stored(kEnabledModules).value().toArray().size(), 6);
         store.setRaw(kDisplayNotch.toString(), QJsonObject{{QStringLiteral("eDP-1"), QStringLiteral("185x32")}});
         QCOMPARE(store.displayNotch().value(QStringLiteral("eDP-1")), QSizeF(185, 32));
         store.setSkippedUpdateVersion(QStringLiteral("1.4"));
         store.setRaw(kSkippedUpdateVersion.toString(), QJsonValue());
         QVERIFY(!settings.stored(kSkippedUpdateVersion));
         store.reset(kModuleOrder.toString());
+        store.reset(kEnabledModules.toString());
         store.reset(kDisplayNotch.toString());
         for (const SettingKey &key : allSettingKeys()) {
             QCOMPARE(store.raw(key.key.toString()), key.fallback);

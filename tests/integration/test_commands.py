@@ -114,6 +114,10 @@ class Commands(unittest.TestCase):
         with open(path) as file:
             self.assertEqual(json.load(file), {"appearance.notchTheme": "ember", "general.hoverOpenDelay": 0.5})
         self.assertEqual(os.stat(path).st_mode & 0o777, 0o600)
+        program.set("modules.order", ["assets"])
+        with open(path) as file:
+            stored = json.load(file)
+        self.assertEqual((stored["modules.order"][:2], stored["modules.enabled"][0]), (["assets", "clipboard"], "assets"))
         program.start()
         try:
             self.assertEqual(program.status()["theme"], "ember")
@@ -122,8 +126,9 @@ class Commands(unittest.TestCase):
             idle_width = program.status()["surface"]["width"]
             program.set("modules.enabled", ["clipboard", "assets"])
             wait_until(lambda: program.status()["surface"]["width"] < idle_width, "fewer tools, a smaller notch")
-            self.assertEqual(json.loads(program.call("settings", "get", "modules.enabled").stdout), ["clipboard", "assets"])
+            self.assertEqual(json.loads(program.call("settings", "get", "modules.enabled").stdout), ["assets", "clipboard"])
             program.call("settings", "reset", "modules.enabled")
+            program.call("settings", "reset", "modules.order")
             wait_until(lambda: program.status()["surface"]["width"] == idle_width, "all tools again")
             program.call("settings", "reset", "appearance.notchTheme")
             self.assertEqual(program.status()["theme"], "spectrum")
