@@ -67,6 +67,8 @@ int main(int argc, char **argv)
     forbidCoreDumps();
     // A limit on file sizes makes a write fail, which the stores survive; the signal would end the program.
     std::signal(SIGXFSZ, SIG_IGN);
+    // Nor does a line for a terminal that has gone. (QProcess gives its children the usual handling again.)
+    std::signal(SIGPIPE, SIG_IGN);
     installLogFormat();
     QString problem;
     const auto backend = PlatformStart::prepare(&problem);

@@ -162,6 +162,8 @@ void ClipboardRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
 void ClipboardRowDelegate::paintPreview(QPainter &painter, const QRectF &tile, const ClipboardRow &row) const
 {
     painter.setPen(Qt::NoPen);
+    painter.setBrush(m_context.appearance.palette().tileTint);
+    painter.drawRoundedRect(tile, kTileRadius, kTileRadius);
     if (row.kind == ClipItem::Kind::Image) {
         const QImage picture = m_pictures.tile(row.id);
         if (!picture.isNull()) {
@@ -176,8 +178,6 @@ void ClipboardRowDelegate::paintPreview(QPainter &painter, const QRectF &tile, c
             return;
         }
     }
-    painter.setBrush(m_context.appearance.palette().tileTint);
-    painter.drawRoundedRect(tile, kTileRadius, kTileRadius);
     if (row.kind == ClipItem::Kind::Files && !row.iconPath.isEmpty()) {
         const QIcon icon = m_icons.iconFor(row.iconPath);
         if (!icon.isNull()) {

@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 
+#include <algorithm>
 #include <array>
 
 namespace ostrelle {
@@ -29,6 +30,9 @@ constexpr std::array<Unit, 7> kUnits = {{
     {1, u" sec.", u" sec."},
 }};
 
+// A date of any size can stand in a store that somebody else wrote.
+constexpr double kLargestCount = 999'999;
+
 } // namespace
 
 QString relativeAge(double seconds)
@@ -38,7 +42,7 @@ QString relativeAge(double seconds)
     for (const Unit &unit : kUnits) {
         if (seconds < unit.seconds)
             continue;
-        const auto count = static_cast<qint64>(seconds / unit.seconds);
+        const auto count = static_cast<qint64>(std::min(seconds / unit.seconds, kLargestCount));
         return QString::number(count) + (count == 1 ? unit.one : unit.many).toString();
     }
     Q_UNREACHABLE();

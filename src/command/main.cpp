@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include <clocale>
+#include <cstdio>
 
 namespace {
 
@@ -32,5 +33,8 @@ int main(int argc, char **argv)
     forbidCoreDumps();
     std::setlocale(LC_ALL, "");
     const QCoreApplication application(argc, argv);
-    return static_cast<int>(run(parseCommandLine(QCoreApplication::arguments().mid(1))));
+    ExitStatus status = run(parseCommandLine(QCoreApplication::arguments().mid(1)));
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        status = fail(ExitStatus::Failed, QStringLiteral("cannot write the output"));
+    return static_cast<int>(status);
 }

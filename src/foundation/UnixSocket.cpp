@@ -123,7 +123,7 @@ std::optional<QByteArray> receiveLine(int descriptor, milliseconds deadline, qsi
         const ssize_t count = ::recv(descriptor, buffer, sizeof buffer, MSG_DONTWAIT);
         if (count > 0) {
             line.append(buffer, count);
-            const qsizetype end = line.indexOf('\n');
+            const qsizetype end = line.indexOf('\n', line.size() - count);
             if (end >= 0)
                 return line.left(end);
         } else if (count == 0) {

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 
 #include <algorithm>
 #include <iterator>
@@ -68,8 +69,9 @@ bool setPinned(StoredClips &clips, const ClipChange::Pinned &change)
 
 StoredClips take(StoredClips &clips, const ClipChange::Removed &change)
 {
+    const QSet<QUuid> ids(change.ids.begin(), change.ids.end());
     const auto kept = std::stable_partition(clips.begin(), clips.end(),
-                                            [&](const StoredClip &clip) { return !change.ids.contains(clip.item.id); });
+                                            [&](const StoredClip &clip) { return !ids.contains(clip.item.id); });
     StoredClips taken(std::make_move_iterator(kept), std::make_move_iterator(clips.end()));
     clips.erase(kept, clips.end());
     return taken;

@@ -16,7 +16,7 @@ QJsonObject clipRecordJson(const ClipItem &item)
         record[QStringLiteral("text")] = *item.text;
     if (item.paths)
         record[QStringLiteral("paths")] = QJsonArray::fromStringList(*item.paths);
-    if (item.image)
+    if (item.image && !item.image->type.isEmpty())
         record[QStringLiteral("imageType")] = item.image->type;
     if (item.appName)
         record[QStringLiteral("appName")] = *item.appName;

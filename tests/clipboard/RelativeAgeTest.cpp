@@ -42,6 +42,7 @@ void RelativeAgeTest::namesTheLargestWholeUnit_data()
     row(365 * kDay, "11 mo.");
     row(366 * kDay, "1 yr.");
     row(732 * kDay, "2 yr.");
+    row(1e300, "999999 yr.");
 }
 
 void RelativeAgeTest::namesTheLargestWholeUnit()

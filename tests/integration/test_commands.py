@@ -102,6 +102,12 @@ class Commands(unittest.TestCase):
             result = program.call(*command, check=False)
             self.assertEqual(result.returncode, 2, command)
             self.assertEqual(len(result.stderr.splitlines()), 1, command)
+        for place, command in (("stdout", [program.command, "settings", "list"]),
+                               ("XDG_CONFIG_HOME", [program.command, "settings", "set", "clipboard.limit", "5"])):
+            with self.subTest(f"no room for {place}"), open("/dev/full", "w") as full:
+                result = subprocess.run(command, env={**program.environment, "XDG_CONFIG_HOME": "/dev/full"},
+                                        stdout=full, stderr=subprocess.PIPE)
+                self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1), result.stderr)
         self.assertIn("Exit status", program.call("--help").stdout)
         self.assertIn("bare word", program.call("settings", "set", "--help").stdout)
         self.assertRegex(program.call("--version").stdout, r"^ostrelle \d+\.\d+\.\d+\n$")
