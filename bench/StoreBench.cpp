@@ -71,6 +71,7 @@ public:
     {
         m_settings.setClipboardLimit(2 * kCopies);
         m_service = std::make_unique<ClipboardService>(m_settings, m_port, m_store, m_scheduler);
+        m_service->finishLoading();
         m_service->start();
     }
 

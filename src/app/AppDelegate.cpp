@@ -91,6 +91,7 @@ void AppDelegate::applicationWillTerminate()
 void AppDelegate::saveWithoutDisplay()
 {
     m_terminated = true;
+    m_services.clipboard().finishLoading();
     // Handing the clipboard over takes a while, in which nothing more may be recorded.
     m_services.clipboard().stop();
     if (m_services.settings().clearOnQuit())

@@ -41,34 +41,54 @@ ClipboardService::Saved answerWhenSaved(const RequestRouter::Reply &reply)
     };
 }
 
+void list(ClipboardService &clipboard, const QJsonObject &, const RequestRouter::Reply &reply)
+{
+    QJsonArray records;
+    for (const ClipItem &item : inDisplayOrder(clipboard.items()))
+        records.append(clipRecordJson(item));
+    reply(RequestAnswer::done(records));
+}
+
+void copy(ClipboardService &clipboard, const QJsonObject &request, const RequestRouter::Reply &reply)
+{
+    reply(onNumberedItem(clipboard, request, &ClipboardService::copy));
+}
+
+void pin(ClipboardService &clipboard, const QJsonObject &request, const RequestRouter::Reply &reply)
+{
+    reply(onNumberedItem(clipboard, request, &ClipboardService::togglePin));
+}
+
+void erase(ClipboardService &clipboard, const QJsonObject &request, const RequestRouter::Reply &reply)
+{
+    RequestAnswer problem;
+    if (const auto id = numberedItem(clipboard, request, problem))
+        clipboard.erase(*id, answerWhenSaved(reply));
+    else
+        reply(problem);
+}
+
+void clear(ClipboardService &clipboard, const QJsonObject &, const RequestRouter::Reply &reply)
+{
+    clipboard.eraseAll(/*includingPinned=*/false, answerWhenSaved(reply));
+}
+
 } // namespace
 
 void addClipboardRequests(RequestRouter &router, ClipboardService &clipboard)
 {
-    router.add(QStringLiteral("clipboard.list"), [&clipboard](const QJsonObject &) {
-        QJsonArray records;
-        for (const ClipItem &item : inDisplayOrder(clipboard.items()))
-            records.append(clipRecordJson(item));
-        return RequestAnswer::done(records);
-    });
-    router.add(QStringLiteral("clipboard.copy"), [&clipboard](const QJsonObject &request) {
-        return onNumberedItem(clipboard, request, &ClipboardService::copy);
-    });
-    router.add(QStringLiteral("clipboard.pin"), [&clipboard](const QJsonObject &request) {
-        return onNumberedItem(clipboard, request, &ClipboardService::togglePin);
-    });
-    router.addLater(QStringLiteral("clipboard.delete"),
-                    [&clipboard](const QJsonObject &request, const RequestRouter::Reply &reply) {
-                        RequestAnswer problem;
-                        if (const auto id = numberedItem(clipboard, request, problem))
-                            clipboard.erase(*id, answerWhenSaved(reply));
-                        else
-                            reply(problem);
-                    });
-    router.addLater(QStringLiteral("clipboard.clear"),
-                    [&clipboard](const QJsonObject &, const RequestRouter::Reply &reply) {
-                        clipboard.eraseAll(/*includingPinned=*/false, answerWhenSaved(reply));
-                    });
+    using Act = void (*)(ClipboardService &, const QJsonObject &, const RequestRouter::Reply &);
+    // All of them need the stored history.
+    const auto add = [&](const QString &verb, Act act) {
+        router.addLater(verb, [&clipboard, act](const QJsonObject &request, const RequestRouter::Reply &reply) {
+            clipboard.whenLoaded(&clipboard, [&clipboard, act, request, reply] { act(clipboard, request, reply); });
+        });
+    };
+    add(QStringLiteral("clipboard.list"), list);
+    add(QStringLiteral("clipboard.copy"), copy);
+    add(QStringLiteral("clipboard.pin"), pin);
+    add(QStringLiteral("clipboard.delete"), erase);
+    add(QStringLiteral("clipboard.clear"), clear);
 }
 
 } // namespace ostrelle

@@ -115,7 +115,9 @@ QList<QWidget *> ClipboardModuleView::headerActions()
 
 void ClipboardModuleView::appeared()
 {
-    m_list.select(m_results.rowCount() > 0 ? m_results.idAt(0) : QUuid(), ClipboardListView::Arrival::AtOnce);
+    m_service.whenLoaded(this, [this] {
+        m_list.select(m_results.rowCount() > 0 ? m_results.idAt(0) : QUuid(), ClipboardListView::Arrival::AtOnce);
+    });
     m_search.field().setFocus(Qt::OtherFocusReason);
 }
 

@@ -4,6 +4,8 @@
 #include "records/ClipText.h"
 #include "records/ClipboardStore.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -59,11 +61,11 @@ ClipboardService::ClipboardService(SettingsStore &settings, ClipboardPort &port,
     , m_port(port)
     , m_store(store)
     , m_scheduler(scheduler)
-    , m_items(store.load())
     , m_lastChangeCount(port.changeCount())
     , m_retry(scheduler, [&store] { store.retry(); })
     , m_enabledNotifier(settings.bindableClipboardEnabled().addNotifier([this] { followEnabled(); }))
 {
+    store.loadLater(this, [this](const QList<ClipItem> &stored) { adopt(stored); });
     connect(&port, &ClipboardPort::changed, this, &ClipboardService::schedulePoll);
     store.observeSaving(this, [this](bool isFailing) { m_retry.follow(isFailing); });
 }
@@ -73,6 +75,35 @@ ClipboardService::~ClipboardService() = default;
 const QList<ClipItem> &ClipboardService::items() const
 {
     return m_items;
+}
+
+void ClipboardService::whenLoaded(const QObject *context, std::function<void()> call)
+{
+    if (m_isLoaded)
+        call();
+    else
+        m_awaitingLoad.push_back([guard = QPointer(context), call = std::move(call)] {
+            if (guard)
+                call();
+        });
+}
+
+void ClipboardService::finishLoading()
+{
+    if (!m_isLoaded)
+        adopt(m_store.load());
+}
+
+void ClipboardService::adopt(const QList<ClipItem> &stored)
+{
+    if (std::exchange(m_isLoaded, true))
+        return;
+    m_items = stored;
+    Q_EMIT itemsReset();
+    const auto waiting = std::exchange(m_awaitingLoad, {});
+    for (const auto &call : waiting)
+        call();
+    recordFinished();
 }
 
 void ClipboardService::followEnabled()
@@ -117,7 +148,7 @@ void ClipboardService::poll()
 
 void ClipboardService::recordFinished()
 {
-    while (!m_isComparing && !m_captures.empty() && m_captures.front()->isFinished()) {
+    while (m_isLoaded && !m_isComparing && !m_captures.empty() && m_captures.front()->isFinished()) {
         std::optional<CapturedClip> clip = m_captures.front()->takeResult();
         m_captures.pop_front();
         if (clip)

@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace ostrelle {
 
@@ -23,7 +24,8 @@ class ClipboardStore;
 class SettingsStore;
 
 /// The history of what is copied anywhere: watches the clipboard, applies the privacy rules, folds repeats, keeps the
-/// limit, stores. Observes clipboardEnabled by itself. Main thread; no call waits for another program or the disk.
+/// limit, stores. Observes clipboardEnabled by itself. The stored history is there a moment after the start; what is
+/// copied before is recorded then. Main thread; no call but finishLoading() waits for another program or the disk.
 class ClipboardService : public QObject
 {
     Q_OBJECT
@@ -32,6 +34,9 @@ public:
                      QObject *parent = nullptr);
     ~ClipboardService() override;
 
+    /// Calls once the stored history is there: at once or later, and not when `context` is gone.
+    void whenLoaded(const QObject *context, std::function<void()> call);
+    void finishLoading();
     /// Newest capture first.
     const QList<ClipItem> &items() const;
 
@@ -69,6 +74,7 @@ Q_SIGNALS:
 private:
     using Items = QList<ClipItem>;
 
+    void adopt(const QList<ClipItem> &stored);
     void followEnabled();
     void schedulePoll();
     void poll();
@@ -90,6 +96,8 @@ private:
     TaskScheduler &m_scheduler;
 
     Items m_items;
+    bool m_isLoaded = false;
+    std::vector<std::function<void()>> m_awaitingLoad;
     qint64 m_lastChangeCount;
     /// Since when polls are due every half second; nothing while stopped.
     std::optional<MonotonicTime> m_started;

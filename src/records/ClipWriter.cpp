@@ -105,12 +105,17 @@ QList<ClipItem> ClipWriter::read()
         m_mustErase = hasRemovals;
     }
 
+    // The parser's buffers had the size of the largest records.
+    ::malloc_trim(0);
+    return items();
+}
+
+QList<ClipItem> ClipWriter::items() const
+{
     QList<ClipItem> items;
     items.reserve(static_cast<qsizetype>(m_clips.size()));
     for (const StoredClip &clip : m_clips)
         items.append(clip.item);
-    // The parser's buffers had the size of the largest records.
-    ::malloc_trim(0);
     return items;
 }
 

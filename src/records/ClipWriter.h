@@ -29,6 +29,8 @@ public:
     QList<ClipItem> read();
     /// Read by whoever may write: clears away what a killed writer left.
     QList<ClipItem> load();
+    /// The list as it is now.
+    QList<ClipItem> items() const;
     /// False when another process replaced the array since it was read.
     bool isUpToDate() const;
 

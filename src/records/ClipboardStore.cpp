@@ -19,8 +19,8 @@ constexpr int kReadAttempts = 5;
 
 } // namespace
 
-/// `disk` belongs to the queue's thread once load() has returned, but for the moments after drain() and before the next
-/// post(). Answers travel as events to `answers`, so that none is called after the store is gone.
+/// `disk` belongs to the queue's thread, but for the moments after drain() and before the next post(). Answers travel
+/// as events to `answers`, so that none is called after the store is gone.
 struct ClipboardStore::Writer
 {
     explicit Writer(const QString &folder)
@@ -28,6 +28,7 @@ struct ClipboardStore::Writer
     {
     }
 
+    void load();
     void change(std::function<void(ClipWriter &)> apply);
     void save();
     void answer(const QObject *context, std::function<void()> call);
@@ -35,12 +36,19 @@ struct ClipboardStore::Writer
 
     ClipWriter disk;
     std::atomic<int> waitingChanges = 0;
+    bool isLoaded = false;  ///< the queue's thread
     bool isFailing = false; ///< as reported; the queue's thread
     QObject answers;
     QPointer<const QObject> observerContext;
     std::function<void(bool)> observer;
     SerialQueue queue;
 };
+
+void ClipboardStore::Writer::load()
+{
+    if (!std::exchange(isLoaded, true))
+        disk.load();
+}
 
 void ClipboardStore::Writer::change(std::function<void(ClipWriter &)> apply)
 {
@@ -97,10 +105,27 @@ ClipboardStore::~ClipboardStore()
 
 QList<ClipItem> ClipboardStore::load()
 {
-    QList<ClipItem> items = m_writer->disk.load();
-    if (!m_writer->disk.isSaved())
-        retry();
+    m_writer->queue.post([writer = m_writer.get()] { writer->load(); });
+    m_writer->queue.drain();
+    QList<ClipItem> items = m_writer->disk.items();
+    retry(); // what a crash left undone
     return items;
+}
+
+void ClipboardStore::loadLater(const QObject *context, std::function<void(QList<ClipItem>)> answer)
+{
+    m_writer->queue.post(
+        [writer = m_writer.get(), guard = QPointer<const QObject>(context), answer = std::move(answer)] {
+            writer->load();
+            QMetaObject::invokeMethod(
+                &writer->answers,
+                [items = writer->disk.items(), guard, answer] {
+                    if (guard)
+                        answer(items);
+                },
+                Qt::QueuedConnection);
+            writer->save();
+        });
 }
 
 void ClipboardStore::insertAtTop(const ClipItem &item, const QByteArray &image)

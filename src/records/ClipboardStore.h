@@ -38,8 +38,11 @@ public:
     explicit ClipboardStore(const QString &folder);
     ~ClipboardStore();
 
-    /// Reads array and journal. An undecodable file gives an empty list and is kept aside before the next write.
+    /// Reads array and journal, before anything else is asked. An undecodable file gives an empty list and is kept
+    /// aside before the next write. Waits for the disk.
     QList<ClipItem> load();
+    /// The same without waiting; changes may be reported from the answer on.
+    void loadLater(const QObject *context, std::function<void(QList<ClipItem>)> answer);
 
     /// `image` holds the raw bytes of an Image item, else it is empty.
     void insertAtTop(const ClipItem &item, const QByteArray &image);

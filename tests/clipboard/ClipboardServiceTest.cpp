@@ -26,6 +26,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void recordsNothingThatWasCopiedBeforeOrMeanwhile();
+    void recordsWhatIsCopiedWhileTheHistoryIsLoaded();
     void pollsAtTheNextTickAndOnlyWhenSomethingWasAnnounced();
     void keepsConcealedCopiesOut_data();
     void keepsConcealedCopiesOut();
@@ -72,6 +73,7 @@ void ClipboardServiceTest::init()
     m_store = std::make_unique<ClipboardStore>(storePath());
     m_port->copyText(QStringLiteral("before launch"));
     m_service = std::make_unique<ClipboardService>(*m_settings, *m_port, *m_store, *m_scheduler);
+    m_service->finishLoading();
     m_service->start();
 }
 
@@ -137,6 +139,24 @@ void ClipboardServiceTest::recordsNothingThatWasCopiedBeforeOrMeanwhile()
     QVERIFY(titles().isEmpty());
     copyText(QStringLiteral("on"));
     QCOMPARE(titles(), QStringList(QStringLiteral("on")));
+    QCOMPARE(storedTitles(), titles());
+}
+
+void ClipboardServiceTest::recordsWhatIsCopiedWhileTheHistoryIsLoaded()
+{
+    for (const char *name : {"a", "b"})
+        copyText(QString::fromLatin1(name));
+    m_service.reset();
+    m_store = std::make_unique<ClipboardStore>(storePath());
+    m_service = std::make_unique<ClipboardService>(*m_settings, *m_port, *m_store, *m_scheduler);
+    m_service->start();
+    int listed = 0;
+    m_service->whenLoaded(m_service.get(), [&] { listed = static_cast<int>(m_service->items().size()); });
+    m_port->copyText(QStringLiteral("a"));
+    m_scheduler->advance(500ms);
+    QVERIFY(m_service->items().isEmpty());
+    QTRY_COMPARE(titles().join(u','), QStringLiteral("a,b"));
+    QCOMPARE(listed, 2);
     QCOMPARE(storedTitles(), titles());
 }
 

@@ -42,6 +42,7 @@ struct ClipboardToolFixture
         }
         store.emplace(folder.path());
         service.emplace(settings, port, *store, clock);
+        service->finishLoading();
     }
 
     QStringList texts() const
