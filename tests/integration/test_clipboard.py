@@ -140,7 +140,7 @@ class Clipboard(unittest.TestCase):
     def test_tool_undo_and_erasure(self):
         # So large a history that an erasure by itself only adds a line to the journal.
         picture = self.desktop.folder / "large.png"
-        subprocess.run(["convert", "-size", "1200x1000", "xc:gray", "+noise", "random", f"png24:{picture}"], check=True)
+        subprocess.run(["convert", "-size", "1400x1000", "xc:gray", "+noise", "random", f"png24:{picture}"], check=True)
         xclip(self.desktop, picture.read_bytes(), "image/png")
         wait_until(lambda: self.newest().get("kind") == "image", "the image is recorded")
         self.program.call("clipboard", "pin", "1")
@@ -155,11 +155,12 @@ class Clipboard(unittest.TestCase):
         wait_until(lambda: texts() == ["gamma", "beta", "alpha"], "Ctrl+Z undoes")
         self.desktop.key("Down", "Down", "Delete")
         wait_until(lambda: len(texts()) == 2, "removed again")
+        folder = self.program.data_folder()
+        wait_until(lambda: os.path.exists(os.path.join(folder, "clipboard.journal")), "only a line in the journal")
         self.desktop.key("Escape", "Escape")
         self.program.wait_phase("idle")
         gone = {"alpha", "beta", "gamma"} - set(texts())
         needle = gone.pop().encode()
-        folder = self.program.data_folder()
         wait_until(lambda: not any(needle in open(os.path.join(folder, name), "rb").read()
                                    for name in os.listdir(folder) if os.path.isfile(os.path.join(folder, name))),
                    "what was erased has left the disk")
