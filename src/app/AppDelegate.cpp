@@ -18,6 +18,7 @@
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 
@@ -85,6 +86,8 @@ void AppDelegate::applicationWillTerminate()
     if (m_server)
         m_server->stopListening();
     saveWithoutDisplay();
+    // A command whose erasure has just been written still gets its answer.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
     m_services.platform().clipboard().handOver();
 }
 
