@@ -1,7 +1,7 @@
 #include "clipboard/ClipboardService.h"
 
+#include "clipboard/EqualClips.h"
 #include "core/SettingsStore.h"
-#include "records/ClipText.h"
 #include "records/ClipboardStore.h"
 
 #include <QPointer>
@@ -17,30 +17,6 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::nanoseconds kPollInterval = 500ms;
 constexpr std::chrono::nanoseconds kUndoLife = 30s;
-
-bool hasEqualText(const ClipItem &left, const ClipItem &right)
-{
-    if (!left.text || !right.text)
-        return left.text.has_value() == right.text.has_value();
-    return canonicallyEqual(*left.text, *right.text);
-}
-
-/// Of records without an image.
-bool hasEqualContent(const ClipItem &left, const ClipItem &right)
-{
-    if (left.kind != right.kind)
-        return false;
-    return left.kind == ClipItem::Kind::Files ? left.paths == right.paths : hasEqualText(left, right);
-}
-
-/// The ids of images that could be equal to `image`: the others need not be read.
-void appendCandidates(QList<QUuid> &candidates, const QList<ClipItem> &items, const ClipImage &image)
-{
-    for (const ClipItem &item : items) {
-        if (item.kind == ClipItem::Kind::Image && item.image && item.image->byteSize == image.byteSize)
-            candidates.append(item.id);
-    }
-}
 
 std::optional<ClipboardFormat> formatOfImage(const ClipItem &item)
 {
@@ -100,8 +76,7 @@ void ClipboardService::adopt(const QList<ClipItem> &stored)
         return;
     m_items = stored;
     Q_EMIT itemsReset();
-    const auto waiting = std::exchange(m_awaitingLoad, {});
-    for (const auto &call : waiting)
+    for (const auto &call : std::exchange(m_awaitingLoad, {}))
         call();
     recordFinished();
 }
