@@ -52,11 +52,16 @@ def cpu_ms(pid):
 
 
 def wakeups(pid):
-    total = 0
+    """Context switches by thread."""
+    switches = {}
     for task in os.listdir(f"/proc/{pid}/task"):
         with open(f"/proc/{pid}/task/{task}/status") as file:
-            total += sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
-    return total
+            switches[task] = sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
+    return switches
+
+
+def wakeups_since(pid, before):
+    return sum(count - before.get(task, 0) for task, count in wakeups(pid).items())
 
 
 class Wire:
@@ -166,8 +171,8 @@ def measure_wakeups(desktop):
         cpu = cpu_ms(program.process.pid)
         time_span = 15
         quiet(program, time_span)
-        report("wake-ups while idle, per 15 s", wakeups(program.process.pid) - before, 0, "",
-               f"{cpu_ms(program.process.pid) - cpu:.2f} ms of CPU")
+        report("wake-ups while idle, per 15 s", wakeups_since(program.process.pid, before), 0, "",
+               f"{max(cpu_ms(program.process.pid) - cpu, 0):.2f} ms of CPU")
 
 
 def copy_cost(desktop, pid, count, recorded=None):
@@ -284,7 +289,7 @@ def compare(desktop):
         before = wakeups(process.pid)
         holds_for(lambda: True, "idles", 15)
         print(f"     {name:<16} resident {resident:6.1f} MB, proportional {proportional:6.1f} MB, "
-              f"{cost:6.2f} ms of CPU per copy, {wakeups(process.pid) - before} wake-ups in 15 s", flush=True)
+              f"{cost:6.2f} ms of CPU per copy, {wakeups_since(process.pid, before)} wake-ups in 15 s", flush=True)
         desktop.stop(name)
 
 
