@@ -92,6 +92,11 @@ SurfaceState NotchPanel::surfaceState() const
             .backdropArea = m_backdrop.area()};
 }
 
+ToolView *NotchPanel::openTool() const
+{
+    return m_root.openTool();
+}
+
 bool NotchPanel::isExpanded() const
 {
     return m_viewModel.phase() == Phase::Expanded;
@@ -156,7 +161,10 @@ void NotchPanel::leaveEvent(QEvent *)
 
 void NotchPanel::mousePressEvent(QMouseEvent *event)
 {
-    m_wasPressed = event->button() == Qt::LeftButton;
+    // While a drag is to be caught, presses beside the surface come here too.
+    const QSizeF surface = m_viewModel.geometry().interactionSize;
+    const bool isOnSurface = QRectF(QPointF((width() - surface.width()) / 2, 0), surface).contains(event->position());
+    m_wasPressed = event->button() == Qt::LeftButton && isOnSurface;
 }
 
 void NotchPanel::mouseReleaseEvent(QMouseEvent *event)
@@ -196,7 +204,7 @@ void NotchPanel::keyPressEvent(QKeyEvent *event)
     const QList<KestroModule> modules = m_settings.activeModules();
     const QString text = event->text();
     const int digit = text.isEmpty() ? -1 : text.front().digitValue();
-    const bool onSelector = isExpanded() && !m_viewModel.selection();
+    const bool onSelector = isExpanded() && !m_viewModel.selection() && m_viewModel.dropTargets().isEmpty();
     if (onSelector && digit >= 1 && digit <= modules.size())
         m_viewModel.select(modules.at(digit - 1));
     else
