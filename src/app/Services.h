@@ -16,6 +16,7 @@ class ForegroundSession;
 class FrameClock;
 class NotchAppearance;
 class NotchController;
+class NotchDropDelegate;
 class NotchPanel;
 class NotchViewModel;
 class Platform;
@@ -44,6 +45,7 @@ public:
     NotchController &controller();
     ToolRegistry &tools();
     NotchPanel &panel();
+    NotchDropDelegate &dropDelegate();
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
 
@@ -66,6 +68,7 @@ private:
     std::unique_ptr<ClipboardService> m_clipboard;
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
+    std::unique_ptr<NotchDropDelegate> m_dropDelegate;
 };
 
 } // namespace ostrelle

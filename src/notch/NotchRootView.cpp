@@ -240,7 +240,8 @@ void NotchRootView::arrangeStrip()
     const double zones = m_motion.zones();
     const double marks = 1 - zones * std::clamp(strip.openness / PanelFrame::kContentStart, 0.0, 1.0);
     strip.openness *= 1 - zones;
-    m_strip.setVisible(marks > 0);
+    // Coming back it is there from the start: it takes the focus then.
+    m_strip.setVisible(marks > 0 || m_zones == 0);
     m_strip.setLook({.centre = QPointF(width() / 2.0, strip.stripCentre),
                      .openness = strip.openness,
                      .content = strip.contentOpacity(),
