@@ -107,7 +107,7 @@ void NotchDropDelegate::consider()
 void NotchDropDelegate::offerToTool()
 {
     ToolView *tool = m_around.openTool();
-    if (tool != m_drag->tool)
+    if (tool == nullptr || tool != m_drag->tool)
         releaseTool();
     if (tool != nullptr && m_drag->tool == nullptr && m_drag->paths) {
         m_drag->tool = tool;
