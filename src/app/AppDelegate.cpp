@@ -45,6 +45,7 @@ void AppDelegate::applicationDidFinishLaunching()
     SettingsStore &settings = m_services.settings();
     m_services.platform().setDisplayLostHandler([this] { saveWithoutDisplay(); });
     m_services.controller().start(m_services.panel());
+    m_services.dropDelegate();
     if (settings.clipboardEnabled())
         m_services.clipboard().start();
     // Undo ends with the panel that offers it.

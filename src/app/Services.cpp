@@ -5,6 +5,7 @@
 #include "core/ForegroundSession.h"
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
+#include "files/NotchDropDelegate.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/MakeChild.h"
@@ -29,6 +30,12 @@ T &ensure(std::unique_ptr<T> &member, Make make)
     if (!member)
         member = make();
     return *member;
+}
+
+void factsUnknown(const QStringList &paths, const QObject *,
+                  const std::function<void(const QList<FileFacts> &)> &answer)
+{
+    answer(QList<FileFacts>(paths.size()));
 }
 
 } // namespace
@@ -115,6 +122,12 @@ void Services::registerTools(ToolRegistry &registry)
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
                   .deliver = {}});
+    // They have no view yet; their landing zones lead to the place that says so.
+    registry.add(KestroModule::Assets, {.dropAction = QStringLiteral("Stage on the shelf")});
+    registry.add(KestroModule::Projects, {.dropAction = QStringLiteral("Pin as a project")});
+    const QString inspect = QStringLiteral("Read its metadata");
+    registry.add(KestroModule::ImageInfo, {.dropAction = inspect});
+    registry.add(KestroModule::AudioInfo, {.delivery = Tool::Delivery::OnceShown, .dropAction = inspect});
 }
 
 NotchPanel &Services::panel()
@@ -122,6 +135,21 @@ NotchPanel &Services::panel()
     return ensure(m_panel, [this] {
         return std::make_unique<NotchPanel>(controller(), settings(), tools(), platform(), scheduler(),
                                             ControlContext{appearance(), frameClock()});
+    });
+}
+
+NotchDropDelegate &Services::dropDelegate()
+{
+    return ensure(m_dropDelegate, [this] {
+        return std::make_unique<NotchDropDelegate>(NotchDropDelegate::Surroundings{
+            .drags = platform().fileDrags(),
+            .controller = controller(),
+            .settings = settings(),
+            .tools = tools(),
+            .scheduler = scheduler(),
+            .facts = &factsUnknown,
+            .openTool = [this] { return panel().openTool(); },
+        });
     });
 }
 

@@ -17,6 +17,7 @@ class FrameClock;
 class Haptics;
 class NotchAppearance;
 class NotchController;
+class NotchDropDelegate;
 class NotchPanel;
 class NotchViewModel;
 class Platform;
@@ -46,6 +47,7 @@ public:
     NotchController &controller();
     ToolRegistry &tools();
     NotchPanel &panel();
+    NotchDropDelegate &dropDelegate();
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
 
@@ -69,6 +71,7 @@ private:
     std::unique_ptr<ClipboardService> m_clipboard;
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
+    std::unique_ptr<NotchDropDelegate> m_dropDelegate;
 };
 
 } // namespace ostrelle

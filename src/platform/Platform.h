@@ -10,6 +10,7 @@ namespace ostrelle {
 class ClipboardPort;
 class DesktopAppearance;
 class DragSense;
+class FileDrags;
 class FileIcons;
 class Frontmost;
 class Haptics;
@@ -34,6 +35,7 @@ public:
     virtual OutsideActivity &outsideActivity() = 0;
     virtual PointerNear &pointerNear() = 0;
     virtual DragSense &dragSense() = 0;
+    virtual FileDrags &fileDrags() = 0;
     virtual ClipboardPort &clipboard() = 0;
     virtual Frontmost &frontmost() = 0;
     virtual Screens &screens() = 0;

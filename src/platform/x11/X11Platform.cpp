@@ -1,6 +1,7 @@
 #include "platform/x11/X11Platform.h"
 
 #include "foundation/SystemTaskScheduler.h"
+#include "platform/FileDrags.h"
 #include "platform/freedesktop/NoHaptics.h"
 #include "platform/freedesktop/PortalAppearance.h"
 #include "platform/freedesktop/ThemeFileIcons.h"
@@ -21,6 +22,17 @@
 
 namespace ostrelle {
 
+namespace {
+
+/// Hears of no drags.
+class NoFileDrags final : public FileDrags
+{
+public:
+    void setAccepted(bool) override {}
+};
+
+} // namespace
+
 struct X11Platform::Services
 {
     Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath);
@@ -35,6 +47,7 @@ struct X11Platform::Services
     X11OutsideActivity outsideActivity;
     X11PointerNear pointerNear;
     X11DragSense dragSense;
+    NoFileDrags fileDrags;
     X11Frontmost frontmost;
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
@@ -96,6 +109,11 @@ PointerNear &X11Platform::pointerNear()
 DragSense &X11Platform::dragSense()
 {
     return m_services->dragSense;
+}
+
+FileDrags &X11Platform::fileDrags()
+{
+    return m_services->fileDrags;
 }
 
 ClipboardPort &X11Platform::clipboard()

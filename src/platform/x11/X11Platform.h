@@ -20,6 +20,7 @@ public:
     OutsideActivity &outsideActivity() override;
     PointerNear &pointerNear() override;
     DragSense &dragSense() override;
+    FileDrags &fileDrags() override;
     ClipboardPort &clipboard() override;
     Frontmost &frontmost() override;
     Screens &screens() override;
