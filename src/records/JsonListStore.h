@@ -1,12 +1,12 @@
 #pragma once
 
-#include "foundation/SnapshotFile.h"
+#include "records/JsonListFile.h"
 
 #include <QJsonArray>
 #include <QList>
+#include <QSet>
 #include <QString>
-
-#include <optional>
+#include <QUuid>
 
 namespace ostrelle {
 
@@ -18,13 +18,49 @@ class JsonListStore
 {
 public:
     /// `what` names the list in log lines: "The shelf".
-    JsonListStore(const QString &path, const QString &what);
+    JsonListStore(const QString &path, const QString &what)
+        : m_file(path, what)
+    {
+    }
 
-    QList<Record> load();
+    QList<Record> load()
+    {
+        QList<Record> records;
+        QSet<QUuid> ids;
+        const bool isGood = m_file.load([&](const QJsonObject &object) {
+            auto record = Record::fromJson(object);
+            if (!record)
+                return false;
+            // Lists are told apart by ids; a file put together by hand may repeat one.
+            while (ids.contains(record->id))
+                record->id = QUuid::createUuid();
+            ids.insert(record->id);
+            records.append(*record);
+            return true;
+        });
+        return isGood ? records : QList<Record>();
+    }
+
     /// Encodes and writes the snapshot in the background; the latest one wins.
-    void save(const QList<Record> &records);
+    void save(const QList<Record> &records)
+    {
+        m_file.save([records] { return recordsToJson(records); });
+    }
+
     /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
-    bool flush();
+    bool flush() { return m_file.flush(); }
+
+    /// The records as they are stored.
+    static QJsonArray recordsToJson(const QList<Record> &records)
+    {
+        QJsonArray array;
+        for (const Record &record : records)
+            array.append(toJson(record));
+        return array;
+    }
+
+private:
+    JsonListFile m_file;
 };
 
 } // namespace ostrelle

@@ -6,6 +6,9 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QUuid>
+
+#include <algorithm>
 
 namespace ostrelle {
 
@@ -23,9 +26,30 @@ QList<Project> withFolders(const QList<Project> &projects, const QStringList &fo
 /// The name an entry gets when the user asks for `name`: trimmed, or the folder's own when that leaves nothing.
 QString projectName(const Project &project, const QString &name);
 
+/// -1 when there is none.
+template <typename Record>
+int indexOf(const QList<Record> &records, const QUuid &id)
+{
+    const auto found =
+        std::find_if(records.begin(), records.end(), [&](const Record &record) { return record.id == id; });
+    return found == records.end() ? -1 : static_cast<int>(found - records.begin());
+}
+
 /// The elements at `offsets` taken out and put back, in their relative order, before the element that was at
 /// `destination`; the list's size means the end. Offsets outside the list are ignored.
 template <typename Record>
-QList<Record> moved(const QList<Record> &records, const QList<int> &offsets, int destination);
+QList<Record> moved(const QList<Record> &records, const QList<int> &offsets, int destination)
+{
+    QList<Record> above;
+    QList<Record> taken;
+    QList<Record> below;
+    for (int i = 0; i < static_cast<int>(records.size()); ++i) {
+        if (offsets.contains(i))
+            taken.append(records[i]);
+        else
+            (i < destination ? above : below).append(records[i]);
+    }
+    return above + taken + below;
+}
 
 } // namespace ostrelle
