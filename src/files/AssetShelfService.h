@@ -53,6 +53,22 @@ public:
 Q_SIGNALS:
     /// How the list became what items() now is.
     void itemsChanged(const QList<ostrelle::ListStep> &steps);
+
+private:
+    void pruneMissing();
+    void addFirstWaiting();
+    void put(const QList<ShelfItem> &items);
+    void removeUndoably(const QList<ShelfItem> &left);
+
+    JsonListStore<ShelfItem> &m_store;
+    FilePresence &m_presence;
+    AudioPreview &m_preview;
+    SettingsStore &m_settings;
+    Haptics &m_haptics;
+    /// Additions in their order, until the existence of the first one's files is known.
+    std::deque<QStringList> m_waiting;
+    std::optional<ListUndo<ShelfItem>> m_undo;
+    Q_OBJECT_BINDABLE_PROPERTY(AssetShelfService, QList<ShelfItem>, m_items)
 };
 
 } // namespace ostrelle

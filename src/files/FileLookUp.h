@@ -11,7 +11,14 @@ class FileLookUp
 public:
     struct Entry
     {
-        enum class Kind { Missing, Regular, Folder, Link, Special };
+        enum class Kind {
+            Missing,
+            Unreachable, ///< it cannot be told, now or by this user
+            Regular,
+            Folder,
+            Link,
+            Special
+        };
 
         Kind kind = Kind::Missing;
         QByteArray target; ///< of a link, as it is written in it

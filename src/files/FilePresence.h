@@ -1,18 +1,25 @@
 #pragma once
 
 #include "files/FileFacts.h"
+#include "files/PresenceWorkers.h"
+#include "foundation/Task.h"
+#include "foundation/TaskScheduler.h"
 
+#include <QHash>
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 
 namespace ostrelle {
 
 class FileLookUp;
-class TaskScheduler;
 
 /// Whether files exist and what they are, asked off the main thread. Paths are absolute and standardised.
 ///
@@ -46,6 +53,39 @@ public:
 Q_SIGNALS:
     /// facts() answers otherwise for these paths.
     void changed(const QStringList &paths);
+
+private:
+    struct Known
+    {
+        FileFacts facts;
+        bool isAnswered = false;
+        MonotonicTime answered{};
+        bool isAsked = false; ///< a worker has it
+        MonotonicTime asked{};
+        QList<int> questions; ///< that wait for it
+    };
+    struct Question
+    {
+        QStringList paths;
+        QPointer<const QObject> context;
+        Answer answer;
+        int openCount = 0;
+        Task deadline;
+    };
+
+    bool isSettled(const Known &known) const;
+    FileFacts settledFacts(const QString &path) const;
+    QList<FileFacts> settledFacts(const QStringList &paths) const;
+    void post(const QStringList &paths);
+    void take(const QList<PresenceWorkers::Found> &found);
+    void finish(int number);
+
+    TaskScheduler &m_scheduler;
+    QHash<QString, Known> m_known;
+    std::map<int, Question> m_questions;
+    int m_nextQuestion = 0;
+    std::optional<MonotonicTime> m_mountsRenewed;
+    PresenceWorkers m_workers; ///< last: it may call until it is gone
 };
 
 } // namespace ostrelle

@@ -65,6 +65,21 @@ public:
 Q_SIGNALS:
     /// How the list became what projects() now is.
     void itemsChanged(const QList<ostrelle::ListStep> &steps);
+
+private:
+    void takeChosen(const QStringList &folders);
+    bool put(const QList<Project> &projects);
+
+    JsonListStore<Project> &m_store;
+    FilePresence &m_presence;
+    SettingsStore &m_settings;
+    Haptics &m_haptics;
+    FileChooser &m_chooser;
+    ForegroundSession &m_foreground;
+    NotchController &m_controller;
+    bool m_isChoosing = false;
+    std::optional<ListUndo<Project>> m_undo;
+    Q_OBJECT_BINDABLE_PROPERTY(ProjectsService, QList<Project>, m_projects)
 };
 
 } // namespace ostrelle
