@@ -3,15 +3,20 @@
 #include "app/ClipboardRequests.h"
 #include "app/ControlServer.h"
 #include "app/NotchRequests.h"
+#include "app/ProjectsRequests.h"
 #include "app/Services.h"
 #include "app/SettingsRequests.h"
+#include "app/ShelfRequests.h"
 #include "app/StatusReport.h"
 #include "clipboard/ClipboardService.h"
 #include "core/SettingsStore.h"
+#include "files/AssetShelfService.h"
+#include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "notch/NotchController.h"
 #include "notch/NotchPanel.h"
+#include "notch/NotchViewModel.h"
 #include "platform/ClipboardPort.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
@@ -46,10 +51,19 @@ void AppDelegate::applicationDidFinishLaunching()
     m_services.controller().start(m_services.panel());
     if (settings.clipboardEnabled())
         m_services.clipboard().start();
+    m_phaseNotifier = m_services.viewModel().bindablePhase().addNotifier([this] { forgetUndo(); });
     startCommands();
     if (m_start.openNotch)
         m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,
                                         NotchController::Opening::Explicit);
+}
+
+void AppDelegate::forgetUndo()
+{
+    if (m_services.viewModel().phase() == Phase::Expanded)
+        return;
+    m_services.shelf().lapse();
+    m_services.projects().lapse();
 }
 
 void AppDelegate::startCommands()
@@ -58,6 +72,8 @@ void AppDelegate::startCommands()
         m_router, m_services.controller(), [this] { return statusReport(m_services); },
         [] { QGuiApplication::quit(); });
     addClipboardRequests(m_router, m_services.clipboard());
+    addShelfRequests(m_router, m_services.shelf());
+    addProjectsRequests(m_router, m_services.projects(), m_services.fileOpening());
     addSettingsRequests(m_router, m_services.settings());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
@@ -79,6 +95,8 @@ void AppDelegate::saveWithoutDisplay()
         m_services.clipboard().eraseAll(/*includingPinned=*/false);
     m_services.clipboard().settle();
     m_services.clipboardStore().close();
+    m_services.shelfStore().flush();
+    m_services.projectsStore().flush();
     m_services.defaults().flush();
 }
 

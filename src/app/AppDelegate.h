@@ -4,6 +4,7 @@
 #include "foundation/DataFolderLock.h"
 
 #include <QObject>
+#include <QPropertyNotifier>
 
 #include <memory>
 #include <optional>
@@ -34,6 +35,8 @@ public:
     void applicationWillTerminate();
 
 private:
+    /// What was removed in the panel can be brought back only while it is open.
+    void forgetUndo();
     void startCommands();
     void saveWithoutDisplay();
 
@@ -41,6 +44,7 @@ private:
     Start m_start;
     RequestRouter m_router;
     std::unique_ptr<ControlServer> m_server;
+    QPropertyNotifier m_phaseNotifier;
     bool m_terminated = false;
 };
 

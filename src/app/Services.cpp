@@ -4,6 +4,10 @@
 #include "clipboard/ClipboardService.h"
 #include "core/ForegroundSession.h"
 #include "core/SettingsStore.h"
+#include "files/AssetShelfService.h"
+#include "files/FilePresence.h"
+#include "files/NoAudioPreview.h"
+#include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/MakeChild.h"
@@ -14,12 +18,28 @@
 #include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
 #include "notch/ToolRegistry.h"
+#include "platform/FileChooser.h"
+#include "platform/FileOpening.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
 
 namespace ostrelle {
 
 namespace {
+
+/// Where the desktop has no chooser: as if every choice was cancelled.
+class NoFileChooser final : public FileChooser
+{
+public:
+    void choose(const FileChoice &, QObject *, std::function<void(QStringList)> answer) override { answer({}); }
+};
+
+class NoFileOpening final : public FileOpening
+{
+public:
+    void open(const QString &, const ActivationToken &) override {}
+    void reveal(const QString &, const ActivationToken &) override {}
+};
 
 /// The member, made with `make` when it is first asked for.
 template <typename T, typename Make>
@@ -110,6 +130,20 @@ void Services::registerTools(ToolRegistry &registry)
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
                   .deliver = {}});
+    registry.add(KestroModule::Assets, {.makeView = {},
+                                        .badge = [this]() -> std::optional<ModuleBadge> {
+                                            const auto count = static_cast<int>(shelf().items().size());
+                                            return count > 0 ? std::optional<ModuleBadge>(CountBadge{count})
+                                                             : std::nullopt;
+                                        },
+                                        .count = [this] { return static_cast<int>(shelf().items().size()); },
+                                        .deliver = [this](const QStringList &paths) { shelf().add(paths); }});
+    QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
+                     [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
+    registry.add(KestroModule::Projects, {.makeView = {},
+                                          .badge = {},
+                                          .count = [this] { return static_cast<int>(projects().projects().size()); },
+                                          .deliver = [this](const QStringList &paths) { projects().add(paths); }});
 }
 
 NotchPanel &Services::panel()
@@ -129,6 +163,52 @@ ClipboardService &Services::clipboard()
 {
     return ensure(m_clipboard, [this] {
         return std::make_unique<ClipboardService>(settings(), platform().clipboard(), clipboardStore(), scheduler());
+    });
+}
+
+FilePresence &Services::filePresence()
+{
+    return ensure(m_filePresence, [this] { return std::make_unique<FilePresence>(scheduler()); });
+}
+
+AudioPreview &Services::audioPreview()
+{
+    return ensure(m_audioPreview, [] { return std::make_unique<NoAudioPreview>(); });
+}
+
+JsonListStore<ShelfItem> &Services::shelfStore()
+{
+    return ensure(m_shelfStore, [] { return std::make_unique<JsonListStore<ShelfItem>>(AppPaths::support()); });
+}
+
+AssetShelfService &Services::shelf()
+{
+    return ensure(m_shelf, [this] {
+        return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), settings(),
+                                                   platform().haptics());
+    });
+}
+
+FileChooser &Services::fileChooser()
+{
+    return ensure(m_fileChooser, [] { return std::make_unique<NoFileChooser>(); });
+}
+
+FileOpening &Services::fileOpening()
+{
+    return ensure(m_fileOpening, [] { return std::make_unique<NoFileOpening>(); });
+}
+
+JsonListStore<Project> &Services::projectsStore()
+{
+    return ensure(m_projectsStore, [] { return std::make_unique<JsonListStore<Project>>(AppPaths::support()); });
+}
+
+ProjectsService &Services::projects()
+{
+    return ensure(m_projects, [this] {
+        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), settings(), platform().haptics(),
+                                                 fileChooser(), foreground(), controller());
     });
 }
 

@@ -10,16 +10,16 @@
 
 namespace ostrelle {
 
-/// A list of records in a file of its own: one compact JSON array, an object per record in list order. `Record` has
-/// fromJson() and toJson(). One malformed element makes the whole file undecodable: the list starts empty, the file
-/// stays untouched until the next save and is kept aside then. Main thread; only load() and flush() wait for the disk.
+/// A list of records in a file of its own in the data folder, which `Record` names as kFileName: one compact JSON
+/// array, an object per record in list order, as its toJson() and fromJson() have it. One malformed element makes the
+/// whole file undecodable: the list starts empty, the file stays untouched until the next save and is kept aside then.
+/// Main thread; only load() and flush() wait for the disk.
 template <typename Record>
 class JsonListStore
 {
 public:
-    /// `what` names the list in log lines: "The shelf".
-    JsonListStore(const QString &path, const QString &what)
-        : m_file(path, what)
+    explicit JsonListStore(const QString &folder)
+        : m_file(folder + u'/' + Record::kFileName.toString(), Record::kListName.toString())
     {
     }
 

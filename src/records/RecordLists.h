@@ -35,6 +35,12 @@ int indexOf(const QList<Record> &records, const QUuid &id)
     return found == records.end() ? -1 : static_cast<int>(found - records.begin());
 }
 
+/// The destination that moved() needs for the element at `from` to stand at `to` afterwards.
+constexpr int destinationOf(int from, int to)
+{
+    return to > from ? to + 1 : to;
+}
+
 /// The elements at `offsets` taken out and put back, in their relative order, before the element that was at
 /// `destination`; the list's size means the end. Offsets outside the list are ignored.
 template <typename Record>
