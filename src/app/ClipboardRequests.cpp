@@ -1,5 +1,6 @@
 #include "app/ClipboardRequests.h"
 
+#include "app/NumberedEntry.h"
 #include "app/RequestRouter.h"
 #include "clipboard/ClipboardService.h"
 #include "records/ClipOrder.h"
@@ -15,14 +16,9 @@ namespace {
 RequestAnswer onNumberedItem(ClipboardService &clipboard, const QJsonObject &request,
                              const std::function<void(const ClipItem &item)> &act)
 {
-    const int number = request[u"number"].toInt();
     const QList<ClipItem> items = inDisplayOrder(clipboard.items());
-    if (number < 1)
-        return RequestAnswer::wrongUsage(QStringLiteral("clipboard: N is a number from 1"));
-    if (number > items.size())
-        return RequestAnswer::failed(QStringLiteral("clipboard: there is no entry %1").arg(number));
-    act(items.at(number - 1));
-    return RequestAnswer::done();
+    return onNumberedEntry(QStringLiteral("clipboard"), items.size(), request,
+                           [&](int index) { act(items.at(index)); });
 }
 
 } // namespace

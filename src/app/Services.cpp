@@ -5,7 +5,11 @@
 #include "core/ForegroundSession.h"
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
+#include "files/AssetShelfService.h"
+#include "files/FilePresence.h"
+#include "files/NoAudioPreview.h"
 #include "files/NotchDropDelegate.h"
+#include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/MakeChild.h"
@@ -16,12 +20,28 @@
 #include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
 #include "notch/ToolRegistry.h"
+#include "platform/FileChooser.h"
+#include "platform/FileOpening.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
 
 namespace ostrelle {
 
 namespace {
+
+/// Where the desktop has no chooser: as if every choice was cancelled.
+class NoFileChooser final : public FileChooser
+{
+public:
+    void choose(const FileChoice &, QObject *, std::function<void(QStringList)> answer) override { answer({}); }
+};
+
+class NoFileOpening final : public FileOpening
+{
+public:
+    void open(const QString &, const ActivationToken &) override {}
+    void reveal(const QString &, const ActivationToken &) override {}
+};
 
 /// The member, made with `make` when it is first asked for.
 template <typename T, typename Make>
@@ -30,12 +50,6 @@ T &ensure(std::unique_ptr<T> &member, Make make)
     if (!member)
         member = make();
     return *member;
-}
-
-void factsUnknown(const QStringList &paths, const QObject *,
-                  const std::function<void(const QList<FileFacts> &)> &answer)
-{
-    answer(QList<FileFacts>(paths.size()));
 }
 
 } // namespace
@@ -122,9 +136,23 @@ void Services::registerTools(ToolRegistry &registry)
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
                   .deliver = {}});
+    registry.add(KestroModule::Assets, {.makeView = {},
+                                        .badge = [this]() -> std::optional<ModuleBadge> {
+                                            const auto count = static_cast<int>(shelf().items().size());
+                                            return count > 0 ? std::optional<ModuleBadge>(CountBadge{count})
+                                                             : std::nullopt;
+                                        },
+                                        .count = [this] { return static_cast<int>(shelf().items().size()); },
+                                        .deliver = [this](const QStringList &paths) { shelf().add(paths); },
+                                        .dropAction = QStringLiteral("Stage on the shelf")});
+    QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
+                     [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
+    registry.add(KestroModule::Projects, {.makeView = {},
+                                          .badge = {},
+                                          .count = [this] { return static_cast<int>(projects().projects().size()); },
+                                          .deliver = [this](const QStringList &paths) { projects().add(paths); },
+                                          .dropAction = QStringLiteral("Pin as a project")});
     // They have no view yet; their landing zones lead to the place that says so.
-    registry.add(KestroModule::Assets, {.dropAction = QStringLiteral("Stage on the shelf")});
-    registry.add(KestroModule::Projects, {.dropAction = QStringLiteral("Pin as a project")});
     const QString inspect = QStringLiteral("Read its metadata");
     registry.add(KestroModule::ImageInfo, {.dropAction = inspect});
     registry.add(KestroModule::AudioInfo, {.delivery = Tool::Delivery::OnceShown, .dropAction = inspect});
@@ -147,7 +175,8 @@ NotchDropDelegate &Services::dropDelegate()
             .settings = settings(),
             .tools = tools(),
             .scheduler = scheduler(),
-            .facts = &factsUnknown,
+            .facts = [this](const QStringList &paths, const QObject *context,
+                            const FilePresence::Answer &answer) { presence().ask(paths, context, answer); },
             .openTool = [this] { return panel().openTool(); },
         });
     });
@@ -162,6 +191,52 @@ ClipboardService &Services::clipboard()
 {
     return ensure(m_clipboard, [this] {
         return std::make_unique<ClipboardService>(settings(), platform().clipboard(), clipboardStore(), scheduler());
+    });
+}
+
+FilePresence &Services::filePresence()
+{
+    return ensure(m_filePresence, [this] { return std::make_unique<FilePresence>(scheduler()); });
+}
+
+AudioPreview &Services::audioPreview()
+{
+    return ensure(m_audioPreview, [] { return std::make_unique<NoAudioPreview>(); });
+}
+
+JsonListStore<ShelfItem> &Services::shelfStore()
+{
+    return ensure(m_shelfStore, [] { return std::make_unique<JsonListStore<ShelfItem>>(AppPaths::support()); });
+}
+
+AssetShelfService &Services::shelf()
+{
+    return ensure(m_shelf, [this] {
+        return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), settings(),
+                                                   platform().haptics());
+    });
+}
+
+FileChooser &Services::fileChooser()
+{
+    return ensure(m_fileChooser, [] { return std::make_unique<NoFileChooser>(); });
+}
+
+FileOpening &Services::fileOpening()
+{
+    return ensure(m_fileOpening, [] { return std::make_unique<NoFileOpening>(); });
+}
+
+JsonListStore<Project> &Services::projectsStore()
+{
+    return ensure(m_projectsStore, [] { return std::make_unique<JsonListStore<Project>>(AppPaths::support()); });
+}
+
+ProjectsService &Services::projects()
+{
+    return ensure(m_projects, [this] {
+        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), settings(), platform().haptics(),
+                                                 fileChooser(), foreground(), controller());
     });
 }
 

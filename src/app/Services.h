@@ -9,9 +9,14 @@
 
 namespace ostrelle {
 
+class AssetShelfService;
+class AudioPreview;
 class ClipboardService;
 class ClipboardStore;
 class DefaultsDatabase;
+class FileChooser;
+class FileOpening;
+class FilePresence;
 class ForegroundSession;
 class FrameClock;
 class Haptics;
@@ -21,10 +26,15 @@ class NotchDropDelegate;
 class NotchPanel;
 class NotchViewModel;
 class Platform;
+class ProjectsService;
 class SettingsStore;
 class SystemTaskScheduler;
 class TaskScheduler;
 class ToolRegistry;
+struct Project;
+struct ShelfItem;
+template <typename Record>
+class JsonListStore;
 
 /// The one instance of every service: made when first asked for, in start-up order, alive until the process ends. Only
 /// app/ reads it; everything else receives what it needs through its constructor.
@@ -50,6 +60,14 @@ public:
     NotchDropDelegate &dropDelegate();
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
+    FilePresence &filePresence();
+    AudioPreview &audioPreview();
+    JsonListStore<ShelfItem> &shelfStore();
+    AssetShelfService &shelf();
+    FileChooser &fileChooser();
+    FileOpening &fileOpening();
+    JsonListStore<Project> &projectsStore();
+    ProjectsService &projects();
 
 private:
     void registerTools(ToolRegistry &registry);
@@ -69,6 +87,14 @@ private:
     std::unique_ptr<NotchController> m_controller;
     std::unique_ptr<ClipboardStore> m_clipboardStore;
     std::unique_ptr<ClipboardService> m_clipboard;
+    std::unique_ptr<FilePresence> m_filePresence;
+    std::unique_ptr<AudioPreview> m_audioPreview;
+    std::unique_ptr<JsonListStore<ShelfItem>> m_shelfStore;
+    std::unique_ptr<AssetShelfService> m_shelf;
+    std::unique_ptr<FileChooser> m_fileChooser;
+    std::unique_ptr<FileOpening> m_fileOpening;
+    std::unique_ptr<JsonListStore<Project>> m_projectsStore;
+    std::unique_ptr<ProjectsService> m_projects;
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
     std::unique_ptr<NotchDropDelegate> m_dropDelegate;

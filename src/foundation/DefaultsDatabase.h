@@ -1,11 +1,12 @@
 #pragma once
 
+#include "foundation/SnapshotFile.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 
-#include <memory>
 #include <optional>
 
 namespace ostrelle {
@@ -33,12 +34,10 @@ public:
     bool flush();
 
 private:
-    struct Writer;
-
     void save();
 
+    SnapshotFile m_file;
     QJsonObject m_values;
-    std::unique_ptr<Writer> m_writer;
 };
 
 } // namespace ostrelle
