@@ -1,8 +1,10 @@
 #include "platform/x11/X11Platform.h"
 
 #include "foundation/SystemTaskScheduler.h"
+#include "platform/freedesktop/DesktopFileOpening.h"
 #include "platform/freedesktop/NoHaptics.h"
 #include "platform/freedesktop/PortalAppearance.h"
+#include "platform/freedesktop/PortalFileChooser.h"
 #include "platform/freedesktop/ThemeFileIcons.h"
 #include "platform/x11/DisplayLoss.h"
 #include "platform/x11/ToolkitConnection.h"
@@ -39,6 +41,8 @@ struct X11Platform::Services
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
     ThemeFileIcons fileIcons;
+    DesktopFileOpening fileOpening;
+    PortalFileChooser fileChooser;
     NoHaptics haptics;
 };
 
@@ -52,6 +56,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , dragSense(*watch, rawPointer)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
+    , fileChooser(scheduler)
 {
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
     watch->flush();
@@ -121,6 +126,16 @@ DesktopAppearance &X11Platform::appearance()
 FileIcons &X11Platform::fileIcons()
 {
     return m_services->fileIcons;
+}
+
+FileOpening &X11Platform::fileOpening()
+{
+    return m_services->fileOpening;
+}
+
+FileChooser &X11Platform::fileChooser()
+{
+    return m_services->fileChooser;
 }
 
 Haptics &X11Platform::haptics()
