@@ -12,6 +12,7 @@
 #include "platform/x11/X11ClipboardPort.h"
 #include "platform/x11/X11DragSense.h"
 #include "platform/x11/X11Frontmost.h"
+#include "platform/x11/X11IconTheme.h"
 #include "platform/x11/X11OutsideActivity.h"
 #include "platform/x11/X11PanelHost.h"
 #include "platform/x11/X11PointerNear.h"
@@ -41,6 +42,7 @@ struct X11Platform::Services
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
     ThemeFileIcons fileIcons;
+    X11IconTheme iconTheme;
     DesktopFileOpening fileOpening;
     PortalFileChooser fileChooser;
     NoHaptics haptics;
@@ -56,8 +58,11 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , dragSense(*watch, rawPointer)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
+    , iconTheme(*watch)
     , fileChooser(scheduler)
 {
+    QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
+                     [this](const QString &name) { fileIcons.setTheme(name); });
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
     watch->flush();
 }
