@@ -17,9 +17,11 @@ struct FileChoice
     QString message;        ///< what the choice is for; the chooser's title
     QString acceptLabel;    ///< the confirming button; empty: the chooser's own
     QStringList mimeTypes;  ///< of files; "image/*" is allowed; empty: every kind
+    QString kindName;       ///< what such files are called, as "Images"; shown where the kinds are
 };
 
-/// The desktop's chooser of files and folders, non-modal: the panel stays usable under it. Main thread.
+/// The desktop's chooser of files and folders, non-modal: the panel stays usable under it. One at a time: a choice
+/// takes the place of an open one, whose answer, none, then comes together with its own. Main thread.
 class FileChooser
 {
 public:

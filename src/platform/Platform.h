@@ -10,8 +10,10 @@ namespace ostrelle {
 class ClipboardPort;
 class DesktopAppearance;
 class DragSense;
+class FileChooser;
 class FileDrags;
 class FileIcons;
+class FileOpening;
 class Frontmost;
 class Haptics;
 class OutsideActivity;
@@ -41,6 +43,8 @@ public:
     virtual Screens &screens() = 0;
     virtual DesktopAppearance &appearance() = 0;
     virtual FileIcons &fileIcons() = 0;
+    virtual FileOpening &fileOpening() = 0;
+    virtual FileChooser &fileChooser() = 0;
     virtual Haptics &haptics() = 0;
 
     /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The

@@ -3,8 +3,10 @@
 #include "platform/Platform.h"
 #include "support/FakeDesktopAppearance.h"
 #include "support/FakeDragSense.h"
+#include "support/FakeFileChooser.h"
 #include "support/FakeFileDrags.h"
 #include "support/FakeFileIcons.h"
+#include "support/FakeFileOpening.h"
 #include "support/FakeFrontmost.h"
 #include "support/FakeHaptics.h"
 #include "support/FakeOutsideActivity.h"
@@ -35,6 +37,8 @@ public:
     FakeScreens &screens() override { return m_screens; }
     FakeDesktopAppearance &appearance() override { return m_appearance; }
     FakeFileIcons &fileIcons() override { return m_fileIcons; }
+    FakeFileOpening &fileOpening() override { return m_fileOpening; }
+    FakeFileChooser &fileChooser() override { return m_fileChooser; }
     FakeHaptics &haptics() override { return m_haptics; }
 
     void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
@@ -53,6 +57,8 @@ private:
     FakeFrontmost m_frontmost;
     FakeDesktopAppearance m_appearance;
     FakeFileIcons m_fileIcons;
+    FakeFileOpening m_fileOpening;
+    FakeFileChooser m_fileChooser;
     FakeHaptics m_haptics;
     std::function<void()> m_displayLost;
 };

@@ -2,8 +2,10 @@
 
 #include "foundation/SystemTaskScheduler.h"
 #include "platform/FileDrags.h"
+#include "platform/freedesktop/DesktopFileOpening.h"
 #include "platform/freedesktop/NoHaptics.h"
 #include "platform/freedesktop/PortalAppearance.h"
+#include "platform/freedesktop/PortalFileChooser.h"
 #include "platform/freedesktop/ThemeFileIcons.h"
 #include "platform/x11/DisplayLoss.h"
 #include "platform/x11/ToolkitConnection.h"
@@ -11,6 +13,7 @@
 #include "platform/x11/X11ClipboardPort.h"
 #include "platform/x11/X11DragSense.h"
 #include "platform/x11/X11Frontmost.h"
+#include "platform/x11/X11IconTheme.h"
 #include "platform/x11/X11OutsideActivity.h"
 #include "platform/x11/X11PanelHost.h"
 #include "platform/x11/X11PointerNear.h"
@@ -52,6 +55,9 @@ struct X11Platform::Services
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
     ThemeFileIcons fileIcons;
+    X11IconTheme iconTheme;
+    DesktopFileOpening fileOpening;
+    PortalFileChooser fileChooser;
     NoHaptics haptics;
 };
 
@@ -65,7 +71,11 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , dragSense(*watch, rawPointer)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
+    , iconTheme(*watch)
+    , fileChooser(scheduler)
 {
+    QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
+                     [this](const QString &name) { fileIcons.setTheme(name); });
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
     watch->flush();
 }
@@ -139,6 +149,16 @@ DesktopAppearance &X11Platform::appearance()
 FileIcons &X11Platform::fileIcons()
 {
     return m_services->fileIcons;
+}
+
+FileOpening &X11Platform::fileOpening()
+{
+    return m_services->fileOpening;
+}
+
+FileChooser &X11Platform::fileChooser()
+{
+    return m_services->fileChooser;
 }
 
 Haptics &X11Platform::haptics()

@@ -26,6 +26,8 @@ public:
     Screens &screens() override;
     DesktopAppearance &appearance() override;
     FileIcons &fileIcons() override;
+    FileOpening &fileOpening() override;
+    FileChooser &fileChooser() override;
     Haptics &haptics() override;
     void setDisplayLostHandler(std::function<void()> handler) override;
 
