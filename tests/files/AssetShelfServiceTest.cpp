@@ -41,6 +41,7 @@ void AssetShelfServiceTest::init()
 {
     TestBase::init();
     m_shelf.reset();
+    m_store.reset();
     m_fixture = std::make_unique<FilesFixture>();
     for (const char *path : {"/a", "/b", "/c", "/d"})
         m_fixture->files.add(path);
@@ -50,6 +51,7 @@ void AssetShelfServiceTest::init()
 void AssetShelfServiceTest::open()
 {
     m_shelf.reset();
+    m_store.reset();
     m_store = std::make_unique<JsonListStore<ShelfItem>>(m_fixture->folder.path());
     m_shelf = std::make_unique<AssetShelfService>(*m_store, m_fixture->presence, m_fixture->preview,
                                                   m_fixture->settings, m_fixture->platform.haptics());

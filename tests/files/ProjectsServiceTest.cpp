@@ -42,6 +42,7 @@ void ProjectsServiceTest::init()
 {
     TestBase::init();
     m_projects.reset();
+    m_store.reset();
     m_fixture = std::make_unique<FilesFixture>();
     for (const char *path : {"/A", "/B", "/C", "/D"})
         m_fixture->files.add(path, FileLookUp::Entry::Kind::Folder);
