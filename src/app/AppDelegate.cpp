@@ -75,7 +75,7 @@ void AppDelegate::startCommands()
         [] { QGuiApplication::quit(); });
     addClipboardRequests(m_router, m_services.clipboard());
     addShelfRequests(m_router, m_services.shelf());
-    addProjectsRequests(m_router, m_services.projects(), m_services.fileOpening());
+    addProjectsRequests(m_router, m_services.projects(), m_services.platform().fileOpening());
     addSettingsRequests(m_router, m_services.settings());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());

@@ -29,20 +29,6 @@ namespace ostrelle {
 
 namespace {
 
-/// Where the desktop has no chooser: as if every choice was cancelled.
-class NoFileChooser final : public FileChooser
-{
-public:
-    void choose(const FileChoice &, QObject *, std::function<void(QStringList)> answer) override { answer({}); }
-};
-
-class NoFileOpening final : public FileOpening
-{
-public:
-    void open(const QString &, const ActivationToken &) override {}
-    void reveal(const QString &, const ActivationToken &) override {}
-};
-
 /// The member, made with `make` when it is first asked for.
 template <typename T, typename Make>
 T &ensure(std::unique_ptr<T> &member, Make make)
@@ -176,7 +162,7 @@ NotchDropDelegate &Services::dropDelegate()
             .tools = tools(),
             .scheduler = scheduler(),
             .facts = [this](const QStringList &paths, const QObject *context,
-                            const FilePresence::Answer &answer) { presence().ask(paths, context, answer); },
+                            const FilePresence::Answer &answer) { filePresence().ask(paths, context, answer); },
             .openTool = [this] { return panel().openTool(); },
         });
     });
@@ -212,19 +198,8 @@ JsonListStore<ShelfItem> &Services::shelfStore()
 AssetShelfService &Services::shelf()
 {
     return ensure(m_shelf, [this] {
-        return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), settings(),
-                                                   platform().haptics());
+        return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), haptics());
     });
-}
-
-FileChooser &Services::fileChooser()
-{
-    return ensure(m_fileChooser, [] { return std::make_unique<NoFileChooser>(); });
-}
-
-FileOpening &Services::fileOpening()
-{
-    return ensure(m_fileOpening, [] { return std::make_unique<NoFileOpening>(); });
 }
 
 JsonListStore<Project> &Services::projectsStore()
@@ -235,8 +210,8 @@ JsonListStore<Project> &Services::projectsStore()
 ProjectsService &Services::projects()
 {
     return ensure(m_projects, [this] {
-        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), settings(), platform().haptics(),
-                                                 fileChooser(), foreground(), controller());
+        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), haptics(), platform().fileChooser(),
+                                                 foreground(), controller());
     });
 }
 

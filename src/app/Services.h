@@ -14,8 +14,6 @@ class AudioPreview;
 class ClipboardService;
 class ClipboardStore;
 class DefaultsDatabase;
-class FileChooser;
-class FileOpening;
 class FilePresence;
 class ForegroundSession;
 class FrameClock;
@@ -64,8 +62,6 @@ public:
     AudioPreview &audioPreview();
     JsonListStore<ShelfItem> &shelfStore();
     AssetShelfService &shelf();
-    FileChooser &fileChooser();
-    FileOpening &fileOpening();
     JsonListStore<Project> &projectsStore();
     ProjectsService &projects();
 
@@ -91,8 +87,6 @@ private:
     std::unique_ptr<AudioPreview> m_audioPreview;
     std::unique_ptr<JsonListStore<ShelfItem>> m_shelfStore;
     std::unique_ptr<AssetShelfService> m_shelf;
-    std::unique_ptr<FileChooser> m_fileChooser;
-    std::unique_ptr<FileOpening> m_fileOpening;
     std::unique_ptr<JsonListStore<Project>> m_projectsStore;
     std::unique_ptr<ProjectsService> m_projects;
     std::unique_ptr<ToolRegistry> m_tools;

@@ -1,6 +1,5 @@
 #include "files/AssetShelfService.h"
 
-#include "core/SettingsStore.h"
 #include "files/AudioPreview.h"
 #include "files/FilePresence.h"
 #include "platform/Haptics.h"
@@ -38,12 +37,11 @@ QStringList presentPaths(const QStringList &paths, const QList<FileFacts> &facts
 } // namespace
 
 AssetShelfService::AssetShelfService(JsonListStore<ShelfItem> &store, FilePresence &presence, AudioPreview &preview,
-                                     SettingsStore &settings, Haptics &haptics, QObject *parent)
+                                     Haptics &haptics, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_presence(presence)
     , m_preview(preview)
-    , m_settings(settings)
     , m_haptics(haptics)
     , m_items(store.load())
 {
@@ -104,8 +102,7 @@ void AssetShelfService::addExisting(const QStringList &paths)
     const QList<ShelfItem> added = withPaths(items(), paths, referenceDate(QDateTime::currentMSecsSinceEpoch()));
     if (added.size() == items().size())
         return;
-    if (m_settings.hapticFeedback())
-        m_haptics.tick();
+    m_haptics.tick();
     put(added);
 }
 

@@ -20,7 +20,6 @@ namespace ostrelle {
 class AudioPreview;
 class FilePresence;
 class Haptics;
-class SettingsStore;
 
 /// The shelf: files that wait between two programs, newest first, no path twice. Loads its store when made and then
 /// drops, as soon as it is known, the entries whose files are gone; later they stay. Main thread; nothing here waits.
@@ -28,8 +27,8 @@ class AssetShelfService : public QObject
 {
     Q_OBJECT
 public:
-    AssetShelfService(JsonListStore<ShelfItem> &store, FilePresence &presence, AudioPreview &preview,
-                      SettingsStore &settings, Haptics &haptics, QObject *parent = nullptr);
+    AssetShelfService(JsonListStore<ShelfItem> &store, FilePresence &presence, AudioPreview &preview, Haptics &haptics,
+                      QObject *parent = nullptr);
 
     const QList<ShelfItem> &items() const;
     /// For observing.
@@ -63,7 +62,6 @@ private:
     JsonListStore<ShelfItem> &m_store;
     FilePresence &m_presence;
     AudioPreview &m_preview;
-    SettingsStore &m_settings;
     Haptics &m_haptics;
     /// Additions in their order, until the existence of the first one's files is known.
     std::deque<QStringList> m_waiting;

@@ -1,7 +1,6 @@
 #include "files/ProjectsService.h"
 
 #include "core/ForegroundSession.h"
-#include "core/SettingsStore.h"
 #include "files/FilePresence.h"
 #include "notch/NotchController.h"
 #include "platform/FileChooser.h"
@@ -21,13 +20,12 @@ constexpr std::chrono::nanoseconds kAutoCollapseDelay = 400ms;
 
 } // namespace
 
-ProjectsService::ProjectsService(JsonListStore<Project> &store, FilePresence &presence, SettingsStore &settings,
-                                 Haptics &haptics, FileChooser &chooser, ForegroundSession &foreground,
-                                 NotchController &controller, QObject *parent)
+ProjectsService::ProjectsService(JsonListStore<Project> &store, FilePresence &presence, Haptics &haptics,
+                                 FileChooser &chooser, ForegroundSession &foreground, NotchController &controller,
+                                 QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_presence(presence)
-    , m_settings(settings)
     , m_haptics(haptics)
     , m_chooser(chooser)
     , m_foreground(foreground)
@@ -52,10 +50,10 @@ void ProjectsService::promptToAdd()
         return;
     m_controller.suppressAutoCollapse();
     m_foreground.begin();
-    const FileChoice choice{FileChoice::Kind::Folders,
-                            QStringLiteral("Choose the folders you want one click away."),
-                            QStringLiteral("Add Project"),
-                            {}};
+    FileChoice choice;
+    choice.kind = FileChoice::Kind::Folders;
+    choice.message = QStringLiteral("Choose the folders you want one click away.");
+    choice.acceptLabel = QStringLiteral("Add Project");
     m_chooser.choose(choice, this, [this](const QStringList &folders) { takeChosen(folders); });
 }
 
@@ -95,8 +93,7 @@ int ProjectsService::addFolders(const QStringList &folders)
     const auto count = static_cast<int>(longer.size() - projects().size());
     if (count == 0)
         return 0;
-    if (m_settings.hapticFeedback())
-        m_haptics.tick();
+    m_haptics.tick();
     put(longer);
     return count;
 }

@@ -22,7 +22,6 @@ class FilePresence;
 class ForegroundSession;
 class Haptics;
 class NotchController;
-class SettingsStore;
 
 /// The pinned folders in the user's order, no path twice. A folder that is gone stays listed. Main thread; nothing here
 /// waits.
@@ -33,9 +32,8 @@ public:
     /// How a move() counts for undo(): the steps of one drag are undone together.
     enum class Step { First, Further };
 
-    ProjectsService(JsonListStore<Project> &store, FilePresence &presence, SettingsStore &settings, Haptics &haptics,
-                    FileChooser &chooser, ForegroundSession &foreground, NotchController &controller,
-                    QObject *parent = nullptr);
+    ProjectsService(JsonListStore<Project> &store, FilePresence &presence, Haptics &haptics, FileChooser &chooser,
+                    ForegroundSession &foreground, NotchController &controller, QObject *parent = nullptr);
 
     const QList<Project> &projects() const;
     /// For observing.
@@ -72,7 +70,6 @@ private:
 
     JsonListStore<Project> &m_store;
     FilePresence &m_presence;
-    SettingsStore &m_settings;
     Haptics &m_haptics;
     FileChooser &m_chooser;
     ForegroundSession &m_foreground;

@@ -53,8 +53,8 @@ void AssetShelfServiceTest::open()
     m_shelf.reset();
     m_store.reset();
     m_store = std::make_unique<JsonListStore<ShelfItem>>(m_fixture->folder.path());
-    m_shelf = std::make_unique<AssetShelfService>(*m_store, m_fixture->presence, m_fixture->preview,
-                                                  m_fixture->settings, m_fixture->platform.haptics());
+    m_shelf =
+        std::make_unique<AssetShelfService>(*m_store, m_fixture->presence, m_fixture->preview, m_fixture->haptics);
 }
 
 QString AssetShelfServiceTest::paths() const

@@ -2,6 +2,7 @@
 
 #include "StandInFiles.h"
 
+#include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "files/AudioPreview.h"
 #include "files/FilePresence.h"
@@ -50,7 +51,8 @@ struct FilesFixture
     SettingsStore settings{database};
     FakeClipboardPort clipboard{clock};
     FakePlatform platform{clipboard};
-    NotchViewModel viewModel{settings, clock, platform.dragSense(), platform.haptics()};
+    SettingsHaptics haptics{settings, platform.haptics()};
+    NotchViewModel viewModel{settings, clock, platform.dragSense(), haptics};
     QWidget panel;
     NotchController controller{viewModel, settings, clock, platform};
 

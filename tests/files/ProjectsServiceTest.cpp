@@ -53,9 +53,8 @@ void ProjectsServiceTest::init()
     m_store = std::make_unique<JsonListStore<Project>>(m_fixture->folder.path());
     m_foreground = std::make_unique<ForegroundSession>();
     m_chooser = std::make_unique<FakeFileChooser>();
-    m_projects = std::make_unique<ProjectsService>(*m_store, m_fixture->presence, m_fixture->settings,
-                                                   m_fixture->platform.haptics(), *m_chooser, *m_foreground,
-                                                   m_fixture->controller);
+    m_projects = std::make_unique<ProjectsService>(*m_store, m_fixture->presence, m_fixture->haptics, *m_chooser,
+                                                   *m_foreground, m_fixture->controller);
 }
 
 QString ProjectsServiceTest::names() const
@@ -101,8 +100,8 @@ void ProjectsServiceTest::keepsFoldersThatAreGone()
     QVERIFY(m_store->flush());
     m_fixture->files.remove("/A");
     JsonListStore<Project> store(m_fixture->folder.path());
-    const ProjectsService restarted(store, m_fixture->presence, m_fixture->settings, m_fixture->platform.haptics(),
-                                    *m_chooser, *m_foreground, m_fixture->controller);
+    const ProjectsService restarted(store, m_fixture->presence, m_fixture->haptics, *m_chooser, *m_foreground,
+                                    m_fixture->controller);
     QCOMPARE(restarted.projects(), projects().projects());
 }
 
