@@ -9,7 +9,9 @@ namespace ostrelle {
 
 class ClipboardPort;
 class DesktopAppearance;
+class DragOut;
 class DragSense;
+class FileDrags;
 class FileIcons;
 class Frontmost;
 class Haptics;
@@ -34,6 +36,8 @@ public:
     virtual OutsideActivity &outsideActivity() = 0;
     virtual PointerNear &pointerNear() = 0;
     virtual DragSense &dragSense() = 0;
+    virtual FileDrags &fileDrags() = 0;
+    virtual DragOut &dragOut() = 0;
     virtual ClipboardPort &clipboard() = 0;
     virtual Frontmost &frontmost() = 0;
     virtual Screens &screens() = 0;

@@ -2,7 +2,9 @@
 
 #include "platform/Platform.h"
 #include "support/FakeDesktopAppearance.h"
+#include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
+#include "support/FakeFileDrags.h"
 #include "support/FakeFileIcons.h"
 #include "support/FakeFrontmost.h"
 #include "support/FakeHaptics.h"
@@ -28,6 +30,8 @@ public:
     FakeOutsideActivity &outsideActivity() override { return m_outsideActivity; }
     FakePointerNear &pointerNear() override { return m_pointerNear; }
     FakeDragSense &dragSense() override { return m_dragSense; }
+    FakeFileDrags &fileDrags() override { return m_fileDrags; }
+    FakeDragOut &dragOut() override { return m_dragOut; }
     ClipboardPort &clipboard() override { return m_clipboard; }
     FakeFrontmost &frontmost() override { return m_frontmost; }
     FakeScreens &screens() override { return m_screens; }
@@ -47,6 +51,8 @@ private:
     FakeOutsideActivity m_outsideActivity;
     FakePointerNear m_pointerNear;
     FakeDragSense m_dragSense;
+    FakeFileDrags m_fileDrags;
+    FakeDragOut m_dragOut;
     FakeFrontmost m_frontmost;
     FakeDesktopAppearance m_appearance;
     FakeFileIcons m_fileIcons;

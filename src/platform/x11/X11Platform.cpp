@@ -8,7 +8,9 @@
 #include "platform/x11/ToolkitConnection.h"
 #include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11ClipboardPort.h"
+#include "platform/x11/X11DragOut.h"
 #include "platform/x11/X11DragSense.h"
+#include "platform/x11/X11FileDrags.h"
 #include "platform/x11/X11Frontmost.h"
 #include "platform/x11/X11OutsideActivity.h"
 #include "platform/x11/X11PanelHost.h"
@@ -35,6 +37,8 @@ struct X11Platform::Services
     X11OutsideActivity outsideActivity;
     X11PointerNear pointerNear;
     X11DragSense dragSense;
+    X11FileDrags fileDrags;
+    X11DragOut dragOut;
     X11Frontmost frontmost;
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
@@ -50,6 +54,8 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , outsideActivity(*watch, rawPointer)
     , pointerNear(rawPointer, panelHost.window(), screens)
     , dragSense(*watch, rawPointer)
+    , fileDrags(*watch, scheduler, rawPointer, panelHost)
+    , dragOut(scheduler, rawPointer)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
 {
@@ -96,6 +102,16 @@ PointerNear &X11Platform::pointerNear()
 DragSense &X11Platform::dragSense()
 {
     return m_services->dragSense;
+}
+
+FileDrags &X11Platform::fileDrags()
+{
+    return m_services->fileDrags;
+}
+
+DragOut &X11Platform::dragOut()
+{
+    return m_services->dragOut;
 }
 
 ClipboardPort &X11Platform::clipboard()

@@ -20,6 +20,8 @@ public:
     OutsideActivity &outsideActivity() override;
     PointerNear &pointerNear() override;
     DragSense &dragSense() override;
+    FileDrags &fileDrags() override;
+    DragOut &dragOut() override;
     ClipboardPort &clipboard() override;
     Frontmost &frontmost() override;
     Screens &screens() override;
