@@ -37,14 +37,19 @@ void addFiles(const QDBusConnection &bus, const QString &key, const QStringList 
 {
     for (qsizetype first = 0; first < paths.size(); first += kFilesAtOnce) {
         QDBusArgument descriptors;
+        bool isEmpty = true;
         descriptors.beginArray(QMetaType::fromType<QDBusUnixFileDescriptor>());
         for (const QString &path : paths.mid(first, kFilesAtOnce)) {
             const FileDescriptor file(open(QFile::encodeName(path).constData(), O_PATH | O_CLOEXEC));
             if (file) {
                 descriptors << QDBusUnixFileDescriptor(file.get()); // a duplicate
+                isEmpty = false;
             }
         }
         descriptors.endArray();
+        if (isEmpty) {
+            continue; // the portal takes a message without any for a mistake
+        }
         QDBusMessage request = callTo(QStringLiteral("AddFiles"));
         request << key << QVariant::fromValue(descriptors) << QVariantMap();
         if (bus.call(request, QDBus::Block, kDeadline).type() == QDBusMessage::ErrorMessage) {

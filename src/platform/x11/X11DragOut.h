@@ -27,6 +27,7 @@ private:
     TaskScheduler &m_scheduler;
     const X11RawPointer &m_pointer;
     PortalFileTransfer m_fileTransfer;
+    bool m_isBusy = false;
 };
 
 } // namespace ostrelle
