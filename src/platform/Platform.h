@@ -9,6 +9,7 @@ namespace ostrelle {
 
 class ClipboardPort;
 class DesktopAppearance;
+class DragOut;
 class DragSense;
 class FileChooser;
 class FileDrags;
@@ -38,6 +39,7 @@ public:
     virtual PointerNear &pointerNear() = 0;
     virtual DragSense &dragSense() = 0;
     virtual FileDrags &fileDrags() = 0;
+    virtual DragOut &dragOut() = 0;
     virtual ClipboardPort &clipboard() = 0;
     virtual Frontmost &frontmost() = 0;
     virtual Screens &screens() = 0;

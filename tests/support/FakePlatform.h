@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "support/FakeDesktopAppearance.h"
+#include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
 #include "support/FakeFileChooser.h"
 #include "support/FakeFileDrags.h"
@@ -32,6 +33,7 @@ public:
     FakePointerNear &pointerNear() override { return m_pointerNear; }
     FakeDragSense &dragSense() override { return m_dragSense; }
     FakeFileDrags &fileDrags() override { return m_fileDrags; }
+    FakeDragOut &dragOut() override { return m_dragOut; }
     ClipboardPort &clipboard() override { return m_clipboard; }
     FakeFrontmost &frontmost() override { return m_frontmost; }
     FakeScreens &screens() override { return m_screens; }
@@ -54,6 +56,7 @@ private:
     FakePointerNear m_pointerNear;
     FakeDragSense m_dragSense;
     FakeFileDrags m_fileDrags;
+    FakeDragOut m_dragOut;
     FakeFrontmost m_frontmost;
     FakeDesktopAppearance m_appearance;
     FakeFileIcons m_fileIcons;

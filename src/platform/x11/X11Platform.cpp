@@ -1,7 +1,6 @@
 #include "platform/x11/X11Platform.h"
 
 #include "foundation/SystemTaskScheduler.h"
-#include "platform/FileDrags.h"
 #include "platform/freedesktop/DesktopFileOpening.h"
 #include "platform/freedesktop/NoHaptics.h"
 #include "platform/freedesktop/PortalAppearance.h"
@@ -11,7 +10,9 @@
 #include "platform/x11/ToolkitConnection.h"
 #include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11ClipboardPort.h"
+#include "platform/x11/X11DragOut.h"
 #include "platform/x11/X11DragSense.h"
+#include "platform/x11/X11FileDrags.h"
 #include "platform/x11/X11Frontmost.h"
 #include "platform/x11/X11IconTheme.h"
 #include "platform/x11/X11OutsideActivity.h"
@@ -24,17 +25,6 @@
 #include <QString>
 
 namespace ostrelle {
-
-namespace {
-
-/// Hears of no drags.
-class NoFileDrags final : public FileDrags
-{
-public:
-    void setAccepted(bool) override {}
-};
-
-} // namespace
 
 struct X11Platform::Services
 {
@@ -50,7 +40,8 @@ struct X11Platform::Services
     X11OutsideActivity outsideActivity;
     X11PointerNear pointerNear;
     X11DragSense dragSense;
-    NoFileDrags fileDrags;
+    X11FileDrags fileDrags;
+    X11DragOut dragOut;
     X11Frontmost frontmost;
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
@@ -69,6 +60,8 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , outsideActivity(*watch, rawPointer)
     , pointerNear(rawPointer, panelHost.window(), screens)
     , dragSense(*watch, rawPointer)
+    , fileDrags(*watch, scheduler, rawPointer, panelHost)
+    , dragOut(scheduler, rawPointer)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
     , iconTheme(*watch)
@@ -124,6 +117,11 @@ DragSense &X11Platform::dragSense()
 FileDrags &X11Platform::fileDrags()
 {
     return m_services->fileDrags;
+}
+
+DragOut &X11Platform::dragOut()
+{
+    return m_services->dragOut;
 }
 
 ClipboardPort &X11Platform::clipboard()

@@ -21,6 +21,7 @@ public:
     PointerNear &pointerNear() override;
     DragSense &dragSense() override;
     FileDrags &fileDrags() override;
+    DragOut &dragOut() override;
     ClipboardPort &clipboard() override;
     Frontmost &frontmost() override;
     Screens &screens() override;
