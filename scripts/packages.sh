@@ -7,7 +7,7 @@ build_packages=(
 )
 run_packages=(
   libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
-  hicolor-icon-theme
+  hicolor-icon-theme xdg-utils file
 )
 tour_packages=(
   xvfb xauth openbox picom dbus at-spi2-core xdotool wmctrl xclip imagemagick x11-utils x11-xserver-utils xterm

@@ -3,11 +3,15 @@
 #include "app/ClipboardRequests.h"
 #include "app/ControlServer.h"
 #include "app/NotchRequests.h"
+#include "app/ProjectsRequests.h"
 #include "app/Services.h"
 #include "app/SettingsRequests.h"
+#include "app/ShelfRequests.h"
 #include "app/StatusReport.h"
 #include "clipboard/ClipboardService.h"
 #include "core/SettingsStore.h"
+#include "files/AssetShelfService.h"
+#include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/Unwritable.h"
@@ -47,17 +51,23 @@ void AppDelegate::applicationDidFinishLaunching()
     SettingsStore &settings = m_services.settings();
     m_services.platform().setDisplayLostHandler([this] { saveWithoutDisplay(); });
     m_services.controller().start(m_services.panel());
+    m_services.dropDelegate();
     if (settings.clipboardEnabled())
         m_services.clipboard().start();
-    // Undo ends with the panel that offers it.
-    m_phaseNotifier = m_services.viewModel().bindablePhase().addNotifier([this] {
-        if (m_services.viewModel().phase() != Phase::Expanded)
-            m_services.clipboard().settle();
-    });
+    m_phaseNotifier = m_services.viewModel().bindablePhase().addNotifier([this] { forgetUndo(); });
     startCommands();
     if (m_start.openNotch)
         m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,
                                         NotchController::Opening::Explicit);
+}
+
+void AppDelegate::forgetUndo()
+{
+    if (m_services.viewModel().phase() == Phase::Expanded)
+        return;
+    m_services.clipboard().settle();
+    m_services.shelf().lapse();
+    m_services.projects().lapse();
 }
 
 void AppDelegate::startCommands()
@@ -66,6 +76,8 @@ void AppDelegate::startCommands()
         m_router, m_services.controller(), [this] { return statusReport(m_services); },
         [] { QGuiApplication::quit(); });
     addClipboardRequests(m_router, m_services.clipboard());
+    addShelfRequests(m_router, m_services.shelf());
+    addProjectsRequests(m_router, m_services.projects(), m_services.platform().fileOpening());
     addSettingsRequests(m_router, m_services.settings());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
@@ -101,6 +113,8 @@ void AppDelegate::saveWithoutDisplay()
         m_services.clipboard().eraseAll(/*includingPinned=*/false);
     m_services.clipboard().settle();
     m_services.clipboardStore().close();
+    m_services.shelfStore().flush();
+    m_services.projectsStore().flush();
     m_services.defaults().flush();
 }
 

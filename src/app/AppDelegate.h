@@ -35,6 +35,8 @@ public:
     void applicationWillTerminate();
 
 private:
+    /// What was removed in the panel can be brought back only while it is open.
+    void forgetUndo();
     void startCommands();
     void saveWithoutDisplay();
 

@@ -1,5 +1,6 @@
 #include "app/ClipboardRequests.h"
 
+#include "app/NumberedEntry.h"
 #include "app/RequestRouter.h"
 #include "clipboard/ClipboardService.h"
 #include "records/ClipOrder.h"
@@ -14,13 +15,11 @@ namespace {
 /// The entry that the request numbers as the tool shows it; without one, `problem` is the answer.
 std::optional<QUuid> numberedItem(ClipboardService &clipboard, const QJsonObject &request, RequestAnswer &problem)
 {
-    const int number = request[u"number"].toInt();
     const QList<ClipItem> items = inDisplayOrder(clipboard.items());
-    if (number >= 1 && number <= items.size())
-        return items.at(number - 1).id;
-    problem = number < 1 ? RequestAnswer::wrongUsage(QStringLiteral("clipboard: N is a number from 1"))
-                         : RequestAnswer::failed(QStringLiteral("clipboard: there is no entry %1").arg(number));
-    return std::nullopt;
+    std::optional<QUuid> id;
+    problem = onNumberedEntry(QStringLiteral("clipboard"), items.size(), request,
+                              [&](int index) { id = items.at(index).id; });
+    return id;
 }
 
 RequestAnswer onNumberedItem(ClipboardService &clipboard, const QJsonObject &request,

@@ -5,6 +5,11 @@
 #include "core/ForegroundSession.h"
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
+#include "files/AssetShelfService.h"
+#include "files/FilePresence.h"
+#include "files/NoAudioPreview.h"
+#include "files/NotchDropDelegate.h"
+#include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/MakeChild.h"
@@ -16,6 +21,8 @@
 #include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
 #include "notch/ToolRegistry.h"
+#include "platform/FileChooser.h"
+#include "platform/FileOpening.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
 
@@ -42,6 +49,14 @@ Services::Services(QString backend, QString keeper)
 
 Services::~Services() = default;
 
+/// What could not be written is tried again until it is.
+template <typename Store>
+void Services::keepSaving(Store &store)
+{
+    auto &retry = m_retries.emplace_back(std::make_unique<SaveRetry>(scheduler(), [&store] { store.retry(); }));
+    store.observeSaving([retry = retry.get()](bool isFailing) { retry->follow(isFailing); });
+}
+
 TaskScheduler &Services::scheduler()
 {
     return ensure(m_scheduler, [] { return std::make_unique<SystemTaskScheduler>(); });
@@ -51,8 +66,7 @@ DefaultsDatabase &Services::defaults()
 {
     return ensure(m_defaults, [this] {
         auto defaults = std::make_unique<DefaultsDatabase>(AppPaths::defaultsFile());
-        m_settingsRetry = std::make_unique<SaveRetry>(scheduler(), [database = defaults.get()] { database->retry(); });
-        defaults->observeSaving([this](bool isFailing) { m_settingsRetry->follow(isFailing); });
+        keepSaving(*defaults);
         return defaults;
     });
 }
@@ -121,6 +135,26 @@ void Services::registerTools(ToolRegistry &registry)
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
                   .deliver = {}});
+    registry.add(KestroModule::Assets, {.makeView = {},
+                                        .badge = [this]() -> std::optional<ModuleBadge> {
+                                            const auto count = static_cast<int>(shelf().items().size());
+                                            return count > 0 ? std::optional<ModuleBadge>(CountBadge{count})
+                                                             : std::nullopt;
+                                        },
+                                        .count = [this] { return static_cast<int>(shelf().items().size()); },
+                                        .deliver = [this](const QStringList &paths) { shelf().add(paths); },
+                                        .dropAction = QStringLiteral("Stage on the shelf")});
+    QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
+                     [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
+    registry.add(KestroModule::Projects, {.makeView = {},
+                                          .badge = {},
+                                          .count = [this] { return static_cast<int>(projects().projects().size()); },
+                                          .deliver = [this](const QStringList &paths) { projects().add(paths); },
+                                          .dropAction = QStringLiteral("Pin as a project")});
+    // They have no view yet; their landing zones lead to the place that says so.
+    const QString inspect = QStringLiteral("Read its metadata");
+    registry.add(KestroModule::ImageInfo, {.dropAction = inspect});
+    registry.add(KestroModule::AudioInfo, {.delivery = Tool::Delivery::OnceShown, .dropAction = inspect});
 }
 
 NotchPanel &Services::panel()
@@ -128,6 +162,22 @@ NotchPanel &Services::panel()
     return ensure(m_panel, [this] {
         return std::make_unique<NotchPanel>(controller(), settings(), tools(), platform(), scheduler(),
                                             ControlContext{appearance(), frameClock()});
+    });
+}
+
+NotchDropDelegate &Services::dropDelegate()
+{
+    return ensure(m_dropDelegate, [this] {
+        return std::make_unique<NotchDropDelegate>(NotchDropDelegate::Surroundings{
+            .drags = platform().fileDrags(),
+            .controller = controller(),
+            .settings = settings(),
+            .tools = tools(),
+            .scheduler = scheduler(),
+            .facts = [this](const QStringList &paths, const QObject *context,
+                            const FilePresence::Answer &answer) { filePresence().ask(paths, context, answer); },
+            .openTool = [this] { return panel().openTool(); },
+        });
     });
 }
 
@@ -140,6 +190,49 @@ ClipboardService &Services::clipboard()
 {
     return ensure(m_clipboard, [this] {
         return std::make_unique<ClipboardService>(settings(), platform().clipboard(), clipboardStore(), scheduler());
+    });
+}
+
+FilePresence &Services::filePresence()
+{
+    return ensure(m_filePresence, [this] { return std::make_unique<FilePresence>(scheduler()); });
+}
+
+AudioPreview &Services::audioPreview()
+{
+    return ensure(m_audioPreview, [] { return std::make_unique<NoAudioPreview>(); });
+}
+
+JsonListStore<ShelfItem> &Services::shelfStore()
+{
+    return ensure(m_shelfStore, [this] {
+        auto store = std::make_unique<JsonListStore<ShelfItem>>(AppPaths::support());
+        keepSaving(*store);
+        return store;
+    });
+}
+
+AssetShelfService &Services::shelf()
+{
+    return ensure(m_shelf, [this] {
+        return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), haptics());
+    });
+}
+
+JsonListStore<Project> &Services::projectsStore()
+{
+    return ensure(m_projectsStore, [this] {
+        auto store = std::make_unique<JsonListStore<Project>>(AppPaths::support());
+        keepSaving(*store);
+        return store;
+    });
+}
+
+ProjectsService &Services::projects()
+{
+    return ensure(m_projects, [this] {
+        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), haptics(), platform().fileChooser(),
+                                                 foreground(), controller());
     });
 }
 

@@ -6,25 +6,35 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace ostrelle {
 
+class AssetShelfService;
+class AudioPreview;
 class ClipboardService;
 class ClipboardStore;
 class DefaultsDatabase;
+class FilePresence;
 class ForegroundSession;
 class FrameClock;
 class Haptics;
 class NotchAppearance;
 class NotchController;
+class NotchDropDelegate;
 class NotchPanel;
 class NotchViewModel;
 class Platform;
+class ProjectsService;
 class SaveRetry;
 class SettingsStore;
 class SystemTaskScheduler;
 class TaskScheduler;
 class ToolRegistry;
+struct Project;
+struct ShelfItem;
+template <typename Record>
+class JsonListStore;
 
 /// The one instance of every service: made when first asked for, in start-up order, alive until the process ends. Only
 /// app/ reads it; everything else receives what it needs through its constructor.
@@ -47,18 +57,27 @@ public:
     NotchController &controller();
     ToolRegistry &tools();
     NotchPanel &panel();
+    NotchDropDelegate &dropDelegate();
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
+    FilePresence &filePresence();
+    AudioPreview &audioPreview();
+    JsonListStore<ShelfItem> &shelfStore();
+    AssetShelfService &shelf();
+    JsonListStore<Project> &projectsStore();
+    ProjectsService &projects();
 
 private:
     void registerTools(ToolRegistry &registry);
+    template <typename Store>
+    void keepSaving(Store &store);
 
     QString m_backend;
     QString m_keeper;
     // In start-up order; destroyed from the last to the first.
     std::unique_ptr<SystemTaskScheduler> m_scheduler;
     std::unique_ptr<DefaultsDatabase> m_defaults;
-    std::unique_ptr<SaveRetry> m_settingsRetry;
+    std::vector<std::unique_ptr<SaveRetry>> m_retries;
     std::unique_ptr<SettingsStore> m_settings;
     std::unique_ptr<Platform> m_platform;
     std::unique_ptr<Haptics> m_haptics;
@@ -69,8 +88,15 @@ private:
     std::unique_ptr<NotchController> m_controller;
     std::unique_ptr<ClipboardStore> m_clipboardStore;
     std::unique_ptr<ClipboardService> m_clipboard;
+    std::unique_ptr<FilePresence> m_filePresence;
+    std::unique_ptr<AudioPreview> m_audioPreview;
+    std::unique_ptr<JsonListStore<ShelfItem>> m_shelfStore;
+    std::unique_ptr<AssetShelfService> m_shelf;
+    std::unique_ptr<JsonListStore<Project>> m_projectsStore;
+    std::unique_ptr<ProjectsService> m_projects;
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
+    std::unique_ptr<NotchDropDelegate> m_dropDelegate;
 };
 
 } // namespace ostrelle

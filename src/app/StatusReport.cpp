@@ -4,6 +4,7 @@
 #include "core/SettingsStore.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchController.h"
+#include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
 #include "notch/ToolRegistry.h"
 #include "platform/PanelHost.h"
@@ -55,9 +56,12 @@ QJsonArray rawValues(const QList<KestroModule> &modules)
     return names;
 }
 
-QJsonObject dropZones(const NotchViewModel &viewModel, const QRectF &screen)
+/// The frames count from the panel's corner, and remain for a while after the zones are gone.
+QJsonObject dropZones(const NotchViewModel &viewModel, const QSize &panel, const QRectF &screen)
 {
-    const QPointF origin = atTopCentre(screen, viewModel.geometry().catchArea).topLeft();
+    if (viewModel.dropTargets().isEmpty())
+        return {};
+    const QPointF origin = atTopCentre(screen, panel).topLeft();
     const auto frames = viewModel.dropZoneFrames();
     QJsonObject zones;
     for (auto frame = frames.begin(); frame != frames.end(); ++frame)
@@ -98,7 +102,7 @@ QJsonObject statusReport(Services &services)
         {QStringLiteral("openedByHover"), viewModel.openedByHover()},
         {QStringLiteral("dragCatchArmed"), viewModel.isDragCatchArmed()},
         {QStringLiteral("dropTargets"), rawValues(viewModel.dropTargets())},
-        {QStringLiteral("dropZones"), dropZones(viewModel, screen.frame)},
+        {QStringLiteral("dropZones"), dropZones(viewModel, services.panel().size(), screen.frame)},
         {QStringLiteral("hasFocus"), host.hasKeyboard()},
         // The colour sampler is not built yet, so nothing is ever sampling.
         {QStringLiteral("sampling"), false},

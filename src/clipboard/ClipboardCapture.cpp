@@ -2,6 +2,7 @@
 
 #include "clipboard/PrivacyRules.h"
 #include "core/SettingsStore.h"
+#include "records/RecordText.h"
 
 #include <QDateTime>
 

@@ -2,13 +2,8 @@
 
 #include "clipboard/ClipboardRowDelegate.h"
 #include "notch/controls/AnimatedNumber.h"
-#include "notch/controls/ControlContext.h"
+#include "notch/controls/RowListView.h"
 
-#include <QHash>
-#include <QListView>
-#include <QUuid>
-
-#include <functional>
 #include <optional>
 
 namespace ostrelle {
@@ -20,7 +15,7 @@ class GlyphButton;
 
 /// The scrolling list of the clipboard tool. The selected item stays selected when it is filtered out and comes back;
 /// its row has the two buttons and is brought to the middle.
-class ClipboardListView : public QListView
+class ClipboardListView : public RowListView
 {
     Q_OBJECT
 public:
@@ -35,19 +30,12 @@ public:
     void select(const QUuid &id, Arrival arrival = Arrival::Moving);
     /// The row of the selected item, or -1.
     int selectedRow() const { return currentIndex().row(); }
-    /// How many rows fit.
-    int rowsPerPage() const;
-    /// Where the row is, in the coordinates of viewport().
-    QRectF plateOf(int row) const;
+    QUuid idAt(int row) const override;
     /// After the search changed: the selected row in the middle, else the first at the top.
-    void settleScroll();
-    /// Runs `change`, after which the rows glide from where they were to where they are.
-    void glideThrough(const std::function<void()> &change);
+    void settleSearch();
 
     GlyphButton &pinButton() { return m_pin; }
     GlyphButton &deleteButton() { return m_delete; }
-
-    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 Q_SIGNALS:
     void used(const QUuid &id);
@@ -58,9 +46,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-    void scrollContentsBy(int dx, int dy) override;
-    void updateGeometries() override;
+    void rowsMoved() override;
     bool viewportEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -71,13 +57,7 @@ protected:
 
 private:
     void followResults();
-    void scrollBy(double distance);
-    void showScroll();
-    void placeButtons();
-    double offsetOf(const QUuid &id) const;
-    void paintRows(QPainter &painter, int first, int last);
 
-    ControlContext m_context;
     ClipboardProxyModel &m_results;
     ClipboardRowPictures &m_pictures;
     ClipboardRowDelegate m_rows;
@@ -87,11 +67,6 @@ private:
     QUuid m_selected;
     QUuid m_leaving;
     AnimatedNumber m_handover;
-    AnimatedNumber m_scroll;
-    bool m_isShowingScroll = false;
-    /// How far rows were from their places when the glide began; times m_glide.
-    QHash<QUuid, double> m_offsets;
-    AnimatedNumber m_glide;
     std::optional<QPointF> m_pointer; ///< global
     QUuid m_pressed;
     QPointF m_pressPosition; ///< global

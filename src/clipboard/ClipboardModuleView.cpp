@@ -79,7 +79,7 @@ ClipboardModuleView::ClipboardModuleView(ClipboardService &service, Haptics &hap
 
     connect(&m_search, &InlineSearchField::textChanged, this, [this](const QString &text) {
         m_results.setQuery(text);
-        m_list.settleScroll();
+        m_list.settleSearch();
     });
     connect(&m_list, &ClipboardListView::used, this, &ClipboardModuleView::use);
     connect(&m_list, &ClipboardListView::pinToggled, this, &ClipboardModuleView::togglePin);
@@ -103,7 +103,7 @@ std::optional<double> ClipboardModuleView::wantedBodyHeight() const
     const int count = m_results.rowCount();
     if (count == 0)
         return kEmptyHeight;
-    return std::min(count * double(ClipboardRowDelegate::kPitch) + kListPadding, kTallestList) + kAboveList;
+    return std::min(count * double(RowPlate::kPitch) + kListPadding, kTallestList) + kAboveList;
 }
 
 QList<QWidget *> ClipboardModuleView::headerActions()

@@ -6,7 +6,7 @@
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/GlyphButton.h"
+#include "notch/controls/RowPlate.h"
 #include "platform/FileIcons.h"
 
 #include <QPainter>
@@ -17,7 +17,6 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kPlateRadius = 11;
 constexpr double kSpacing = 9;
 constexpr double kTileSide = ClipboardRowPictures::kSide;
 constexpr double kTileRadius = 6;
@@ -27,12 +26,7 @@ constexpr double kButtonSymbolSize = 10.5;
 constexpr double kPinSize = 9;
 constexpr double kPinRotation = 45;
 constexpr double kPinOpacity = 0.75;
-constexpr double kLinesTop = 6;
-constexpr double kTitleHeight = 16;
-constexpr double kSecondaryHeight = 13;
 constexpr double kPieceSpacing = 4;
-// Absolute, so that text written from right to left starts at the same edge and is cut at its own end.
-constexpr int kLineFlags = Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine;
 
 QColor opaque(QColor color, double alpha)
 {
@@ -91,7 +85,7 @@ private:
 
     void draw(const QString &text)
     {
-        m_painter.drawText(m_left, kLineFlags, text);
+        m_painter.drawText(m_left, RowPlate::kLineFlags, text);
         m_left.adjust(widthOf(text), 0, 0, 0);
     }
 
@@ -114,19 +108,7 @@ ClipboardRowDelegate::ClipboardRowDelegate(const ControlContext &context, const 
 
 QSize ClipboardRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
-    return {0, kPitch};
-}
-
-QRectF ClipboardRowDelegate::plateRect(const QRectF &optionRect)
-{
-    return {optionRect.x() + kSideMargin, optionRect.y(), optionRect.width() - 2 * kSideMargin, kRowHeight};
-}
-
-QRectF ClipboardRowDelegate::buttonRect(const QRectF &plate, int fromTrailing)
-{
-    constexpr int kSide = GlyphButton::kDiameter;
-    const double right = plate.x() + plate.width() - kPadding - fromTrailing * (kSide + kButtonSpacing);
-    return {right - kSide, plate.y() + (plate.height() - kSide) / 2, kSide, kSide};
+    return {0, RowPlate::kPitch};
 }
 
 void ClipboardRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
@@ -134,28 +116,31 @@ void ClipboardRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     const auto row = index.data(ClipboardListModel::kRowRole).value<ClipboardRow>();
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const Theme::Palette &palette = m_context.appearance.palette();
-    const QRectF plate = plateRect(QRectF(option.rect));
+    const QRectF plate = RowPlate::plate(QRectF(option.rect));
 
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     painter->setBrush(isSelected ? palette.hoverTint : palette.tileTint);
-    painter->drawRoundedRect(plate, kPlateRadius, kPlateRadius);
+    painter->drawRoundedRect(plate, RowPlate::kRadius, RowPlate::kRadius);
 
-    const QRectF tile(plate.x() + kPadding, plate.y() + (plate.height() - kTileSide) / 2, kTileSide, kTileSide);
+    const QRectF tile(plate.x() + RowPlate::kPadding, plate.y() + (plate.height() - kTileSide) / 2, kTileSide,
+                      kTileSide);
     paintPreview(*painter, tile, row);
     paintTrailing(*painter, plate, row, isSelected);
 
     const double left = tile.x() + kTileSide + kSpacing;
     const bool hasButtons = isSelected || row.id == m_handover.leaving;
-    const QRectF trailing = buttonRect(plate, hasButtons ? 1 : 0);
-    const double right = hasButtons || row.pinned ? trailing.x() - kSpacing : plate.x() + plate.width() - kPadding;
-    const QRectF titleLine(left, plate.y() + kLinesTop, right - left, kTitleHeight);
+    const QRectF trailing = RowPlate::buttonRect(plate, hasButtons ? 1 : 0);
+    const double right =
+        hasButtons || row.pinned ? trailing.x() - kSpacing : plate.x() + plate.width() - RowPlate::kPadding;
+    const QRectF titleLine(left, plate.y() + RowPlate::kLinesTop, right - left, RowPlate::kTitleHeight);
     painter->setFont(Theme::font(FontRole::Body));
     painter->setPen(palette.text1);
-    painter->drawText(titleLine, kLineFlags,
+    painter->drawText(titleLine, RowPlate::kLineFlags,
                       QFontMetricsF(painter->font()).elidedText(row.title, Qt::ElideRight, titleLine.width()));
-    paintSecondary(*painter, QRectF(left, titleLine.y() + kTitleHeight, right - left, kSecondaryHeight), row);
+    paintSecondary(*painter,
+                   QRectF(left, titleLine.y() + RowPlate::kTitleHeight, right - left, RowPlate::kSecondHeight), row);
     painter->restore();
 }
 
@@ -216,14 +201,14 @@ void ClipboardRowDelegate::paintTrailing(QPainter &painter, const QRectF &plate,
     const bool isLeaving = !isSelected && row.id == m_handover.leaving && m_handover.progress < 1;
     if (isLeaving) {
         const QColor color = faded(palette.text2, 1 - m_handover.progress);
-        paintGlyph(painter, row.pinned ? u"pin.slash" : u"pin", buttonRect(plate, 1), kButtonSymbolSize,
+        paintGlyph(painter, row.pinned ? u"pin.slash" : u"pin", RowPlate::buttonRect(plate, 1), kButtonSymbolSize,
                    GlyphWeight::Semibold, color);
-        paintGlyph(painter, u"trash", buttonRect(plate, 0), kButtonSymbolSize, GlyphWeight::Semibold, color);
+        paintGlyph(painter, u"trash", RowPlate::buttonRect(plate, 0), kButtonSymbolSize, GlyphWeight::Semibold, color);
     }
     const double pinAmount = isSelected ? 1 - m_handover.progress : isLeaving ? m_handover.progress : 1;
     if (!row.pinned || pinAmount <= 0)
         return;
-    paintGlyph(painter, u"pin.fill", buttonRect(plate, 0), kPinSize, GlyphWeight::Regular,
+    paintGlyph(painter, u"pin.fill", RowPlate::buttonRect(plate, 0), kPinSize, GlyphWeight::Regular,
                opaque(palette.text1, kPinOpacity * pinAmount), kPinRotation);
 }
 

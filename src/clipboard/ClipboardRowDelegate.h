@@ -19,12 +19,6 @@ class ClipboardRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 public:
-    static constexpr int kRowHeight = 42;
-    static constexpr int kPitch = 44;
-    static constexpr int kSideMargin = 8;
-    static constexpr int kPadding = 9;
-    static constexpr int kButtonSpacing = 2;
-
     /// The change of the selected row.
     struct Handover
     {
@@ -40,10 +34,6 @@ public:
     /// The option's rectangle is one pitch high and as wide as the list.
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
-    /// Where the row's plate is within such a rectangle.
-    static QRectF plateRect(const QRectF &optionRect);
-    /// Places of the two buttons, counted from the trailing one.
-    static QRectF buttonRect(const QRectF &plate, int fromTrailing);
 
 private:
     void paintPreview(QPainter &painter, const QRectF &tile, const ClipboardRow &row) const;

@@ -1,6 +1,6 @@
 #include "clipboard/RelativeAge.h"
 
-#include "records/ClipItem.h"
+#include "records/RecordText.h"
 
 #include <QDateTime>
 

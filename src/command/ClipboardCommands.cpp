@@ -1,8 +1,9 @@
 #include "command/ClipboardCommands.h"
 
 #include "command/CommandLine.h"
+#include "command/ControlClient.h"
 #include "command/Output.h"
-#include "command/StoreAccess.h"
+#include "command/StoreSteps.h"
 #include "foundation/AppPaths.h"
 #include "records/ClipOrder.h"
 #include "records/ClipRecordJson.h"
@@ -11,7 +12,6 @@
 #include <QJsonArray>
 
 #include <functional>
-#include <utility>
 
 namespace ostrelle {
 
@@ -34,14 +34,13 @@ QString listText(const QJsonArray &records)
     return text;
 }
 
-std::optional<int> numberFrom(const QString &word)
-{
-    bool isNumber = false;
-    const int number = word.toInt(&isNumber);
-    return isNumber && number >= 1 ? std::optional(number) : std::nullopt;
-}
-
 using StoreEdit = std::function<void(ClipboardStore &store, const ClipItem &item)>;
+
+ExitStatus closed(ClipboardStore &store)
+{
+    return store.close() ? ExitStatus::Done
+                         : fail(ExitStatus::Failed, QStringLiteral("clipboard: cannot write the history"));
+}
 
 /// Edits entry `number` of the store on the disk; this process holds the lock.
 ExitStatus editStored(int number, const StoreEdit &edit)
@@ -49,57 +48,43 @@ ExitStatus editStored(int number, const StoreEdit &edit)
     ClipboardStore store(AppPaths::support());
     const QList<ClipItem> items = inDisplayOrder(store.load());
     if (number > items.size())
-        return fail(ExitStatus::Failed, QStringLiteral("clipboard: there is no entry %1").arg(number));
+        return noEntry(QStringLiteral("clipboard"), number);
     edit(store, items.at(number - 1));
-    return store.close() ? ExitStatus::Done
-                         : fail(ExitStatus::Failed, QStringLiteral("clipboard: cannot write the history"));
+    return closed(store);
 }
 
 ExitStatus runOnEntry(const Invocation &invocation, const QString &verb, const StoreEdit &edit)
 {
-    const auto number = numberFrom(invocation.arguments.first());
+    const auto number = numberFrom(invocation, 0);
     if (!number)
-        return fail(ExitStatus::WrongUsage, QStringLiteral("%1: N is a number from 1, not %2")
-                                                .arg(invocation.command->name, invocation.arguments.first()));
-    StoreAccess access = accessStores();
-    if (auto *client = std::get_if<ControlClient>(&access)) {
-        const ControlAnswer answer = client->ask(verb, {{QStringLiteral("number"), *number}});
-        return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
-    }
-    if (const auto *problem = std::get_if<QString>(&access))
-        return fail(ExitStatus::Failed, *problem);
-    return editStored(*number, edit);
+        return ExitStatus::WrongUsage;
+    return editStores(verb, {{QStringLiteral("number"), *number}}, [&] { return editStored(*number, edit); });
 }
 
 } // namespace
 
 ExitStatus runClipboardList(const Invocation &invocation)
 {
-    QJsonArray records;
-    if (auto client = ControlClient::connect()) {
-        const ControlAnswer answer = client->ask(QStringLiteral("clipboard.list"));
-        if (answer.status != ExitStatus::Done)
-            return fail(answer.status, answer.error);
-        records = answer.result.toArray();
-    } else {
-        for (const ClipItem &item : inDisplayOrder(ClipboardStore::read(AppPaths::support())))
-            records.append(clipRecordJson(item));
-    }
-    printOut(invocation.json ? compactJson(records) + QLatin1Char('\n') : listText(records));
-    return ExitStatus::Done;
+    return listRecords(
+        invocation, QStringLiteral("clipboard.list"),
+        [] {
+            QJsonArray records;
+            for (const ClipItem &item : inDisplayOrder(ClipboardStore::read(AppPaths::support())))
+                records.append(clipRecordJson(item));
+            return records;
+        },
+        listText);
 }
 
 ExitStatus runClipboardCopy(const Invocation &invocation)
 {
-    const auto number = numberFrom(invocation.arguments.first());
+    const auto number = numberFrom(invocation, 0);
     if (!number)
-        return fail(ExitStatus::WrongUsage,
-                    QStringLiteral("clipboard copy: N is a number from 1, not %1").arg(invocation.arguments.first()));
+        return ExitStatus::WrongUsage;
     auto client = ControlClient::connect();
     if (!client)
         return fail(ExitStatus::NotRunning, QStringLiteral("not running"));
-    const ControlAnswer answer = client->ask(QStringLiteral("clipboard.copy"), {{QStringLiteral("number"), *number}});
-    return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
+    return reported(client->ask(QStringLiteral("clipboard.copy"), {{QStringLiteral("number"), *number}}));
 }
 
 ExitStatus runClipboardPin(const Invocation &invocation)
@@ -117,22 +102,16 @@ ExitStatus runClipboardDelete(const Invocation &invocation)
 
 ExitStatus runClipboardClear(const Invocation &)
 {
-    StoreAccess access = accessStores();
-    if (auto *client = std::get_if<ControlClient>(&access)) {
-        const ControlAnswer answer = client->ask(QStringLiteral("clipboard.clear"));
-        return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
-    }
-    if (const auto *problem = std::get_if<QString>(&access))
-        return fail(ExitStatus::Failed, *problem);
-    ClipboardStore store(AppPaths::support());
-    QList<QUuid> erased;
-    for (const ClipItem &item : store.load()) {
-        if (!item.pinned)
-            erased.append(item.id);
-    }
-    store.remove(erased, ClipboardStore::Erasure::Final);
-    return store.close() ? ExitStatus::Done
-                         : fail(ExitStatus::Failed, QStringLiteral("clipboard: cannot write the history"));
+    return editStores(QStringLiteral("clipboard.clear"), {}, [] {
+        ClipboardStore store(AppPaths::support());
+        QList<QUuid> erased;
+        for (const ClipItem &item : store.load()) {
+            if (!item.pinned)
+                erased.append(item.id);
+        }
+        store.remove(erased, ClipboardStore::Erasure::Final);
+        return closed(store);
+    });
 }
 
 } // namespace ostrelle

@@ -2,7 +2,9 @@
 
 #include "command/ClipboardCommands.h"
 #include "command/NotchCommands.h"
+#include "command/ProjectsCommands.h"
 #include "command/SettingsCommands.h"
+#include "command/ShelfCommands.h"
 
 namespace ostrelle {
 
@@ -10,6 +12,10 @@ namespace {
 
 const QString kToolHelp = QStringLiteral("TOOL is one of clipboard, color, assets, projects, imageInfo, audioInfo.");
 const QString kNumberHelp = QStringLiteral("N is the number that \"clipboard list\" shows, counted from 1.");
+const QString kShelfNumberHelp = QStringLiteral("N is the number that \"shelf list\" shows, counted from 1.");
+const QString kProjectNumberHelp = QStringLiteral("N is the number that \"projects list\" shows, counted from 1.");
+const QString kAddHelp = QStringLiteral("What is listed already stays where it is. What does not exist is named on "
+                                        "standard error, and the\nexit status is 1, after the rest was added.");
 const QString kValueHelp = QStringLiteral("VALUE is JSON; a bare word counts as a string, lists are JSON arrays.\n"
                                           "The keys are those of \"settings list\".");
 
@@ -46,6 +52,44 @@ std::vector<CommandSpec> makeTable()
          0,
          0,
          runClipboardClear},
+        {text("shelf list"),
+         {},
+         text("The files on the shelf, the newest first"),
+         text("With --json as they are stored."),
+         true,
+         0,
+         0,
+         runShelfList},
+        {text("shelf add"), text("FILE…"), text("Put files and folders on the shelf"), kAddHelp, false, 1,
+         CommandSpec::kAnyNumber, runShelfAdd},
+        {text("shelf remove"), text("N"), text("Take an entry off the shelf; the file stays"), kShelfNumberHelp, false,
+         1, 1, runShelfRemove},
+        {text("shelf clear"),
+         {},
+         text("Take everything off the shelf; the files stay"),
+         {},
+         false,
+         0,
+         0,
+         runShelfClear},
+        {text("projects list"),
+         {},
+         text("The pinned folders, in your order"),
+         text("With --json as they are stored."),
+         true,
+         0,
+         0,
+         runProjectsList},
+        {text("projects add"), text("FOLDER…"), text("Pin folders"), kAddHelp, false, 1, CommandSpec::kAnyNumber,
+         runProjectsAdd},
+        {text("projects rename"), text("N NAME"), text("Show a pinned folder under another name"),
+         kProjectNumberHelp + text("\nAn empty NAME brings the folder's own back."), false, 2, 2, runProjectsRename},
+        {text("projects move"), text("N M"), text("Give a pinned folder the number M"), kProjectNumberHelp, false, 2, 2,
+         runProjectsMove},
+        {text("projects remove"), text("N"), text("Unpin a folder; the folder stays"), kProjectNumberHelp, false, 1, 1,
+         runProjectsRemove},
+        {text("projects open"), text("N"), text("Open a pinned folder in the file manager"), kProjectNumberHelp, false,
+         1, 1, runProjectsOpen},
         {text("settings list"), {}, text("All settings with their values"), {}, true, 0, 0, runSettingsList},
         {text("settings get"), text("KEY"), text("The value of a setting, as JSON"), {}, false, 1, 1, runSettingsGet},
         {text("settings set"), text("KEY VALUE"), text("Change a setting; takes effect at once"), kValueHelp, false, 2,

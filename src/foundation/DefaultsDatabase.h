@@ -1,12 +1,13 @@
 #pragma once
 
+#include "foundation/SnapshotFile.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace ostrelle {
@@ -14,8 +15,8 @@ namespace ostrelle {
 /// The per-user typed key-value file: one JSON object keyed by dotted names. Tells a missing key from a stored one and
 /// keeps types; a binary value is {"$data": "BASE64"}. Every change is in memory at once and on the disk soon after
 /// (serial queue, latest snapshot wins, atomic); a write that fails is logged once per cause and tried again with the
-/// next change, by retry() and by flush(). A file that cannot be decoded counts as empty, stays untouched until the
-/// next write and is then kept aside. Main thread.
+/// next change and by flush(). A file that cannot be decoded counts as empty, stays untouched until the next write and
+/// is then kept aside. Main thread.
 class DefaultsDatabase
 {
 public:
@@ -32,17 +33,16 @@ public:
 
     /// Tells when saving begins to fail and when it works again. One observer, as long as this lives.
     void observeSaving(std::function<void(bool isFailing)> observer);
+    /// Tries again what could not be written.
     void retry();
     /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
     bool flush();
 
 private:
-    struct Writer;
-
     void save();
 
+    SnapshotFile m_file;
     QJsonObject m_values;
-    std::unique_ptr<Writer> m_writer;
 };
 
 } // namespace ostrelle

@@ -187,7 +187,8 @@ std::optional<QSizeF> NotchController::settledWindowSize() const
 
 QRectF NotchController::interactiveRect() const
 {
-    const QSizeF size = m_viewModel.geometry().interactionSize;
+    // The interaction size, and more while a drag is to be caught.
+    const QSizeF size = m_viewModel.geometry().catchArea;
     if (!m_panel || size.isEmpty())
         return {};
     const QSizeF fitting = size.boundedTo(m_panel->size());

@@ -87,6 +87,11 @@ SurfaceState NotchPanel::surfaceState() const
             .backdropArea = m_backdrop.area()};
 }
 
+ToolView *NotchPanel::openTool() const
+{
+    return m_root.openTool();
+}
+
 bool NotchPanel::isExpanded() const
 {
     return m_viewModel.phase() == Phase::Expanded;
@@ -157,7 +162,10 @@ void NotchPanel::leaveEvent(QEvent *)
 
 void NotchPanel::mousePressEvent(QMouseEvent *event)
 {
-    m_wasPressed = event->button() == Qt::LeftButton;
+    // While a drag is to be caught, presses beside the surface come here too.
+    const QSizeF surface = m_viewModel.geometry().interactionSize;
+    const bool isOnSurface = QRectF(QPointF((width() - surface.width()) / 2, 0), surface).contains(event->position());
+    m_wasPressed = event->button() == Qt::LeftButton && isOnSurface;
 }
 
 void NotchPanel::mouseReleaseEvent(QMouseEvent *event)

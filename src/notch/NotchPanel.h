@@ -18,6 +18,7 @@ class Platform;
 class SettingsStore;
 class TaskScheduler;
 class ToolRegistry;
+class ToolView;
 
 /// The window of the notch: paints the surface hanging from its top centre, carries what stands on it, and hands
 /// pointer, keyboard and menu to the controller. Main thread.
@@ -31,6 +32,8 @@ public:
 
     /// What the surface is painted from in the present frame.
     SurfaceState surfaceState() const;
+    /// The tool on screen, or null.
+    ToolView *openTool() const;
 
 Q_SIGNALS:
     void quitRequested();

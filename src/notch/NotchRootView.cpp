@@ -4,6 +4,7 @@
 #include "foundation/MakeChild.h"
 #include "foundation/TaskScheduler.h"
 #include "notch/ContentFade.h"
+#include "notch/DropRouterView.h"
 #include "notch/ModuleChromeMetrics.h"
 #include "notch/ModuleContainer.h"
 #include "notch/ModuleStrip.h"
@@ -56,22 +57,25 @@ NotchRootView::NotchRootView(const ControlContext &context, NotchViewModel &view
           EmptyStateView::Content{.symbol = QStringLiteral("square.grid.2x2"),
                                   .message = noToolsMessage(),
                                   .hint = QStringLiteral("Choose your tools in Settings ▸ Modules")}))
+    , m_router(makeChild<DropRouterView>(this, context, viewModel, registry))
 {
     setAttribute(Qt::WA_NoSystemBackground);
     m_settingsButton.setEnabled(false);
     m_settingsButton.setToolTip(QStringLiteral("Comes with the settings window"));
     m_noTools.hide();
+    m_router.hide();
     connect(&m_header, &ModuleHeader::backRequested, this, [this] { m_viewModel.backToSelector(); });
     connect(&m_strip, &ModuleStrip::selected, this, [this](KestroModule module) { m_viewModel.select(module); });
 
     m_inputs.setBinding([geometry = viewModel.bindableGeometry(), phase = viewModel.bindablePhase(),
                          selection = viewModel.bindableSelection(), armed = viewModel.bindableDragCatchArmed(),
-                         modules = settings.bindableActiveModules()] {
+                         modules = settings.bindableActiveModules(), targets = viewModel.bindableDropTargets()] {
         return Inputs{.geometry = geometry.value(),
                       .phase = phase.value(),
                       .selection = selection.value(),
                       .isCatchArmed = armed.value(),
-                      .modules = modules.value()};
+                      .modules = modules.value(),
+                      .dropTargets = targets.value()};
     });
     m_inputsWatch = m_inputs.addNotifier([this] { react(); });
     const Inputs &inputs = m_inputs.value();
@@ -109,19 +113,37 @@ void NotchRootView::react()
     if (expanded)
         m_openInset = inputs.geometry.contentTopInset;
     m_strip.setModules(inputs.modules);
+    if (expanded)
+        offerZones(inputs.dropTargets);
     if (module != m_shown || toolness != m_toolness)
         showTool(module, toolness);
     const PanelFrame target =
         PanelFrame::atRest(inputs.geometry, inputs.phase, module.has_value(), devicePixelRatioF());
     m_motion.moveTo(target, m_viewModel.motion());
     m_motion.setPeekOpacity(peekOpacity(inputs, m_motion.peekOpacity()));
-    if (expanded && !module && inputs.modules.isEmpty())
+    if (expanded && !module && inputs.dropTargets.isEmpty() && inputs.modules.isEmpty())
         m_noTools.appear();
     else
         m_noTools.disappear();
     arrange();
     Q_EMIT moved();
     scheduleFollowUp();
+}
+
+/// Without targets the zones that are there fade.
+void NotchRootView::offerZones(const QList<KestroModule> &targets)
+{
+    if (!targets.isEmpty())
+        m_router.setTargets(targets);
+    const double zones = targets.isEmpty() ? 0 : 1;
+    if (std::exchange(m_zones, zones) != zones)
+        m_focusIsDue = true;
+    m_motion.setZones(zones);
+}
+
+ToolView *NotchRootView::openTool() const
+{
+    return m_tool && isExpanded() ? &m_tool->view() : nullptr;
 }
 
 void NotchRootView::showTool(std::optional<KestroModule> module, double toolness)
@@ -187,7 +209,7 @@ void NotchRootView::placeFocus()
         focused->clearFocus();
     if (m_tool)
         m_tool->view().appeared();
-    else if (isExpanded())
+    else if (isExpanded() && m_zones == 0)
         m_strip.setFocus(Qt::OtherFocusReason);
 }
 
@@ -199,19 +221,40 @@ QRectF NotchRootView::contentClip() const
 
 void NotchRootView::arrange()
 {
-    const PanelFrame &frame = m_motion.frame();
-    const double content = frame.contentOpacity();
-    m_strip.setLook({.centre = QPointF(width() / 2.0, frame.stripCentre),
-                     .openness = frame.openness,
-                     .content = content,
-                     .toolness = m_motion.toolness(),
-                     .peekOpacity = m_motion.peekOpacity()});
+    const double content = m_motion.frame().contentOpacity();
+    arrangeStrip();
+    arrangeZones(content);
     arrangeHeader(content);
     arrangeTool(content);
     arrangeSelector(content);
     if (m_motion.departure() <= 0)
         m_leaving = {};
     update();
+}
+
+/// Landing zones take the place of the tiles: the marks fade before the zones show, where they are, and come back after
+/// them.
+void NotchRootView::arrangeStrip()
+{
+    PanelFrame strip = m_motion.frame();
+    const double zones = m_motion.zones();
+    const double marks = 1 - zones * std::clamp(strip.openness / PanelFrame::kContentStart, 0.0, 1.0);
+    strip.openness *= 1 - zones;
+    // Coming back it is there from the start: it takes the focus then.
+    m_strip.setVisible(marks > 0 || m_zones == 0);
+    m_strip.setLook({.centre = QPointF(width() / 2.0, strip.stripCentre),
+                     .openness = strip.openness,
+                     .content = strip.contentOpacity(),
+                     .toolness = m_motion.toolness(),
+                     .peekOpacity = m_motion.peekOpacity() * marks});
+}
+
+void NotchRootView::arrangeZones(double content)
+{
+    m_router.place(QPointF(width() / 2.0, m_openInset));
+    m_router.setLook(content * std::clamp(m_motion.zones(), 0.0, 1.0), contentClip());
+    if (!m_motion.isMoving())
+        m_router.settle();
 }
 
 void NotchRootView::arrangeHeader(double content)
@@ -245,7 +288,8 @@ void NotchRootView::arrangeTool(double content)
 
 void NotchRootView::arrangeSelector(double content)
 {
-    const double presence = content * (1 - std::clamp(m_motion.toolness(), 0.0, 1.0));
+    const double other = std::max(m_motion.toolness(), m_motion.zones());
+    const double presence = content * (1 - std::clamp(other, 0.0, 1.0));
     const double right = width() / 2.0 + m_motion.frame().width / 2;
     m_settingsButton.move(
         QPointF(right - kSettingsRight - GlyphButton::kDiameter, m_openInset + kSettingsTop).toPoint());

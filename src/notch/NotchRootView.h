@@ -15,6 +15,7 @@
 
 namespace ostrelle {
 
+class DropRouterView;
 class EmptyStateView;
 class GlyphButton;
 class ModuleContainer;
@@ -22,6 +23,7 @@ class ModuleStrip;
 class SettingsStore;
 class TaskScheduler;
 class ToolRegistry;
+class ToolView;
 
 /// Everything that stands on the surface, laid out for the present frame: the strip that is there in every state, the
 /// selector's settings button, and a tool with its header.
@@ -34,6 +36,8 @@ public:
 
     const PanelFrame &frame() const { return m_motion.frame(); }
     bool isMoving() const { return m_motion.isMoving(); }
+    /// The tool on screen, or null.
+    ToolView *openTool() const;
 
 Q_SIGNALS:
     /// The state is about to change.
@@ -56,6 +60,7 @@ private:
         std::optional<KestroModule> selection;
         bool isCatchArmed = false;
         QList<KestroModule> modules;
+        QList<KestroModule> dropTargets;
 
         friend bool operator==(const Inputs &, const Inputs &) = default;
     };
@@ -63,6 +68,7 @@ private:
     bool isExpanded() const { return m_inputs.value().phase == Phase::Expanded; }
     static double peekOpacity(const Inputs &inputs, double present);
     void react();
+    void offerZones(const QList<KestroModule> &targets);
     void showTool(std::optional<KestroModule> module, double toolness);
     void leaveTool();
     void scheduleFollowUp();
@@ -70,6 +76,8 @@ private:
     void placeFocus();
     void reportHeight();
     void arrange();
+    void arrangeStrip();
+    void arrangeZones(double content);
     void arrangeHeader(double content);
     void arrangeTool(double content);
     void arrangeSelector(double content);
@@ -87,11 +95,13 @@ private:
     ModuleStrip &m_strip;
     GlyphButton &m_settingsButton;
     EmptyStateView &m_noTools;
+    DropRouterView &m_router;
     /// A child. Leaving may be the tool's own doing, so that it is deleted later.
     QPointer<ModuleContainer> m_tool;
     std::optional<KestroModule> m_shown;
     double m_toolness = 0; ///< aimed at
     bool m_toolReplacesTool = false;
+    double m_zones = 0; ///< aimed at
     /// Of the tool that was left last, while it fades.
     QPixmap m_leaving;
     QPoint m_leavingPosition;

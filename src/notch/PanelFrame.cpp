@@ -31,7 +31,6 @@ constexpr Look lookOf(Phase phase)
 /// A fraction counts as much as this many pixels, so that one threshold of rest serves both.
 constexpr double kFractionWeight = 64;
 
-constexpr double kContentStart = 0.45;
 constexpr double kContentSpan = 0.45;
 
 } // namespace

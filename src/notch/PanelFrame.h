@@ -17,6 +17,9 @@ struct PanelFrame
     double openness = 0;    ///< of the tool strip: 0 marks, 1 tiles
     double stripCentre = 0; ///< from the panel's top
 
+    /// Openness from which contentOpacity() rises.
+    static constexpr double kContentStart = 0.45;
+
     /// Where the panel rests in this state. `pixelRatio` keeps the marks on whole device pixels.
     static PanelFrame atRest(const NotchGeometry &geometry, Phase phase, bool hasTool, double pixelRatio);
 

@@ -38,6 +38,7 @@ PanelMotion::PanelMotion(const ControlContext &context, double peekOpacity, std:
     , m_peek(peekOpacity, kFractionRest)
     , m_toolness(0, kFractionRest)
     , m_switch(1, kFractionRest)
+    , m_zones(0, kFractionRest)
     , m_peekNow(peekOpacity)
 {
 }
@@ -54,7 +55,8 @@ double PanelMotion::arrival() const
 
 bool PanelMotion::isMoving() const
 {
-    return m_frame.isMoving() || m_peek.isMoving() || m_toolness.isMoving() || m_switch.isMoving() || m_departure > 0;
+    return m_frame.isMoving() || m_peek.isMoving() || m_toolness.isMoving() || m_switch.isMoving() ||
+           m_zones.isMoving() || m_departure > 0;
 }
 
 void PanelMotion::moveTo(const PanelFrame &target, SurfaceMotion motion)
@@ -80,6 +82,19 @@ void PanelMotion::setPeekOpacity(double target)
         return;
     }
     m_peek.animateTo(target, Motion::hover(), m_context.clock.now());
+    run();
+}
+
+void PanelMotion::setZones(double target)
+{
+    if (target == m_zones.target())
+        return;
+    if (jumps() || m_current.contentOpacity() <= 0) {
+        m_zones.jumpTo(target);
+        m_zonesNow = target;
+        return;
+    }
+    m_zones.animateTo(target, Motion::surface(), m_context.clock.now());
     run();
 }
 
@@ -120,6 +135,7 @@ bool PanelMotion::advance(MonotonicTime now)
     m_peekNow = m_peek.value(now);
     m_toolnessNow = m_toolness.value(now);
     m_switchNow = m_switch.value(now);
+    m_zonesNow = m_zones.value(now);
     const double passed = std::chrono::duration<double>(now - m_departureStart) / Motion::fade(kDepartureSeconds);
     m_departure = std::max(0.0, m_departureFrom * (1 - Motion::easedOut(passed)));
     m_changed();

@@ -28,10 +28,14 @@ public:
     double arrival() const;
     /// Opacity of the tool that it replaced.
     double departure() const { return m_departure; }
+    /// 0 the selector or a tool, 1 the landing zones.
+    double zones() const { return m_zonesNow; }
     bool isMoving() const;
 
     void moveTo(const PanelFrame &target, SurfaceMotion motion);
     void setPeekOpacity(double target);
+    /// The landing zones come or go; at once where nothing is to be seen of it.
+    void setZones(double target);
     /// The content changes: arrival() starts at nothing, departure() at `departingOpacity`. At once where nothing is to
     /// be seen of it.
     void switchContent(double toolness, double departingOpacity);
@@ -47,10 +51,12 @@ private:
     Animated<double> m_peek;
     Animated<double> m_toolness;
     Animated<double> m_switch;
+    Animated<double> m_zones;
     PanelFrame m_current;
     double m_peekNow;
     double m_toolnessNow = 0;
     double m_switchNow = 1;
+    double m_zonesNow = 0;
     double m_departure = 0;
     double m_departureFrom = 0;
     MonotonicTime m_departureStart{};

@@ -4,6 +4,7 @@
 #include "records/ModuleBadge.h"
 
 #include <QObject>
+#include <QString>
 #include <QStringList>
 
 #include <functional>
@@ -20,17 +21,24 @@ struct ControlContext;
 /// What a tool brings to the notch. Everything but the view is optional.
 struct Tool
 {
+    /// Whether files are delivered before their tool is shown, or after: for a tool that takes its time over them.
+    enum class Delivery { BeforeShowing, OnceShown };
+
     /// Makes the tool's body inside the chrome, with `parent`.
     std::function<ToolView &(const ControlContext &context, QWidget &parent)> makeView = {};
     std::function<std::optional<ModuleBadge>()> badge = {};
     /// Number of items the tool holds, for status.
     std::function<int()> count = {};
-    /// Takes files dropped on its landing zone.
+    /// Takes files dropped on its landing zone: all of them, in the order of the drag. One that shows a single file
+    /// takes the first.
     std::function<void(const QStringList &paths)> deliver = {};
+    Delivery delivery = Delivery::BeforeShowing;
+    /// What its landing zone says that it does with files.
+    QString dropAction = {};
 };
 
-/// The tools that exist. The notch knows them only through here. A module without a registration is shown as an honest
-/// empty state. Main thread.
+/// The tools that exist. The notch knows them only through here. A module without a view is shown as an honest empty
+/// state. Main thread.
 class ToolRegistry : public QObject
 {
     Q_OBJECT

@@ -11,4 +11,18 @@ void ToolView::appeared()
 {
 }
 
+bool ToolView::acceptsDrop(const QStringList &) const
+{
+    return false;
+}
+
+void ToolView::setDropTargeted(bool)
+{
+}
+
+bool ToolView::dropFiles(const QStringList &)
+{
+    return false;
+}
+
 } // namespace ostrelle

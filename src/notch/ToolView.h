@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QStringList>
 #include <QWidget>
 
 #include <optional>
@@ -21,6 +22,13 @@ public:
     virtual QList<QWidget *> headerActions();
     /// The view came on screen: choose a selection, take the focus inside the panel.
     virtual void appeared();
+
+    /// Whether it takes these files, which are dragged over the open panel. Asked once per drag.
+    virtual bool acceptsDrop(const QStringList &paths) const;
+    /// A drag that it takes is over the panel, or no longer.
+    virtual void setDropTargeted(bool targeted);
+    /// Takes files that it accepted; false: it could do nothing with them.
+    virtual bool dropFiles(const QStringList &paths);
 
 Q_SIGNALS:
     void wantedBodyHeightChanged();

@@ -9,8 +9,12 @@ namespace ostrelle {
 
 class ClipboardPort;
 class DesktopAppearance;
+class DragOut;
 class DragSense;
+class FileChooser;
+class FileDrags;
 class FileIcons;
+class FileOpening;
 class Frontmost;
 class Haptics;
 class OutsideActivity;
@@ -34,11 +38,15 @@ public:
     virtual OutsideActivity &outsideActivity() = 0;
     virtual PointerNear &pointerNear() = 0;
     virtual DragSense &dragSense() = 0;
+    virtual FileDrags &fileDrags() = 0;
+    virtual DragOut &dragOut() = 0;
     virtual ClipboardPort &clipboard() = 0;
     virtual Frontmost &frontmost() = 0;
     virtual Screens &screens() = 0;
     virtual DesktopAppearance &appearance() = 0;
     virtual FileIcons &fileIcons() = 0;
+    virtual FileOpening &fileOpening() = 0;
+    virtual FileChooser &fileChooser() = 0;
     virtual Haptics &haptics() = 0;
 
     /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The

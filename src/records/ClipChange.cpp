@@ -1,6 +1,7 @@
 #include "records/ClipChange.h"
 
 #include "records/ClipCodec.h"
+#include "records/RecordText.h"
 
 #include <QCryptographicHash>
 #include <QJsonArray>

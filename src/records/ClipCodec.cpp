@@ -1,13 +1,13 @@
 #include "records/ClipCodec.h"
 
+#include "records/RecordText.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocale>
 
 namespace ostrelle {
 namespace {
-
-constexpr qsizetype kUuidLength = 36;
 
 void appendEscaped(QByteArray &out, unsigned char character)
 {
@@ -114,25 +114,6 @@ std::optional<QByteArray> decodedImage(const QByteArray &value)
     const QByteArray base64 = value.contains('\\') ? unescapedBase64(value) : value;
     const auto result = QByteArray::fromBase64Encoding(base64, QByteArray::AbortOnBase64DecodingErrors);
     return result ? std::optional(*result) : std::nullopt;
-}
-
-QByteArray uuidText(const QUuid &id)
-{
-    return id.toByteArray(QUuid::WithoutBraces).toUpper();
-}
-
-std::optional<QUuid> uuidFromText(QByteArrayView text)
-{
-    if (text.size() != kUuidLength)
-        return std::nullopt;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool isHyphen = i == 8 || i == 13 || i == 18 || i == 23;
-        const char c = text[i];
-        const bool isDigit = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-        if (isHyphen ? c != '-' : !isDigit)
-            return std::nullopt;
-    }
-    return QUuid::fromString(QLatin1StringView(text.data(), text.size()));
 }
 
 QByteArray dateText(double date)

@@ -3,7 +3,6 @@
 #include "records/StoredClip.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 
 #include <optional>
 
@@ -25,11 +24,6 @@ QByteArray encodedValue(const ClipItem &item, const QByteArray &image);
 QByteArray unescapedBase64(const QByteArray &value);
 /// The image bytes that a value stands for; nothing when it is no Base64.
 std::optional<QByteArray> decodedImage(const QByteArray &value);
-
-/// "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX" in upper case.
-QByteArray uuidText(const QUuid &id);
-/// The inverse, of either case; nothing when it has another form.
-std::optional<QUuid> uuidFromText(QByteArrayView text);
 
 /// The shortest text that reads back as exactly this number.
 QByteArray dateText(double date);

@@ -1,6 +1,7 @@
 #include "records/ClipItem.h"
 
 #include "records/ClipText.h"
+#include "records/PathText.h"
 
 #include <QLatin1String>
 
@@ -17,20 +18,12 @@ constexpr std::array<std::pair<ClipItem::Kind, QStringView>, 4> kKinds = {{
     {ClipItem::Kind::Files, u"files"},
 }};
 
-constexpr qint64 kReferenceDateMsecs = 978307200000; // 2001-01-01 00:00:00 UTC
 // More than any row shows, and few enough to cut and paint at once.
 constexpr qsizetype kDisplayedLength = 4096;
 
-QStringView lastComponent(QStringView path)
-{
-    while (path.size() > 1 && path.endsWith(u'/'))
-        path.chop(1);
-    return path.size() == 1 ? path : path.sliced(path.lastIndexOf(u'/') + 1);
-}
-
 QString upperCasedExtension(QStringView path)
 {
-    const QStringView name = lastComponent(path);
+    const QStringView name = lastPathComponent(path);
     const qsizetype dot = name.lastIndexOf(u'.');
     // A leading dot hides a file, it does not begin an extension.
     return dot > 0 ? name.sliced(dot + 1).toString().toUpper() : QString();
@@ -44,7 +37,7 @@ QString oneLine(QStringView text)
 QString filesTitle(const QStringList &paths)
 {
     if (paths.size() == 1)
-        return lastComponent(paths.first()).toString();
+        return lastPathComponent(paths.first()).toString();
     return QString::number(paths.size()) + QStringLiteral(" items");
 }
 
@@ -98,11 +91,6 @@ std::optional<ClipItem::Kind> clipKindFromRawValue(QStringView raw)
             return value;
     }
     return std::nullopt;
-}
-
-double referenceDate(qint64 msecsSinceEpoch)
-{
-    return static_cast<double>(msecsSinceEpoch - kReferenceDateMsecs) / 1000.0;
 }
 
 QList<QUrl> urls(const ClipItem &item)

@@ -43,9 +43,6 @@ struct ClipItem
 QString rawValue(ClipItem::Kind kind);
 std::optional<ClipItem::Kind> clipKindFromRawValue(QStringView raw);
 
-/// Seconds since 2001-01-01 00:00:00 UTC, from milliseconds since 1970.
-double referenceDate(qint64 msecsSinceEpoch);
-
 /// `paths` as file URLs.
 QList<QUrl> urls(const ClipItem &item);
 /// The one-line label.

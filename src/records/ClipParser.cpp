@@ -1,6 +1,7 @@
 #include "records/ClipParser.h"
 
 #include "records/ClipCodec.h"
+#include "records/RecordText.h"
 
 #include <simdjson.h>
 

@@ -1,6 +1,6 @@
 #include "records/ClipRecordJson.h"
 
-#include "records/ClipCodec.h"
+#include "records/RecordText.h"
 
 #include <QJsonArray>
 

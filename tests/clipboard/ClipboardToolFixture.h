@@ -7,6 +7,7 @@
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ControlContext.h"
 #include "records/ClipboardStore.h"
+#include "records/RecordText.h"
 #include "support/FakeClipboardPort.h"
 #include "support/FakeDesktopAppearance.h"
 #include "support/FakeFileIcons.h"

@@ -59,6 +59,8 @@ private Q_SLOTS:
     void acceptsThePointerOnTheSurfaceOnly();
     void growsAtOnceAndShrinksLate();
     void keepsTheWindowWhileADragIsCaught();
+    void takesDragsInTheWholeCatchArea_data();
+    void takesDragsInTheWholeCatchArea();
     void isNeverLargerThanTheScreen();
     void hoveringOpensAndLeavingCloses();
     void aPointerThatComesBackOrIsUnknownKeepsItOpen();
@@ -165,6 +167,32 @@ void NotchControllerTest::keepsTheWindowWhileADragIsCaught()
     notch.platform.dragSense().release();
     notch.clock.advance(200ms + 520ms);
     QCOMPARE(notch.controller.windowSize(), QSizeF(298, 75));
+}
+
+void NotchControllerTest::takesDragsInTheWholeCatchArea_data()
+{
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("closed notch") << true;
+    QTest::newRow("hidden notch") << false;
+}
+
+void NotchControllerTest::takesDragsInTheWholeCatchArea()
+{
+    QFETCH(const bool, isShown);
+    RunningNotch notch;
+    notch.settings.setShowAutomatically(isShown);
+    const QRectF before = notch.platform.panelHost().interactiveRect();
+    QCOMPARE(before.isEmpty(), !isShown);
+    notch.platform.dragSense().press();
+    notch.viewModel.setDragCatch(true);
+    const double left = (notch.panel.width() - 560) / 2.0;
+    QCOMPARE(notch.platform.panelHost().interactiveRect(), QRectF(left, 0, 560, 380));
+    // Landing zones are smaller than the catch area, which lasts with them.
+    notch.viewModel.beginRouting({KestroModule::Assets});
+    QCOMPARE(notch.platform.panelHost().interactiveRect(), QRectF(left, 0, 560, 380));
+    notch.platform.dragSense().release();
+    notch.clock.advance(200ms);
+    QCOMPARE(notch.platform.panelHost().interactiveRect(), before);
 }
 
 void NotchControllerTest::isNeverLargerThanTheScreen()

@@ -55,6 +55,7 @@ class NotchPanelTest : public TestBase
 private Q_SLOTS:
     void oneStripServesEveryState();
     void clickOnTheClosedNotchOpensItWithTheKeyboard();
+    void clickInTheCatchAreaBesideTheNotchOpensNothing();
     void pressInThePanelAsksForTheKeyboard();
     void digitsChooseOnTheSelectorOnly();
     void escapeGoesBackThenCloses();
@@ -101,6 +102,18 @@ void NotchPanelTest::clickOnTheClosedNotchOpensItWithTheKeyboard()
     fixture.settle();
     QCOMPARE(fixture.viewModel.phase(), Phase::Expanded);
     QVERIFY(fixture.platform.panelHost().hasKeyboard());
+}
+
+void NotchPanelTest::clickInTheCatchAreaBesideTheNotchOpensNothing()
+{
+    PanelFixture fixture;
+    fixture.start();
+    fixture.platform.dragSense().press();
+    fixture.viewModel.setDragCatch(true);
+    QTest::mouseClick(&fixture.notch, Qt::LeftButton, {}, {fixture.notch.width() / 2, 200});
+    QCOMPARE(fixture.viewModel.phase(), Phase::Idle);
+    QTest::mouseClick(&fixture.notch, Qt::LeftButton, {}, {fixture.notch.width() / 2, 10});
+    QCOMPARE(fixture.viewModel.phase(), Phase::Expanded);
 }
 
 void NotchPanelTest::pressInThePanelAsksForTheKeyboard()

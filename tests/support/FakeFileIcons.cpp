@@ -4,14 +4,25 @@
 
 namespace ostrelle {
 
+namespace {
+
+QIcon plain(Qt::GlobalColor color)
+{
+    QPixmap pixmap(64, 64);
+    pixmap.fill(color);
+    return QIcon(pixmap);
+}
+
+} // namespace
+
 QIcon FakeFileIcons::iconFor(const QString &path) const
 {
-    if (path.isEmpty()) {
-        return {};
-    }
-    QPixmap pixmap(64, 64);
-    pixmap.fill(Qt::blue);
-    return QIcon(pixmap);
+    return path.isEmpty() ? QIcon() : plain(Qt::blue);
+}
+
+QIcon FakeFileIcons::folderIcon() const
+{
+    return plain(Qt::yellow);
 }
 
 } // namespace ostrelle

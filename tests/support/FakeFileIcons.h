@@ -9,6 +9,7 @@ class FakeFileIcons final : public FileIcons
 {
 public:
     QIcon iconFor(const QString &path) const override;
+    QIcon folderIcon() const override;
 };
 
 } // namespace ostrelle

@@ -2,8 +2,12 @@
 
 #include "platform/Platform.h"
 #include "support/FakeDesktopAppearance.h"
+#include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
+#include "support/FakeFileChooser.h"
+#include "support/FakeFileDrags.h"
 #include "support/FakeFileIcons.h"
+#include "support/FakeFileOpening.h"
 #include "support/FakeFrontmost.h"
 #include "support/FakeHaptics.h"
 #include "support/FakeOutsideActivity.h"
@@ -28,11 +32,15 @@ public:
     FakeOutsideActivity &outsideActivity() override { return m_outsideActivity; }
     FakePointerNear &pointerNear() override { return m_pointerNear; }
     FakeDragSense &dragSense() override { return m_dragSense; }
+    FakeFileDrags &fileDrags() override { return m_fileDrags; }
+    FakeDragOut &dragOut() override { return m_dragOut; }
     ClipboardPort &clipboard() override { return m_clipboard; }
     FakeFrontmost &frontmost() override { return m_frontmost; }
     FakeScreens &screens() override { return m_screens; }
     FakeDesktopAppearance &appearance() override { return m_appearance; }
     FakeFileIcons &fileIcons() override { return m_fileIcons; }
+    FakeFileOpening &fileOpening() override { return m_fileOpening; }
+    FakeFileChooser &fileChooser() override { return m_fileChooser; }
     FakeHaptics &haptics() override { return m_haptics; }
 
     void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
@@ -47,9 +55,13 @@ private:
     FakeOutsideActivity m_outsideActivity;
     FakePointerNear m_pointerNear;
     FakeDragSense m_dragSense;
+    FakeFileDrags m_fileDrags;
+    FakeDragOut m_dragOut;
     FakeFrontmost m_frontmost;
     FakeDesktopAppearance m_appearance;
     FakeFileIcons m_fileIcons;
+    FakeFileOpening m_fileOpening;
+    FakeFileChooser m_fileChooser;
     FakeHaptics m_haptics;
     std::function<void()> m_displayLost;
 };

@@ -128,17 +128,17 @@ QString decodeText(const QByteArray &bytes, Encoding encoding)
     return decoder(content);
 }
 
-QStringList decodeFiles(const QByteArray &bytes, Encoding encoding)
+QStringList decodeFiles(const QByteArray &bytes, Encoding encoding, qsizetype limit)
 {
     QStringList paths;
-    bool isFirst = true;
-    for (QByteArray line : bytes.split('\n')) {
-        line = line.trimmed();
+    for (qsizetype start = 0, end = 0; start < bytes.size() && paths.size() < limit; start = end + 1) {
+        end = bytes.indexOf('\n', start);
+        end = end < 0 ? bytes.size() : end;
+        QByteArray line = bytes.sliced(start, end - start).trimmed();
         while (line.endsWith('\0')) {
             line.chop(1);
         }
-        const bool isVerb = isFirst && encoding == Encoding::CopiedFiles;
-        isFirst = false;
+        const bool isVerb = start == 0 && encoding == Encoding::CopiedFiles;
         if (isVerb || line.isEmpty() || line.startsWith('#')) {
             continue;
         }

@@ -4,6 +4,8 @@
 
 #include <QByteArrayList>
 
+#include <limits>
+
 namespace ostrelle {
 
 /// The desktop's names for kinds of clipboard content, and their encodings. Pure; any thread.
@@ -39,8 +41,9 @@ QList<Candidate> candidatesFor(ClipboardFormat format, const QByteArrayList &typ
 QString decodeText(const QByteArray &bytes, Encoding encoding);
 
 /// Absolute local paths of a list of URIs, in order. Other schemes, other hosts, and names that are not UTF-8 are left
-/// out.
-QStringList decodeFiles(const QByteArray &bytes, Encoding encoding);
+/// out. No more than `limit`; what follows is not looked at.
+QStringList decodeFiles(const QByteArray &bytes, Encoding encoding,
+                        qsizetype limit = std::numeric_limits<qsizetype>::max());
 
 /// Whether the content of the password hint asks for silence.
 bool isSecret(const QByteArray &hint);

@@ -4,13 +4,31 @@
 
 namespace ostrelle {
 
+ThemeFileIcons::ThemeFileIcons()
+    : m_toolkitTheme(QIcon::themeName())
+{
+    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
+}
+
+void ThemeFileIcons::setTheme(const QString &name)
+{
+    QIcon::setThemeName(name.isEmpty() ? m_toolkitTheme : name);
+    m_icons.clear();
+}
+
 QIcon ThemeFileIcons::iconFor(const QString &path) const
 {
-    QString name = QStringLiteral("inode/directory");
-    if (!path.endsWith(u'/')) {
-        const QList<QMimeType> types = m_types.mimeTypesForFileName(path);
-        name = types.isEmpty() ? QStringLiteral("application/octet-stream") : types.constFirst().name();
-    }
+    const QList<QMimeType> types = m_types.mimeTypesForFileName(path);
+    return iconOfType(types.isEmpty() ? QStringLiteral("application/octet-stream") : types.constFirst().name());
+}
+
+QIcon ThemeFileIcons::folderIcon() const
+{
+    return iconOfType(QStringLiteral("inode/directory"));
+}
+
+QIcon ThemeFileIcons::iconOfType(const QString &name) const
+{
     if (const auto known = m_icons.constFind(name); known != m_icons.constEnd()) {
         return *known;
     }

@@ -50,6 +50,7 @@ struct WatchConnection::State
 
     std::unique_ptr<xcb_connection_t, Disconnected> connection;
     const xcb_screen_t *screen = nullptr;
+    int screenNumber = 0;
     std::unique_ptr<QSocketNotifier> notifier;
     std::vector<std::pair<QByteArray, xcb_atom_t>> atoms;
     std::vector<std::shared_ptr<Subscription::Token>> subscriptions;
@@ -147,14 +148,13 @@ WatchConnection::Subscription &WatchConnection::Subscription::operator=(Subscrip
 
 std::unique_ptr<WatchConnection> WatchConnection::open()
 {
-    int screenNumber = 0;
     auto state = std::make_unique<State>();
-    state->connection.reset(xcb_connect(nullptr, &screenNumber));
+    state->connection.reset(xcb_connect(nullptr, &state->screenNumber));
     if (xcb_connection_has_error(state->connection.get())) {
         return nullptr;
     }
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(state->connection.get()));
-    for (; screenNumber > 0 && screens.rem > 1; --screenNumber) {
+    for (int before = state->screenNumber; before > 0 && screens.rem > 1; --before) {
         xcb_screen_next(&screens);
     }
     state->screen = screens.data;
@@ -196,6 +196,11 @@ xcb_connection_t *WatchConnection::xcb() const
 const xcb_screen_t &WatchConnection::screen() const
 {
     return *m_state->screen;
+}
+
+int WatchConnection::screenNumber() const
+{
+    return m_state->screenNumber;
 }
 
 xcb_window_t WatchConnection::root() const

@@ -47,6 +47,7 @@ public:
 
     xcb_connection_t *xcb() const;
     const xcb_screen_t &screen() const;
+    int screenNumber() const; ///< part of the names of some selections
     xcb_window_t root() const;
     /// Interned once and kept; a round trip for a name seen for the first time.
     xcb_atom_t atom(const char *name);

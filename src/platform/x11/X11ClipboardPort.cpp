@@ -4,6 +4,7 @@
 #include "platform/freedesktop/ClipboardTypes.h"
 #include "platform/freedesktop/OfferMimeData.h"
 #include "platform/freedesktop/PortalFileTransfer.h"
+#include "platform/x11/SelectionOwners.h"
 #include "platform/x11/X11ClipboardHandOver.h"
 #include "platform/x11/X11ContentRead.h"
 #include "platform/x11/X11Frontmost.h"
@@ -47,14 +48,7 @@ X11ClipboardPort::X11ClipboardPort(WatchConnection &connection, X11Frontmost &fr
     m_connection.atom("INCR");
     m_connection.atom("_OSTRELLE_SELECTION");
     m_events = m_connection.onEvent([this](const xcb_generic_event_t &event) { handleEvent(event); });
-    m_firstXfixesEvent = m_connection.firstEvent(&xcb_xfixes_id);
-    if (m_firstXfixesEvent != 0) {
-        xcb_discard_reply(m_connection.xcb(), xcb_xfixes_query_version(m_connection.xcb(), 5, 0).sequence);
-        xcb_xfixes_select_selection_input(m_connection.xcb(), m_connection.root(), m_clipboard,
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    }
+    m_selectionEvent = watchSelectionOwners(m_connection, m_clipboard);
     adoptCurrentOwner();
 }
 
@@ -71,7 +65,7 @@ void X11ClipboardPort::adoptCurrentOwner()
 
 void X11ClipboardPort::handleEvent(const xcb_generic_event_t &event)
 {
-    if (m_firstXfixesEvent == 0 || (event.response_type & 0x7f) != m_firstXfixesEvent + XCB_XFIXES_SELECTION_NOTIFY) {
+    if (m_selectionEvent == 0 || (event.response_type & 0x7f) != m_selectionEvent) {
         return;
     }
     const auto &notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);

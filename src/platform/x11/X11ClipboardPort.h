@@ -47,7 +47,7 @@ private:
     TaskScheduler &m_scheduler;
     QString m_keeperPath;
     xcb_atom_t m_clipboard;
-    int m_firstXfixesEvent = 0;
+    int m_selectionEvent = 0;
     WatchConnection::Subscription m_events;
     std::unique_ptr<X11AtomNames> m_names;
     std::unique_ptr<PortalFileTransfer> m_fileTransfer;

@@ -1,5 +1,6 @@
 #include "platform/x11/X11DragSense.h"
 
+#include "platform/x11/SelectionOwners.h"
 #include "platform/x11/X11RawPointer.h"
 
 #include <xcb/xfixes.h>
@@ -9,17 +10,9 @@ namespace ostrelle {
 X11DragSense::X11DragSense(WatchConnection &watch, const X11RawPointer &pointer)
     : m_pointer(pointer)
     , m_selection(watch.atom("XdndSelection"))
-    , m_fixesEvent(watch.firstEvent(&xcb_xfixes_id) + XCB_XFIXES_SELECTION_NOTIFY)
+    , m_fixesEvent(watchSelectionOwners(watch, m_selection))
     , m_subscription(watch.onEvent([this](const xcb_generic_event_t &event) { handle(event); }))
 {
-    if (watch.firstEvent(&xcb_xfixes_id)) {
-        xcb_discard_reply(watch.xcb(), xcb_xfixes_query_version(watch.xcb(), 5, 0).sequence);
-        xcb_xfixes_select_selection_input(watch.xcb(), watch.root(), m_selection,
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-        watch.flush();
-    }
 }
 
 Answer X11DragSense::isButtonHeld() const
@@ -33,7 +26,7 @@ Answer X11DragSense::isButtonHeld() const
 
 void X11DragSense::handle(const xcb_generic_event_t &event)
 {
-    if ((event.response_type & 0x7f) != m_fixesEvent) {
+    if (m_fixesEvent == 0 || (event.response_type & 0x7f) != m_fixesEvent) {
         return;
     }
     const auto &notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);

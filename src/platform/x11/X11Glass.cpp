@@ -6,24 +6,10 @@
 
 namespace ostrelle {
 
-namespace {
-
-int screenNumber(const WatchConnection &watch)
-{
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(watch.xcb()));
-    int number = 0;
-    for (; screens.rem > 1 && screens.data->root != watch.root(); xcb_screen_next(&screens)) {
-        ++number;
-    }
-    return number;
-}
-
-} // namespace
-
 X11Glass::X11Glass(WatchConnection &watch, QObject *parent)
     : QObject(parent)
     , m_root(watch.root())
-    , m_selection(watch.atom(QByteArray("_NET_WM_CM_S").append(QByteArray::number(screenNumber(watch))).constData()))
+    , m_selection(watch.atom(QByteArray("_NET_WM_CM_S").append(QByteArray::number(watch.screenNumber())).constData()))
     , m_blurProperty(watch.atom("_KDE_NET_WM_BLUR_BEHIND_REGION"))
     , m_fixesEvent(watch.firstEvent(&xcb_xfixes_id) + XCB_XFIXES_SELECTION_NOTIFY)
     , m_subscription(watch.onEvent([this](const xcb_generic_event_t &event) { handle(event); }))

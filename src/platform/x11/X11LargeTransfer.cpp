@@ -6,6 +6,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -30,12 +31,13 @@ constexpr std::uint32_t kSliceBytes = 1024 * 1024;
 
 } // namespace
 
-X11LargeTransfer::X11LargeTransfer(xcb_window_t window, xcb_atom_t property, xcb_atom_t incr, qint64 cap,
-                                   std::function<void(Result)> done)
+X11LargeTransfer::X11LargeTransfer(xcb_window_t window, xcb_atom_t property, xcb_atom_t incr,
+                                   const X11SelectionTransfer::Request &request, std::function<void(Result)> done)
     : m_window(window)
     , m_property(property)
     , m_incr(incr)
-    , m_cap(cap)
+    , m_cap(request.cap)
+    , m_overflow(request.overflow)
     , m_done(std::move(done))
     , m_stop(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     , m_thread([this] { run(); })
@@ -105,7 +107,8 @@ bool X11LargeTransfer::append(xcb_connection_t *xcb, Result &result, bool &isEmp
             return false;
         }
         const int length = xcb_get_property_value_length(reply.get());
-        if (result.bytes.size() + length + qint64(reply->bytes_after) > m_cap) {
+        const bool isTooLarge = result.bytes.size() + length + qint64(reply->bytes_after) > m_cap;
+        if (isTooLarge && m_overflow == X11SelectionTransfer::Overflow::Refuse) {
             result = Result::without(Outcome::TooLarge);
             return false;
         }
@@ -113,7 +116,13 @@ bool X11LargeTransfer::append(xcb_connection_t *xcb, Result &result, bool &isEmp
             result.type = reply->type;
             result.unitBits = reply->format;
         }
-        result.bytes.append(static_cast<const char *>(xcb_get_property_value(reply.get())), length);
+        result.bytes.append(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                            std::min<qsizetype>(length, m_cap - result.bytes.size()));
+        if (isTooLarge && result.bytes.size() == m_cap) {
+            result.outcome = Outcome::Read;
+            result.isCut = true;
+            return false; // the owner learns with the window's end that nobody wants the rest
+        }
         isEmpty = isEmpty && length == 0;
         m_progress.fetch_add(1, std::memory_order_relaxed);
         if (reply->bytes_after == 0) {

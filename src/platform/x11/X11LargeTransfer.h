@@ -18,7 +18,8 @@ class X11LargeTransfer : public QObject
     Q_OBJECT
 public:
     /// `done` is called once, on this object's thread, from the event loop.
-    X11LargeTransfer(xcb_window_t window, xcb_atom_t property, xcb_atom_t incr, qint64 cap,
+    X11LargeTransfer(xcb_window_t window, xcb_atom_t property, xcb_atom_t incr,
+                     const X11SelectionTransfer::Request &request,
                      std::function<void(X11SelectionTransfer::Result)> done);
     ~X11LargeTransfer() override;
 
@@ -37,6 +38,7 @@ private:
     const xcb_atom_t m_property;
     const xcb_atom_t m_incr;
     const qint64 m_cap;
+    const X11SelectionTransfer::Overflow m_overflow;
     std::function<void(X11SelectionTransfer::Result)> m_done;
     std::atomic<quint64> m_progress = 0;
     int m_stop = -1; ///< eventfd, readable when the thread is to end

@@ -63,8 +63,7 @@ void X11PanelHost::attach(QWidget &panel)
     panel.setAttribute(Qt::WA_AlwaysShowToolTips); // it is rarely the active window
     panel.installEventFilter(this);
     if (panel.internalWinId()) {
-        m_window.adopt(panel);
-        m_focus.setWindow(m_window.id());
+        adoptWindow();
     } else {
         panel.winId(); // the filter takes it over
     }
@@ -73,10 +72,16 @@ void X11PanelHost::attach(QWidget &panel)
 bool X11PanelHost::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_panel && event->type() == QEvent::WinIdChange && m_panel->internalWinId()) {
-        m_window.adopt(*m_panel);
-        m_focus.setWindow(m_window.id());
+        adoptWindow();
     }
     return PanelHost::eventFilter(watched, event);
+}
+
+void X11PanelHost::adoptWindow()
+{
+    m_window.adopt(*m_panel);
+    m_focus.setWindow(m_window.id());
+    Q_EMIT windowReplaced(m_panel->windowHandle());
 }
 
 void X11PanelHost::place(const QString &screenName, const QSizeF &size)

@@ -8,6 +8,8 @@
 
 #include <QPointer>
 
+class QWindow;
+
 namespace ostrelle {
 
 class WatchConnection;
@@ -37,7 +39,13 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+Q_SIGNALS:
+    /// The panel has a native window, or another one than before.
+    void windowReplaced(QWindow *window);
+
 private:
+    void adoptWindow();
+
     QPointer<QWidget> m_panel;
     X11Glass m_glass;
     X11PanelWindow m_window;

@@ -1,15 +1,20 @@
 #include "platform/x11/X11Platform.h"
 
 #include "foundation/SystemTaskScheduler.h"
+#include "platform/freedesktop/DesktopFileOpening.h"
 #include "platform/freedesktop/NoHaptics.h"
 #include "platform/freedesktop/PortalAppearance.h"
+#include "platform/freedesktop/PortalFileChooser.h"
 #include "platform/freedesktop/ThemeFileIcons.h"
 #include "platform/x11/DisplayLoss.h"
 #include "platform/x11/ToolkitConnection.h"
 #include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11ClipboardPort.h"
+#include "platform/x11/X11DragOut.h"
 #include "platform/x11/X11DragSense.h"
+#include "platform/x11/X11FileDrags.h"
 #include "platform/x11/X11Frontmost.h"
+#include "platform/x11/X11IconTheme.h"
 #include "platform/x11/X11OutsideActivity.h"
 #include "platform/x11/X11PanelHost.h"
 #include "platform/x11/X11PointerNear.h"
@@ -35,10 +40,15 @@ struct X11Platform::Services
     X11OutsideActivity outsideActivity;
     X11PointerNear pointerNear;
     X11DragSense dragSense;
+    X11FileDrags fileDrags;
+    X11DragOut dragOut;
     X11Frontmost frontmost;
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
     ThemeFileIcons fileIcons;
+    X11IconTheme iconTheme;
+    DesktopFileOpening fileOpening;
+    PortalFileChooser fileChooser;
     NoHaptics haptics;
 };
 
@@ -50,9 +60,15 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , outsideActivity(*watch, rawPointer)
     , pointerNear(rawPointer, panelHost.window(), screens)
     , dragSense(*watch, rawPointer)
+    , fileDrags(*watch, scheduler, rawPointer, panelHost)
+    , dragOut(scheduler, rawPointer)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
+    , iconTheme(*watch)
+    , fileChooser(scheduler)
 {
+    QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
+                     [this](const QString &name) { fileIcons.setTheme(name); });
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
     watch->flush();
 }
@@ -98,6 +114,16 @@ DragSense &X11Platform::dragSense()
     return m_services->dragSense;
 }
 
+FileDrags &X11Platform::fileDrags()
+{
+    return m_services->fileDrags;
+}
+
+DragOut &X11Platform::dragOut()
+{
+    return m_services->dragOut;
+}
+
 ClipboardPort &X11Platform::clipboard()
 {
     return m_services->clipboard;
@@ -121,6 +147,16 @@ DesktopAppearance &X11Platform::appearance()
 FileIcons &X11Platform::fileIcons()
 {
     return m_services->fileIcons;
+}
+
+FileOpening &X11Platform::fileOpening()
+{
+    return m_services->fileOpening;
+}
+
+FileChooser &X11Platform::fileChooser()
+{
+    return m_services->fileChooser;
 }
 
 Haptics &X11Platform::haptics()

@@ -20,11 +20,15 @@ public:
     OutsideActivity &outsideActivity() override;
     PointerNear &pointerNear() override;
     DragSense &dragSense() override;
+    FileDrags &fileDrags() override;
+    DragOut &dragOut() override;
     ClipboardPort &clipboard() override;
     Frontmost &frontmost() override;
     Screens &screens() override;
     DesktopAppearance &appearance() override;
     FileIcons &fileIcons() override;
+    FileOpening &fileOpening() override;
+    FileChooser &fileChooser() override;
     Haptics &haptics() override;
     void setDisplayLostHandler(std::function<void()> handler) override;
 

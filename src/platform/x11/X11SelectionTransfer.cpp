@@ -5,6 +5,7 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -107,25 +108,31 @@ void X11SelectionTransfer::handleProbe(const void *reply)
         if (property->format == 32 && length >= 4) {
             std::memcpy(&atLeast, value, sizeof atLeast);
         }
-        if (atLeast > m_request.cap) {
+        if (atLeast > m_request.cap && m_request.overflow == Overflow::Refuse) {
             finish(Result::without(Outcome::TooLarge));
         } else {
             goOnElsewhere();
         }
         return;
     }
-    if (qint64(length) + qint64(property->bytes_after) > m_request.cap) {
+    const bool isTooLarge = qint64(length) + qint64(property->bytes_after) > m_request.cap;
+    if (isTooLarge && m_request.overflow == Overflow::Refuse) {
         finish(Result::without(Outcome::TooLarge));
     } else if (property->bytes_after > 0) {
         goOnElsewhere();
     } else {
-        finish({Outcome::Read, QByteArray(value, length), property->type, property->format});
+        Result result = Result::without(Outcome::Read);
+        result.isCut = isTooLarge;
+        result.bytes = QByteArray(value, std::min<qsizetype>(length, m_request.cap));
+        result.type = property->type;
+        result.unitBits = property->format;
+        finish(std::move(result));
     }
 }
 
 void X11SelectionTransfer::goOnElsewhere()
 {
-    m_large = std::make_unique<X11LargeTransfer>(m_window, m_property, m_incr, m_request.cap,
+    m_large = std::make_unique<X11LargeTransfer>(m_window, m_property, m_incr, m_request,
                                                  [this](Result result) { finish(std::move(result)); });
     m_deadline = m_scheduler.every(kProgressTick, this, [this] { watchProgress(); });
 }

@@ -22,12 +22,16 @@ class X11SelectionTransfer : public QObject
 {
     Q_OBJECT
 public:
+    /// What becomes of content beyond the cap.
+    enum class Overflow { Refuse, Cut };
+
     struct Request
     {
         xcb_atom_t selection = XCB_ATOM_NONE;
         xcb_atom_t target = XCB_ATOM_NONE;
         xcb_timestamp_t time = XCB_CURRENT_TIME; ///< of the event that announced the content
         qint64 cap = ClipboardPort::kReadCap;    ///< bytes that are kept at most
+        Overflow overflow = Overflow::Refuse;
     };
 
     struct Result
@@ -39,6 +43,7 @@ public:
         QByteArray bytes;
         xcb_atom_t type = XCB_ATOM_NONE; ///< none when the owner agreed and then gave nothing
         int unitBits = 0;                ///< 8, 16 or 32; 0 when nothing was given
+        bool isCut = false;              ///< there was more
     };
 
     /// Asks at once; `done` is called once, from the event loop, and may destroy the transfer.

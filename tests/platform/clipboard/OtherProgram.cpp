@@ -32,16 +32,17 @@ OtherProgram::~OtherProgram()
 
 bool OtherProgram::says(const QByteArray &line)
 {
-    return QTest::qWaitFor(
-        [&] {
-            while (m_process.canReadLine()) {
-                if (m_process.readLine().trimmed() == line) {
-                    return true;
-                }
-            }
-            return false;
-        },
-        kPatience);
+    return QTest::qWaitFor([&] { return hasSaid(line); }, kPatience);
+}
+
+bool OtherProgram::hasSaid(const QByteArray &line)
+{
+    while (m_process.canReadLine()) {
+        if (m_process.readLine().trimmed() == line) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool OtherProgram::succeeds()

@@ -17,6 +17,8 @@ public:
 
     /// Whether it says that line, or a line that it said already was it; each line is looked at once.
     bool says(const QByteArray &line);
+    /// The same without waiting.
+    bool hasSaid(const QByteArray &line);
     /// Whether it ends by itself with success.
     bool succeeds();
     /// What it printed, when it is done; nothing when it fails.

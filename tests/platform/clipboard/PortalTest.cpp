@@ -1,61 +1,25 @@
+#include "PortalStandIn.h"
 #include "platform/freedesktop/PortalAppearance.h"
 #include "platform/freedesktop/PortalFileTransfer.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusVirtualObject>
-#include <QMap>
+#include <QDBusVariant>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
-#include <QVariantMap>
+
+#include <optional>
 
 namespace ostrelle {
 
-namespace {
-
-using Settings = QMap<QString, QVariantMap>;
-
-const auto kPath = QStringLiteral("/org/freedesktop/portal/desktop");
-
-/// Stands in for the desktop's portals on the test's own bus.
-class StandIn : public QDBusVirtualObject
-{
-public:
-    QString introspect(const QString &) const override { return {}; }
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override
-    {
-        if (message.member() == QStringLiteral("ReadAll")) {
-            return bus.send(message.createReply(QVariant::fromValue(settings)));
-        }
-        if (message.member() == QStringLiteral("RetrieveFiles")) {
-            const bool isKnown = message.arguments().value(0).toString() == QStringLiteral("a key");
-            return bus.send(isKnown
-                                ? message.createReply(QStringList{QStringLiteral("/tmp/real"), QStringLiteral("odd")})
-                                : message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such key")));
-        }
-        return false;
-    }
-
-    Settings settings;
-};
-
-} // namespace
+using Settings = PortalStandIn::Settings;
 
 class PortalTest : public TestBase
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase()
-    {
-        qDBusRegisterMetaType<Settings>();
-        QVERIFY(m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal"), &m_portal,
-                                            QDBusConnection::SubPath));
-        QVERIFY(m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
-        QVERIFY(m_bus.registerService(QStringLiteral("org.freedesktop.portal.Documents")));
-    }
-
     void followsTheDesktopsWishes()
     {
         m_portal.settings = {
@@ -79,28 +43,48 @@ private Q_SLOTS:
 
     void retrievesFilesByTheirKey()
     {
+        m_portal.files[QStringLiteral("a key")] = {QStringLiteral("/tmp/real"), QStringLiteral("odd")};
+        QCOMPARE(retrieved(QStringLiteral("a key")), QStringList(QStringLiteral("/tmp/real")));
+        QVERIFY(retrieved(QStringLiteral("another")).isEmpty());
+    }
+
+    void offersFilesByAKey()
+    {
+        const QTemporaryDir folder;
+        QStringList paths;
+        for (int i = 0; i < 40; ++i) { // more than go into one message
+            paths << folder.filePath(QStringLiteral("file %1").arg(i));
+            QFile(paths.last()).open(QIODevice::WriteOnly);
+        }
+        QStringList offered = paths;
+        offered.insert(20, folder.filePath(QStringLiteral("missing")));
         PortalFileTransfer transfer;
-        std::optional<QStringList> known;
-        std::optional<QStringList> unknown;
-        transfer.retrieve(QStringLiteral("a key"), this, [&](const QStringList &paths) { known = paths; });
-        transfer.retrieve(QStringLiteral("another"), this, [&](const QStringList &paths) { unknown = paths; });
-        QVERIFY(!known);
-        QTRY_VERIFY(known && unknown);
-        QCOMPARE(*known, QStringList(QStringLiteral("/tmp/real")));
-        QVERIFY(unknown->isEmpty());
+        std::optional<QString> key;
+        transfer.offer(offered, this, [&](const QString &answer) { key = answer; });
+        QVERIFY(!key);
+        QTRY_VERIFY(key);
+        QVERIFY(!key->isEmpty());
+        QTRY_COMPARE(m_portal.files[*key].count(), 40);
+        QCOMPARE(retrieved(*key), paths);
     }
 
 private:
+    QStringList retrieved(const QString &key)
+    {
+        PortalFileTransfer transfer;
+        std::optional<QStringList> paths;
+        transfer.retrieve(key, this, [&](const QStringList &answer) { paths = answer; });
+        return !paths && QTest::qWaitFor([&] { return paths.has_value(); }) ? *paths : QStringList();
+    }
     void change(const char *space, const char *key, const QVariant &value)
     {
-        QDBusMessage signal = QDBusMessage::createSignal(kPath, QStringLiteral("org.freedesktop.portal.Settings"),
-                                                         QStringLiteral("SettingChanged"));
+        QDBusMessage signal = QDBusMessage::createSignal(
+            PortalStandIn::path(), QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
         signal << QString::fromLatin1(space) << QString::fromLatin1(key) << QVariant::fromValue(QDBusVariant(value));
-        m_bus.send(signal);
+        m_portal.bus().send(signal);
     }
 
-    StandIn m_portal;
-    QDBusConnection m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("stand-in"));
+    PortalStandIn m_portal;
 };
 
 } // namespace ostrelle

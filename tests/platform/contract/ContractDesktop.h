@@ -4,12 +4,15 @@
 #include <QPointF>
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
 namespace ostrelle {
 
+class DragOut;
 class DragSense;
+class FileDrags;
 class OutsideActivity;
 class PanelHost;
 class PointerNear;
@@ -29,6 +32,8 @@ public:
     virtual OutsideActivity &outsideActivity() = 0;
     virtual PointerNear &pointerNear() = 0;
     virtual DragSense &dragSense() = 0;
+    virtual FileDrags &fileDrags() = 0;
+    virtual DragOut &dragOut() = 0;
     virtual Screens &screens() = 0;
 
     /// The user's doings; all are done, as far as the desktop is concerned, on return.
@@ -43,6 +48,9 @@ public:
     virtual void activate(const QString &application) = 0;
     /// The held pointer drags something with data out of another program.
     virtual void beginDrag() = 0;
+    /// Presses the button on files in another program, away from the panel, and begins to drag them; they follow the
+    /// pointer until the button is released.
+    virtual void dragFiles(const QStringList &paths) = 0;
     /// Splits the desktop into screens side by side, of these names.
     virtual void arrangeScreens(const QList<QString> &names) = 0;
 };

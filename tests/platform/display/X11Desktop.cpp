@@ -1,4 +1,5 @@
 #include "ContractDesktop.h"
+#include "OtherProgram.h"
 #include "PeerClient.h"
 #include "Waiting.h"
 #include "platform/OutsideActivity.h"
@@ -9,7 +10,10 @@
 #include <QApplication>
 #include <QProcess>
 #include <QTest>
+#include <QUrl>
 #include <QWidget>
+
+#include <optional>
 
 namespace ostrelle {
 
@@ -29,6 +33,8 @@ public:
     OutsideActivity &outsideActivity() override { return m_platform->outsideActivity(); }
     PointerNear &pointerNear() override { return m_platform->pointerNear(); }
     DragSense &dragSense() override { return m_platform->dragSense(); }
+    FileDrags &fileDrags() override { return m_platform->fileDrags(); }
+    DragOut &dragOut() override { return m_platform->dragOut(); }
     Screens &screens() override { return m_platform->screens(); }
 
     void movePointer(const QPointF &panelPosition) override
@@ -69,6 +75,21 @@ public:
         settle();
     }
     void beginDrag() override { m_peer.ownSelection("XdndSelection"); }
+    void dragFiles(const QStringList &paths) override
+    {
+        QByteArray list;
+        for (const QString &path : paths) {
+            list += QUrl::fromLocalFile(path).toEncoded() + "\r\n";
+        }
+        m_source.emplace(
+            QStringLiteral("drag-source"),
+            QStringList{QStringLiteral("--type"), QStringLiteral("text/uri-list"), QString::fromUtf8(list)});
+        m_source->says("ready");
+        m_peer.movePointer(QPoint(100, 450));
+        m_peer.button(true);
+        m_peer.movePointer(QPoint(130, 450));
+        m_source->says("began");
+    }
     void arrangeScreens(const QList<QString> &names) override
     {
         const QStringList known = m_monitors;
@@ -117,6 +138,7 @@ private:
     xcb_window_t m_background;
     QMap<QString, xcb_window_t> m_windows;
     QStringList m_monitors;
+    std::optional<OtherProgram> m_source;
 };
 
 } // namespace

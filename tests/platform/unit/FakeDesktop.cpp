@@ -1,5 +1,7 @@
 #include "ContractDesktop.h"
+#include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
+#include "support/FakeFileDrags.h"
 #include "support/FakeOutsideActivity.h"
 #include "support/FakePanelHost.h"
 #include "support/FakePointerNear.h"
@@ -20,16 +22,43 @@ public:
     OutsideActivity &outsideActivity() override { return m_outsideActivity; }
     PointerNear &pointerNear() override { return m_pointerNear; }
     DragSense &dragSense() override { return m_dragSense; }
+    FileDrags &fileDrags() override { return m_fileDrags; }
+    DragOut &dragOut() override { return m_dragOut; }
     Screens &screens() override { return m_screens; }
 
-    void movePointer(const QPointF &panelPosition) override { m_pointerNear.moveTo(panelPosition); }
+    void movePointer(const QPointF &panelPosition) override
+    {
+        m_pointerNear.moveTo(panelPosition);
+        if (m_dragged.isEmpty()) {
+            return;
+        }
+        if (!m_panelHost.interactiveRect().contains(panelPosition)) {
+            m_fileDrags.leave();
+        } else if (m_fileDrags.isOver()) {
+            m_fileDrags.moveTo(panelPosition);
+        } else {
+            m_fileDrags.enter(panelPosition, m_dragged);
+        }
+    }
     void movePointerToScreen(const QString &name) override { m_pointerNear.moveToScreen(name); }
     void pressButton() override { m_dragSense.press(); }
-    void releaseButton() override { m_dragSense.release(); }
+    void releaseButton() override
+    {
+        m_dragSense.release();
+        m_dragged.clear();
+        m_fileDrags.drop();
+        m_dragOut.end(DragOut::Outcome::Cancelled);
+    }
     void pressKey(Qt::Key key) override { QTest::keyClick(m_popups.menu(), key); }
     void clickElsewhere() override { m_outsideActivity.press(); }
     void activate(const QString &application) override { m_outsideActivity.activate(application); }
     void beginDrag() override { m_dragSense.beginDrag(); }
+    void dragFiles(const QStringList &paths) override
+    {
+        m_dragSense.press();
+        m_dragSense.beginDrag();
+        m_dragged = paths;
+    }
     void arrangeScreens(const QList<QString> &names) override
     {
         QList<Screen> screens;
@@ -48,6 +77,9 @@ private:
     FakeOutsideActivity m_outsideActivity;
     FakePointerNear m_pointerNear;
     FakeDragSense m_dragSense;
+    FakeFileDrags m_fileDrags;
+    FakeDragOut m_dragOut;
+    QStringList m_dragged;
 };
 
 } // namespace

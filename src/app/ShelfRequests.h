@@ -1,0 +1,12 @@
+#pragma once
+
+namespace ostrelle {
+
+class AssetShelfService;
+class RequestRouter;
+
+/// "shelf.list", "shelf.add" of paths that the command has found to exist, "shelf.remove", "shelf.clear". What a
+/// command removes is not for undo in the panel.
+void addShelfRequests(RequestRouter &router, AssetShelfService &shelf);
+
+} // namespace ostrelle

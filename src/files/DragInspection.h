@@ -1,0 +1,68 @@
+#pragma once
+
+#include "files/FileFacts.h"
+#include "foundation/Task.h"
+
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace ostrelle {
+
+class TaskScheduler;
+
+/// What a drag holds, as far as it decides which tools can take it.
+struct DragContents
+{
+    bool hasFolder = false;
+    bool hasImage = false;
+    bool hasAudio = false;
+
+    friend bool operator==(const DragContents &, const DragContents &) = default;
+};
+
+/// Asks what stands at these paths: one answer per path, in order, on the main thread, at once or later, none when
+/// `context` is gone by then. What hangs is answered with Unknown in the end.
+using FactsQuestion = std::function<void(const QStringList &paths, const QObject *context,
+                                         const std::function<void(const QList<FileFacts> &)> &answer)>;
+
+/// Finds out what a drag holds: folders by asking the file system, images and audio by their names. It goes through the
+/// list in small portions, so that a long one holds up nothing, and only to the first folder. Main thread.
+class DragInspection : public QObject
+{
+    Q_OBJECT
+public:
+    /// What is not known after so long counts as plain files, until it is.
+    static constexpr std::chrono::milliseconds kPatience{100};
+
+    DragInspection(const FactsQuestion &question, TaskScheduler &scheduler, const QStringList &paths);
+
+    /// Emits found(), perhaps before it returns.
+    void start();
+
+Q_SIGNALS:
+    /// Once, or once more when something that took longer than kPatience changes it.
+    void found(const DragContents &contents);
+
+private:
+    void askOn();
+    void take(const QStringList &paths, const QList<FileFacts> &facts);
+    void tell();
+
+    FactsQuestion m_question;
+    TaskScheduler &m_scheduler;
+    QStringList m_paths;
+    qsizetype m_next = 0;
+    bool m_isAsking = false;
+    bool m_isWaiting = false;
+    QSet<QString> m_suffixes; ///< judged already
+    DragContents m_contents;
+    std::optional<DragContents> m_told;
+    Task m_patience;
+};
+
+} // namespace ostrelle

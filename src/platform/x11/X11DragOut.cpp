@@ -1,0 +1,94 @@
+#include "platform/x11/X11DragOut.h"
+
+#include "foundation/MakeChild.h"
+#include "foundation/TaskScheduler.h"
+#include "platform/freedesktop/OfferMimeData.h"
+#include "platform/x11/X11RawPointer.h"
+
+#include <QCoreApplication>
+#include <QDrag>
+#include <QMimeData>
+
+#include <memory>
+#include <utility>
+
+namespace ostrelle {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The types of a drag are fixed when it begins, so it begins when the portal has answered, or would be felt as late.
+constexpr auto kPortalPatience = 80ms;
+
+} // namespace
+
+/// One call of start(), until the drag begins.
+struct X11DragOut::Start
+{
+    QPointer<QWidget> source;
+    FileDrag drag;
+    std::function<void(Outcome)> ended;
+    Task patience;
+};
+
+X11DragOut::X11DragOut(TaskScheduler &scheduler, const X11RawPointer &pointer)
+    : m_scheduler(scheduler)
+    , m_pointer(pointer)
+{
+}
+
+void X11DragOut::start(QWidget &source, const FileDrag &drag, std::function<void(Outcome)> ended)
+{
+    if (m_isBusy) {
+        QMetaObject::invokeMethod(
+            &source, [ended = std::move(ended)] { ended(Outcome::Cancelled); }, Qt::QueuedConnection);
+        return;
+    }
+    m_isBusy = true;
+    // Shared by the two that may begin the drag, the portal's answer and the end of patience: the first one takes it.
+    const auto pending = std::make_shared<std::unique_ptr<Start>>(
+        std::make_unique<Start>(Start{&source, drag, std::move(ended), Task()}));
+    const auto begin = [this, pending](const QString &key) {
+        if (*pending) {
+            (*pending)->patience.cancel();
+            // From a clean stack: the drag runs an event loop of its own.
+            QMetaObject::invokeMethod(
+                &m_fileTransfer, [this, start = std::shared_ptr<Start>(std::move(*pending)), key] { run(*start, key); },
+                Qt::QueuedConnection);
+        }
+    };
+    (*pending)->patience = m_scheduler.after(kPortalPatience, &m_fileTransfer, [begin] { begin({}); });
+    m_fileTransfer.offer(drag.paths, &source, begin);
+}
+
+void X11DragOut::run(const Start &start, const QString &portalKey)
+{
+    const auto pointer = m_pointer.state();
+    if (!start.source || !pointer || !pointer->isButtonHeld) {
+        m_isBusy = false;
+        if (start.source) {
+            start.ended(Outcome::Cancelled); // let go already: the toolkit would drag until the next click
+        }
+        return;
+    }
+    std::unique_ptr<QMimeData> data = mimeDataOf(ClipboardFiles{start.drag.paths});
+    if (!portalKey.isEmpty()) {
+        data->setData(QStringLiteral("application/vnd.portal.filetransfer"), portalKey.toUtf8());
+    }
+    // Not of the source, which may go while the drag goes on. The toolkit deletes it when it has ended.
+    auto &drag = makeChild<QDrag>(QCoreApplication::instance());
+    drag.setMimeData(data.release());
+    drag.setPixmap(start.drag.picture);
+    drag.setHotSpot(start.drag.hotSpot);
+    const QPointer<QObject> self(&m_fileTransfer); // the program may end meanwhile
+    const Qt::DropAction action = drag.exec(Qt::CopyAction, Qt::CopyAction);
+    if (self) {
+        m_isBusy = false;
+    }
+    if (start.source) {
+        start.ended(action == Qt::IgnoreAction ? Outcome::Cancelled : Outcome::Dropped);
+    }
+}
+
+} // namespace ostrelle

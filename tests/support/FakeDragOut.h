@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/DragOut.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace ostrelle {
+
+/// Drags out of the panel that a test ends. Like a desktop it has one at a time, and answers never from within start().
+class FakeDragOut final : public DragOut
+{
+public:
+    void start(QWidget &source, const FileDrag &drag, std::function<void(Outcome)> ended) override;
+
+    /// The user lets go, or gives up.
+    void end(Outcome outcome);
+
+    bool isRunning() const { return m_ended != nullptr; }
+    int count() const { return m_count; }
+    /// The last one.
+    const FileDrag &drag() const { return m_drag; }
+
+private:
+    QPointer<QWidget> m_source;
+    FileDrag m_drag;
+    std::function<void(Outcome)> m_ended;
+    int m_count = 0;
+};
+
+} // namespace ostrelle

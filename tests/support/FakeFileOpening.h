@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/FileOpening.h"
+
+#include <QStringList>
+
+namespace ostrelle {
+
+/// A desktop that keeps a list of what it was asked for.
+class FakeFileOpening final : public FileOpening
+{
+public:
+    void open(const QString &path, const ActivationToken &) override { opened << path; }
+    void reveal(const QString &path, const ActivationToken &) override { revealed << path; }
+
+    QStringList opened;
+    QStringList revealed;
+};
+
+} // namespace ostrelle
