@@ -54,6 +54,8 @@ bool PictureBuilder::begin(PictureFacts facts)
     if (m_isTooLarge || !isPossible(full) || !isPossible(facts.decoded))
         return false;
     m_facts = std::move(facts);
+    if (m_facts.orientation == 1)
+        m_facts.orientation = m_assumedOrientation;
     const PixelArea area = wantedArea(m_facts.decoded);
     m_shrinker.emplace(area, targetSize(area.size), m_facts.layout);
     return true;

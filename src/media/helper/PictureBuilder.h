@@ -45,6 +45,9 @@ public:
     /// For pictures made of outlines, which have no pixels: also above 1.
     double drawScale(PixelSize full) const;
 
+    /// For a picture inside a file that says how it is to be held: used where the picture itself says nothing.
+    void assumeOrientation(int orientation) { m_assumedOrientation = orientation; }
+
     /// False when it is too large, or has no pixels; then no row may follow.
     bool begin(PictureFacts facts);
     void addRow(const std::uint8_t *row) { m_shrinker->add(row); }
@@ -62,6 +65,7 @@ private:
 
     const PictureWish m_wish;
     PictureFacts m_facts;
+    int m_assumedOrientation = 1;
     bool m_isTooLarge = false;
     std::optional<RowShrinker> m_shrinker;
 };
