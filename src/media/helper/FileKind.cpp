@@ -67,6 +67,7 @@ constexpr std::array kMagics{
     Magic{0, "wvpk"sv, FileKind::OtherMedia},                             // WavPack
     Magic{0, "MPCK"sv, FileKind::OtherMedia},                             // Musepack
     Magic{0, ".RMF"sv, FileKind::OtherMedia},
+    Magic{0, "YUV4MPEG2 "sv, FileKind::OtherMedia},
 };
 
 constexpr std::array kHeifBrands{"heic"sv, "heix"sv, "heim"sv, "heis"sv, "hevc"sv,
