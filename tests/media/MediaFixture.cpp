@@ -44,9 +44,9 @@ QByteArray withOrientation(const QByteArray &jpeg, int orientation)
 {
     QByteArray exif("\xff\xe1\x00\x22"
                     "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0",
-                    31);
+                    29);
     exif += char(orientation);
-    exif += QByteArray(4, '\0');
+    exif += QByteArray(6, '\0');
     return jpeg.left(2) + exif + jpeg.mid(2);
 }
 

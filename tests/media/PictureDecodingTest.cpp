@@ -154,14 +154,15 @@ MediaFailure PictureDecodingTest::failureOf(const QByteArray &bytes)
 void PictureDecodingTest::commonKindsKeepShapeAndColour_data()
 {
     QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("isGray");
     const QImage image = turnable(640, 320);
     for (const char *format : {"png", "jpg", "bmp", "tiff", "webp"})
-        QTest::newRow(format) << encoded(image, format, 95);
-    QTest::newRow("gray jpg") << encoded(image.convertToFormat(QImage::Format_Grayscale8), "jpg", 95);
-    QTest::newRow("16 bits") << encoded(image.convertToFormat(QImage::Format_RGBA64), "png");
-    QTest::newRow("palette png") << encoded(image.convertToFormat(QImage::Format_Indexed8), "png");
-    QTest::newRow("palette bmp") << encoded(image.convertToFormat(QImage::Format_Indexed8), "bmp");
-    QTest::newRow("ico") << ico(image);
+        QTest::newRow(format) << encoded(image, format, 95) << false;
+    QTest::newRow("gray jpg") << encoded(image.convertToFormat(QImage::Format_Grayscale8), "jpg", 95) << true;
+    QTest::newRow("16 bits") << encoded(image.convertToFormat(QImage::Format_RGBA64), "png") << false;
+    QTest::newRow("palette png") << encoded(image.convertToFormat(QImage::Format_Indexed8), "png") << false;
+    QTest::newRow("palette bmp") << encoded(image.convertToFormat(QImage::Format_Indexed8), "bmp") << false;
+    QTest::newRow("ico") << ico(image) << false;
 }
 
 void PictureDecodingTest::commonKindsKeepShapeAndColour()
@@ -171,10 +172,10 @@ void PictureDecodingTest::commonKindsKeepShapeAndColour()
     const QImage image = imageOf(result);
     QCOMPARE(image.size(), QSize(100, 50));
     QCOMPARE(std::get<MediaPicture>(result).sourceWidth, 640);
-    const bool isGray = QByteArray(QTest::currentDataTag()).startsWith("gray");
-    QVERIFY(isNear(image.pixelColor(5, 5), Qt::white));
-    QVERIFY(isNear(image.pixelColor(20, 40), isGray ? QColor(76, 76, 76) : QColor(Qt::red), 60));
-    QVERIFY(isNear(image.pixelColor(80, 25), isGray ? QColor(150, 150, 150) : QColor(Qt::green), 60));
+    QFETCH(bool, isGray);
+    const QImage expected = isGray ? turnable(100, 50).convertToFormat(QImage::Format_Grayscale8) : turnable(100, 50);
+    for (const QPoint &place : {QPoint(5, 5), QPoint(20, 40), QPoint(80, 25)})
+        QVERIFY(isNear(image.pixelColor(place), expected.pixelColor(place)));
 }
 
 void PictureDecodingTest::picturesStandUpright_data()
@@ -194,6 +195,7 @@ void PictureDecodingTest::picturesStandUpright()
     QImageReader reader(&buffer, "jpg");
     reader.setAutoTransform(true);
     const QImage expected = reader.read();
+    QCOMPARE(expected.height() > expected.width(), orientation >= 5);
     const QImage image = imageOf(pictureOf(jpeg, 80));
     QCOMPARE(image.size(), expected.size() / 4);
     for (const QPoint &place : {QPoint(4, 4), QPoint(image.width() - 5, 4), QPoint(4, image.height() - 5),
@@ -263,9 +265,9 @@ void PictureDecodingTest::drawingsAndDocumentsAreDrawnInTheSizeAskedFor()
 
 void PictureDecodingTest::videoShowsAPictureThatIsNotBlack()
 {
-    const QImage bright = imageOf(pictureOf(film({0, 0, 0, 0, 0, 0, 0, 180, 180, 180}), 64));
+    const QImage bright = imageOf(pictureOf(film({0, 0, 0, 0, 0, 180, 180, 180, 180, 180}), 64));
     QCOMPARE(bright.size(), QSize(64, 48));
-    QVERIFY(isNear(bright.pixelColor(30, 20), QColor(180, 180, 180)));
+    QVERIFY(isNear(bright.pixelColor(30, 20), QColor(191, 191, 191)));
     const QImage black = imageOf(pictureOf(film({0, 0, 0}), 64));
     QVERIFY(isNear(black.pixelColor(30, 20), Qt::black));
 }
@@ -328,7 +330,7 @@ void PictureDecodingTest::hostileFilesHaveNoPicture_data()
         MediaFailure::Broken);
     row("gif without an end", QByteArray("GIF89a\x10\0\x10\0\0\0\0", 13) + QByteArray(4'000'000, '\x21'),
         MediaFailure::Broken);
-    row("gif that claims 65535 by 65535", QByteArray("GIF89a\xff\xff\xff\xff\0\0\0,\0\0\0\0\xff\xff\xff\xff\0\2", 23),
+    row("gif that claims 65535 by 65535", QByteArray("GIF89a\xff\xff\xff\xff\0\0\0,\0\0\0\0\xff\xff\xff\xff\0\2", 24),
         MediaFailure::TooLarge);
     row("tiff with a directory that leads to itself", QByteArray("II*\0\x08\0\0\0\0\0\x08\0\0\0", 14),
         MediaFailure::Broken);

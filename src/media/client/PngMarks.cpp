@@ -23,6 +23,13 @@ QByteArray readAt(int descriptor, qint64 offset, qsizetype size)
     return bytes;
 }
 
+/// Bounded by how much zlib can make of kLongestText bytes, a thousand times as many.
+QByteArray unpacked(const QByteArray &stream)
+{
+    // Qt wants a guess of the length before the stream.
+    return qUncompress(QByteArray(4, '\0') + stream);
+}
+
 } // namespace
 
 PngMarks readPngMarks(int descriptor, const QByteArrayList &keys)
@@ -36,11 +43,12 @@ PngMarks readPngMarks(int descriptor, const QByteArrayList &keys)
         if (header.size() < 8 || header.endsWith("IEND"))
             break;
         const auto size = qFromBigEndian<quint32>(header.constData());
-        if (header.endsWith("tEXt") && size <= kLongestText) {
+        const bool isPacked = header.endsWith("zTXt");
+        if ((isPacked || header.endsWith("tEXt")) && size <= kLongestText) {
             const QByteArray text = readAt(descriptor, offset + 8, qsizetype(size));
             const qsizetype end = text.indexOf('\0');
             if (end > 0 && keys.contains(text.left(end)))
-                marks.insert(text.left(end), text.mid(end + 1));
+                marks.insert(text.left(end), isPacked ? unpacked(text.mid(end + 2)) : text.mid(end + 1));
         }
         offset += qint64(size) + 12;
     }
