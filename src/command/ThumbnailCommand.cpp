@@ -17,6 +17,8 @@ namespace ostrelle {
 namespace {
 
 constexpr int kDefaultSide = 256;
+/// Small pictures gain little from more.
+constexpr int kCompression = 2;
 
 QString reasonOf(MediaFailure failure)
 {
@@ -67,8 +69,10 @@ QByteArray unpremultiplied(QByteArray pixels)
 std::optional<QString> writePng(const QString &path, const MediaPicture &picture)
 {
     const QByteArray rgba = unpremultiplied(picture.pixels);
+    PngOptions options;
+    options.compression = kCompression;
     const auto png =
-        encodePng({picture.width, picture.height, reinterpret_cast<const std::uint8_t *>(rgba.constData())}, {});
+        encodePng({picture.width, picture.height, reinterpret_cast<const std::uint8_t *>(rgba.constData())}, options);
     if (!png)
         return QStringLiteral("cannot be encoded");
     QSaveFile file(path);

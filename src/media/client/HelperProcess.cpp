@@ -16,6 +16,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace ostrelle {
@@ -103,8 +106,59 @@ bool isSound(const HelperRequest &request, const HelperAnswer &answer)
 
 } // namespace
 
+/// The process, from the wish for it to its end. Starting it holds the thread up until the system has loaded it, which
+/// was measured to take from 1 to more than 100 ms, so a thread of its own does.
+class HelperProcess::Start
+{
+public:
+    void run(const QString &executable, FileDescriptor socket)
+    {
+        const pid_t pid = SpawnPlan(socket.get()).spawn(executable);
+        const std::lock_guard lock(m_mutex);
+        m_pid = pid;
+        if (m_isUnwanted)
+            killLocked();
+    }
+
+    /// Kills it, now or as soon as it is there. Returns a descriptor that is readable when it has ended, which may be
+    /// none.
+    FileDescriptor kill()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isUnwanted = true;
+        if (m_pid <= 0)
+            return {};
+        ::kill(m_pid, SIGKILL);
+        return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
+    }
+
+    /// After kill().
+    void reap()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_pid > 0)
+            killLocked();
+    }
+
+private:
+    void killLocked()
+    {
+        if (m_pid > 0) {
+            ::kill(m_pid, SIGKILL);
+            ::waitpid(m_pid, nullptr, 0); // over in a moment
+        }
+        m_pid = -1;
+    }
+
+    /// Guards the rest.
+    std::mutex m_mutex;
+    pid_t m_pid = -1;
+    bool m_isUnwanted = false;
+};
+
 HelperProcess::HelperProcess(const QString &executable, QObject *parent)
     : QObject(parent)
+    , m_start(std::make_shared<Start>())
 {
     start(executable);
 }
@@ -112,8 +166,7 @@ HelperProcess::HelperProcess(const QString &executable, QObject *parent)
 HelperProcess::~HelperProcess()
 {
     kill();
-    if (m_pid > 0)
-        ::waitpid(m_pid, nullptr, 0); // killed: over in a moment
+    m_start->reap();
 }
 
 void HelperProcess::start(const QString &executable)
@@ -122,14 +175,13 @@ void HelperProcess::start(const QString &executable)
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
         return;
     m_socket.reset(ends[0]);
-    const FileDescriptor other(ends[1]);
     ::fcntl(m_socket.get(), F_SETFL, ::fcntl(m_socket.get(), F_GETFL) | O_NONBLOCK);
-    m_pid = SpawnPlan(other.get()).spawn(executable);
-    if (m_pid < 0)
-        return;
-    m_end.reset(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
     m_readable = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
     connect(m_readable.get(), &QSocketNotifier::activated, this, &HelperProcess::receive);
+    // One that does not start leaves a closed socket behind, as one that dies.
+    std::thread([start = m_start, executable, other = FileDescriptor(ends[1])]() mutable {
+        start->run(executable, std::move(other));
+    }).detach();
 }
 
 bool HelperProcess::ask(const HelperRequest &request, int file)
@@ -196,28 +248,23 @@ void HelperProcess::kill()
     if (m_readable)
         m_readable->setEnabled(false);
     m_socket.reset();
-    if (m_pid > 0)
-        ::kill(m_pid, SIGKILL);
+    m_end = m_start->kill();
 }
 
 void HelperProcess::retire()
 {
     disconnect();
     kill();
-    if (m_pid <= 0 || !m_end) {
+    if (!m_end) {
         deleteLater();
         return;
     }
     m_ended = std::make_unique<QSocketNotifier>(m_end.get(), QSocketNotifier::Read);
-    connect(m_ended.get(), &QSocketNotifier::activated, this, &HelperProcess::reap);
-}
-
-void HelperProcess::reap()
-{
-    m_ended->setEnabled(false);
-    ::waitpid(m_pid, nullptr, WNOHANG);
-    m_pid = -1;
-    deleteLater();
+    connect(m_ended.get(), &QSocketNotifier::activated, this, [this] {
+        m_ended->setEnabled(false);
+        m_start->reap();
+        deleteLater();
+    });
 }
 
 } // namespace ostrelle

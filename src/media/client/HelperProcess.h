@@ -9,8 +9,6 @@
 
 #include <memory>
 
-#include <sys/types.h>
-
 class QSocketNotifier;
 
 namespace ostrelle {
@@ -24,9 +22,7 @@ public:
     /// Kills it.
     ~HelperProcess() override;
 
-    bool isRunning() const { return m_pid > 0; }
-    bool isBusy() const { return m_isBusy; }
-    /// Hands it a file. False when it cannot be reached any more.
+    /// Hands it a file, also while it is still starting. False when it cannot be reached any more.
     bool ask(const HelperRequest &request, int file);
     /// Kills it, and deletes this object when it is gone. Nothing is emitted any more.
     void retire();
@@ -38,13 +34,15 @@ Q_SIGNALS:
     void lost();
 
 private:
+    class Start;
+
     void start(const QString &executable);
     void receive();
     bool takeHeader();
     void kill();
-    void reap();
 
-    pid_t m_pid = -1;
+    // Shared with the thread that starts it, which may take longer than this object lives.
+    std::shared_ptr<Start> m_start;
     FileDescriptor m_socket;
     FileDescriptor m_end; ///< readable when the process has ended
     std::unique_ptr<QSocketNotifier> m_readable;

@@ -7,6 +7,11 @@
 #include <unistd.h>
 
 namespace ostrelle {
+namespace {
+
+constexpr std::size_t kWindow = 64 * 1024;
+
+} // namespace
 
 std::vector<std::uint8_t> ByteSource::whole(std::uint64_t limit)
 {
@@ -26,6 +31,22 @@ FileSource::FileSource(int descriptor)
 }
 
 std::size_t FileSource::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer)
+{
+    if (buffer.size() >= kWindow)
+        return readFile(offset, buffer);
+    const bool isInside = offset >= m_windowBegin && offset + buffer.size() <= m_windowBegin + m_window.size();
+    if (!isInside) {
+        m_window.resize(kWindow);
+        m_windowBegin = offset;
+        m_window.resize(readFile(offset, m_window));
+    }
+    const std::size_t start = static_cast<std::size_t>(offset - m_windowBegin);
+    const std::size_t count = std::min(buffer.size(), m_window.size() - start);
+    std::memcpy(buffer.data(), m_window.data() + start, count);
+    return count;
+}
+
+std::size_t FileSource::readFile(std::uint64_t offset, std::span<std::uint8_t> buffer) const
 {
     std::size_t done = 0;
     while (done < buffer.size() && offset + done < m_size) {

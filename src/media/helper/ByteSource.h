@@ -22,7 +22,8 @@ public:
     std::vector<std::uint8_t> whole(std::uint64_t limit);
 };
 
-/// An open regular file; the descriptor stays the caller's.
+/// An open regular file; the descriptor stays the caller's. Small reads come from a window that is read at once,
+/// because some libraries ask for a few bytes at a time.
 class FileSource final : public ByteSource
 {
 public:
@@ -31,8 +32,12 @@ public:
     std::size_t readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) override;
 
 private:
+    std::size_t readFile(std::uint64_t offset, std::span<std::uint8_t> buffer) const;
+
     int m_descriptor;
     std::uint64_t m_size = 0;
+    std::uint64_t m_windowBegin = 0;
+    std::vector<std::uint8_t> m_window;
 };
 
 /// A picture that was found inside a file.
