@@ -73,7 +73,7 @@ void BmpRows::unpackIndexed()
     const std::size_t perByte = 8 / bits;
     for (std::size_t x = 0; x < m_rgba.size() / 4; ++x) {
         const std::size_t shift = 8 - bits * (x % perByte + 1);
-        const auto &colour = m_palette[m_stored[x / perByte] >> shift & ((1U << bits) - 1)];
+        const auto &colour = m_palette[std::size_t(m_stored[x / perByte]) >> shift & ((std::size_t(1) << bits) - 1)];
         std::copy(colour.begin(), colour.end(), m_rgba.begin() + static_cast<std::ptrdiff_t>(4 * x));
         m_rgba[4 * x + 3] = 0xff;
     }
