@@ -4,6 +4,9 @@ build_packages=(
   qt6-base-dev libgl-dev libsimdjson-dev libbenchmark-dev
   libxcb1-dev libxcb-xfixes0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-xinput-dev libxcb-shm0-dev
   libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xtest0-dev
+  libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
+  libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
+  libjxl-dev
 )
 run_packages=(
   libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
@@ -14,5 +17,5 @@ tour_packages=(
   python3 python3-gi gir1.2-gtk-3.0 python3-pyatspi procps
 )
 test_packages=(
-  clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace
+  clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
 )

@@ -1,5 +1,9 @@
 #include "command/CommandLine.h"
 
+#include "command/Help.h"
+
+#include <algorithm>
+
 namespace ostrelle {
 
 namespace {
@@ -36,29 +40,57 @@ QString takeName(QStringList &words)
     return name;
 }
 
+bool isOptional(const QString &option)
+{
+    return option.startsWith(QLatin1Char('['));
+}
+
+QString optionName(const QString &option)
+{
+    return option.mid(isOptional(option) ? 1 : 0).section(QLatin1Char(' '), 0, 0);
+}
+
+bool takesOption(const CommandSpec &command, const QString &name)
+{
+    return std::any_of(command.options.cbegin(), command.options.cend(),
+                       [&name](const QString &option) { return optionName(option) == name; });
+}
+
+bool isComplete(const Invocation &invocation)
+{
+    const CommandSpec &command = *invocation.command;
+    const bool hasOptions =
+        std::all_of(command.options.cbegin(), command.options.cend(), [&invocation](const QString &option) {
+            return isOptional(option) || invocation.options.contains(optionName(option));
+        });
+    return hasOptions && invocation.arguments.size() >= command.minimumArguments &&
+           invocation.arguments.size() <= command.maximumArguments;
+}
+
 ParsedCommandLine parseArguments(const CommandSpec &command, const QStringList &words)
 {
     Invocation invocation{&command, {}, false, true};
     bool onlyArguments = false;
-    for (const QString &word : words) {
+    for (qsizetype at = 0; at < words.size(); ++at) {
+        const QString &word = words.at(at);
         if (!onlyArguments && word == u"--") {
             onlyArguments = true;
         } else if (!onlyArguments && (word == u"--help" || word == u"-h")) {
             return HelpRequest{command.name};
         } else if (!onlyArguments && word == u"--json" && command.takesJson) {
             invocation.json = true;
+        } else if (!onlyArguments && takesOption(command, word)) {
+            if (++at == words.size())
+                return problem(QStringLiteral("%1: %2 needs a value").arg(command.name, word));
+            invocation.options.insert(word, words.at(at));
         } else if (!onlyArguments && word.startsWith(u"--")) {
             return problem(QStringLiteral("%1: unknown option %2").arg(command.name, word));
         } else {
             invocation.arguments.append(word);
         }
     }
-    if (invocation.arguments.size() < command.minimumArguments ||
-        invocation.arguments.size() > command.maximumArguments) {
-        const QString usage =
-            command.arguments.isEmpty() ? command.name : command.name + QLatin1Char(' ') + command.arguments;
-        return problem(QStringLiteral("usage: ostrelle %1").arg(usage));
-    }
+    if (!isComplete(invocation))
+        return problem(QStringLiteral("usage: ostrelle %1").arg(usageOf(command)));
     return invocation;
 }
 

@@ -2,6 +2,7 @@
 
 #include "command/CommandTable.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -15,7 +16,8 @@ struct Invocation
     const CommandSpec *command = nullptr;
     QStringList arguments;
     bool json = false;
-    bool isExplicit = true; ///< false when no command was given
+    bool isExplicit = true;               ///< false when no command was given
+    QHash<QString, QString> options = {}; ///< by their names, "--size"
 };
 
 struct HelpRequest

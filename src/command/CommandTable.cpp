@@ -5,6 +5,7 @@
 #include "command/ProjectsCommands.h"
 #include "command/SettingsCommands.h"
 #include "command/ShelfCommands.h"
+#include "command/ThumbnailCommand.h"
 
 namespace ostrelle {
 
@@ -102,6 +103,16 @@ std::vector<CommandSpec> makeTable()
          1,
          1,
          runSettingsReset},
+        {text("thumbnail"),
+         text("FILE"),
+         text("Write a picture of a file: an image, a video, the cover of a song, a document"),
+         text("FILE.png is not larger than the picture in FILE; N is its longer side, 1 to 1024, else 256.\n"
+              "It is made anew and not kept in the desktop's cache."),
+         false,
+         1,
+         1,
+         runThumbnail,
+         {text("[--size N]"), text("--output FILE.png")}},
     };
 }
 

@@ -8,16 +8,6 @@ namespace ostrelle {
 
 namespace {
 
-QString usageOf(const CommandSpec &command)
-{
-    QString usage = command.name;
-    if (command.takesJson)
-        usage += QStringLiteral(" [--json]");
-    if (!command.arguments.isEmpty())
-        usage += QLatin1Char(' ') + command.arguments;
-    return usage;
-}
-
 QString lineOf(const CommandSpec &command, qsizetype width)
 {
     return QStringLiteral("  %1  %2\n").arg(usageOf(command).leftJustified(width), command.summary);
@@ -37,6 +27,18 @@ QString commandLines(const QString &group)
 }
 
 } // namespace
+
+QString usageOf(const CommandSpec &command)
+{
+    QString usage = command.name;
+    if (command.takesJson)
+        usage += QStringLiteral(" [--json]");
+    if (!command.arguments.isEmpty())
+        usage += QLatin1Char(' ') + command.arguments;
+    for (const QString &option : command.options)
+        usage += QLatin1Char(' ') + option;
+    return usage;
+}
 
 QString helpText(const QString &topic)
 {

@@ -58,6 +58,11 @@ QString defaultsFile()
            QStringLiteral("/defaults.json");
 }
 
+QString thumbnails()
+{
+    return baseFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QStringLiteral("/thumbnails");
+}
+
 QString controlSocket()
 {
     const QString name = QStringLiteral("/control");

@@ -11,6 +11,8 @@ namespace AppPaths {
 QString support();
 /// $XDG_CONFIG_HOME/Ostrelle/defaults.json
 QString defaultsFile();
+/// $XDG_CACHE_HOME/thumbnails: the desktop's, shared with other programs.
+QString thumbnails();
 /// The control socket: $XDG_RUNTIME_DIR/ostrelle/control where that folder exists and is ours, else support()/control.
 /// A path that would not fit into a socket address falls back to the same name below /tmp/ostrelle-UID.
 QString controlSocket();

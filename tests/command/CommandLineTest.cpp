@@ -15,6 +15,7 @@ class CommandLineTest : public TestBase
 private Q_SLOTS:
     void findsCommandsWithTheirArguments_data();
     void findsCommandsWithTheirArguments();
+    void optionsTakeTheirValues();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
     void helpNamesEveryCommand();
@@ -60,6 +61,17 @@ void CommandLineTest::findsCommandsWithTheirArguments()
     QTEST(invocation->isExplicit, "isExplicit");
 }
 
+void CommandLineTest::optionsTakeTheirValues()
+{
+    const auto parsed =
+        parseCommandLine(QStringLiteral("thumbnail --size 64 photo.jpg --output out.png").split(QLatin1Char(' ')));
+    const auto *invocation = std::get_if<Invocation>(&parsed);
+    QVERIFY(invocation);
+    QCOMPARE(invocation->arguments, QStringList{QStringLiteral("photo.jpg")});
+    QCOMPARE(invocation->options.value(QStringLiteral("--size")), QStringLiteral("64"));
+    QCOMPARE(invocation->options.value(QStringLiteral("--output")), QStringLiteral("out.png"));
+}
+
 void CommandLineTest::refusesWrongUsage_data()
 {
     QTest::addColumn<QString>("line");
@@ -71,6 +83,8 @@ void CommandLineTest::refusesWrongUsage_data()
     QTest::newRow("too many") << "close now";
     QTest::newRow("unknown option") << "status --yaml";
     QTest::newRow("json where there is none") << "close --json";
+    QTest::newRow("missing option") << "thumbnail photo.jpg --size 64";
+    QTest::newRow("option without its value") << "thumbnail photo.jpg --output";
 }
 
 void CommandLineTest::refusesWrongUsage()

@@ -1,0 +1,139 @@
+#include "media_client/HelperPool.h"
+
+#include "foundation/MakeChild.h"
+#include "foundation/TaskScheduler.h"
+#include "media_client/HelperProcess.h"
+
+#include <chrono>
+#include <utility>
+
+namespace ostrelle {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kIdleLife = 4s;
+
+/// What one file may take. The helper's own limit of CPU time comes first unless it hangs.
+struct Patience
+{
+    std::chrono::seconds deadline;
+    std::uint32_t cpuSeconds;
+};
+
+constexpr Patience patienceWith(HelperKind kind)
+{
+    return kind == HelperKind::Light ? Patience{10s, 6} : Patience{20s, 12};
+}
+
+QString executableOf(HelperKind kind)
+{
+    return kind == HelperKind::Light ? QStringLiteral("/ostrelle-media") : QStringLiteral("/ostrelle-media-extra");
+}
+
+MediaFailure failureOf(HelperStatus status)
+{
+    switch (status) {
+    case HelperStatus::NoPicture:
+        return MediaFailure::NoPicture;
+    case HelperStatus::Broken:
+        return MediaFailure::Broken;
+    case HelperStatus::TooLarge:
+    case HelperStatus::OutOfMemory:
+        return MediaFailure::TooLarge;
+    default:
+        return MediaFailure::Unsupported;
+    }
+}
+
+} // namespace
+
+HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, Taker taker)
+    : m_scheduler(scheduler)
+    , m_folder(std::move(folder))
+    , m_taker(std::move(taker))
+{
+}
+
+HelperPool::~HelperPool() = default;
+
+bool HelperPool::hand(HelperKind kind, quint64 number, HelperRequest request, int file)
+{
+    Slot *slot = slotFor(kind);
+    if (!slot)
+        return false;
+    const Patience patience = patienceWith(kind);
+    request.id = ++m_lastRequest;
+    request.cpuSeconds = patience.cpuSeconds;
+    slot->job = number;
+    if (!slot->process->ask(request, file)) {
+        // Told from the event loop, as every failure is.
+        slot->deadline = m_scheduler.after(0s, this, [this, slot] { fail(*slot, MediaFailure::HelperLost); });
+        return true;
+    }
+    slot->deadline = m_scheduler.after(patience.deadline, this, [this, slot] { fail(*slot, MediaFailure::TimedOut); });
+    return true;
+}
+
+/// An idle helper of the kind, a new one, or a new one in the place of an idle one of the other kind.
+HelperPool::Slot *HelperPool::slotFor(HelperKind kind)
+{
+    Slot *idle = nullptr;
+    Slot *empty = nullptr;
+    for (Slot &slot : m_slots) {
+        if (!slot.process)
+            empty = &slot;
+        else if (!slot.job && slot.kind == kind)
+            return &slot;
+        else if (!slot.job)
+            idle = &slot;
+    }
+    Slot *chosen = empty ? empty : idle;
+    if (chosen)
+        start(*chosen, kind);
+    return chosen;
+}
+
+void HelperPool::start(Slot &slot, HelperKind kind)
+{
+    retire(slot);
+    slot.kind = kind;
+    slot.process = &makeChild<HelperProcess>(this, m_folder + executableOf(kind));
+    connect(slot.process, &HelperProcess::lost, this, [this, &slot] { fail(slot, MediaFailure::HelperLost); });
+    connect(slot.process, &HelperProcess::answered, this,
+            [this, &slot](const HelperAnswer &answer, const QByteArray &payload) {
+                HelperReply reply;
+                reply.isDeclined = answer.status == HelperStatus::Declined;
+                if (answer.status != HelperStatus::Done && !reply.isDeclined)
+                    reply.failure = failureOf(answer.status);
+                reply.answer = answer;
+                reply.payload = payload;
+                deliver(slot, std::move(reply));
+            });
+}
+
+void HelperPool::retire(Slot &slot)
+{
+    slot.deadline.cancel();
+    if (HelperProcess *process = std::exchange(slot.process, nullptr))
+        process->retire();
+}
+
+void HelperPool::fail(Slot &slot, MediaFailure failure)
+{
+    retire(slot);
+    HelperReply reply;
+    reply.failure = failure;
+    if (slot.job)
+        m_taker(*std::exchange(slot.job, std::nullopt), std::move(reply));
+}
+
+void HelperPool::deliver(Slot &slot, HelperReply reply)
+{
+    const std::optional<quint64> number = std::exchange(slot.job, std::nullopt);
+    slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
+    if (number)
+        m_taker(*number, std::move(reply));
+}
+
+} // namespace ostrelle

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "foundation/Task.h"
+#include "media_client/MediaPicture.h"
+#include "media_common/HelperProtocol.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <array>
+#include <functional>
+#include <optional>
+
+namespace ostrelle {
+
+class HelperProcess;
+class TaskScheduler;
+
+enum class HelperKind {
+    Light, ///< ostrelle-media: the common kinds, starts in a few milliseconds
+    Extra, ///< ostrelle-media-extra: everything else, starts slowly
+};
+
+/// What came of one file.
+struct HelperReply
+{
+    std::optional<MediaFailure> failure; ///< then nothing else counts
+    bool isDeclined = false;             ///< the other helper may know it
+    HelperAnswer answer;
+    QByteArray payload;
+};
+
+/// At most two helper processes, started on demand and ended a few seconds after their last file. A file that takes too
+/// long, or that its helper dies of, costs that helper only: the next file starts another. Main thread.
+class HelperPool : public QObject
+{
+    Q_OBJECT
+public:
+    using Taker = std::function<void(quint64 number, HelperReply reply)>;
+
+    /// `taker` gets each reply, from the event loop.
+    HelperPool(TaskScheduler &scheduler, QString folder, Taker taker);
+    ~HelperPool() override;
+
+    /// Gives an open file to a helper of this kind; false when both are busy. The descriptor stays the caller's.
+    bool hand(HelperKind kind, quint64 number, HelperRequest request, int file);
+
+private:
+    struct Slot
+    {
+        HelperProcess *process = nullptr; ///< a child of the pool
+        HelperKind kind = HelperKind::Light;
+        std::optional<quint64> job;
+        Task deadline; ///< of the job, or of being idle
+    };
+
+    Slot *slotFor(HelperKind kind);
+    void start(Slot &slot, HelperKind kind);
+    void retire(Slot &slot);
+    void fail(Slot &slot, MediaFailure failure);
+    void deliver(Slot &slot, HelperReply reply);
+
+    TaskScheduler &m_scheduler;
+    const QString m_folder;
+    Taker m_taker;
+    quint32 m_lastRequest = 0;
+    std::array<Slot, 2> m_slots;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "foundation/SerialQueue.h"
+#include "foundation/TaskScheduler.h"
+#include "media_client/DesktopThumbnails.h"
+#include "media_client/FileAdmission.h"
+#include "media_client/HelperPool.h"
+#include "media_client/MediaPicture.h"
+#include "media_client/MediaRequest.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <map>
+
+namespace ostrelle {
+
+/// Pictures of files and of copied bytes, decoded by helper processes that can do nothing else. Nothing blocks: files
+/// are opened on other threads, helpers are waited for by their sockets, everything has a deadline. At most two helpers
+/// run, for as long as there is work and a few seconds more. Of what waits, the request made (or raised) last comes
+/// first.
+///
+/// Main thread. An answer comes from the event loop, never from within the call; exactly once, unless its handle went
+/// away, or the client.
+class MediaClient : public QObject
+{
+    Q_OBJECT
+public:
+    using PictureAnswer = std::function<void(const PictureResult &result)>;
+    using PngAnswer = std::function<void(const PngResult &result)>;
+
+    enum class Shape {
+        Whole,  ///< the longer side as asked for
+        Square, ///< the middle square of the picture, both sides as asked for
+    };
+    enum class CacheUse { ReadAndFill, None };
+
+    /// The longest side that may be asked for.
+    static constexpr int kLongestSide = 1024;
+    /// A picture in the clipboard's history is not larger.
+    static constexpr int kPngLimit = 16 * 1024 * 1024;
+
+    struct Places
+    {
+        QString helpers;    ///< folder of the executables ostrelle-media and ostrelle-media-extra
+        QString thumbnails; ///< the desktop's cache of them, AppPaths::thumbnails()
+    };
+
+    MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent = nullptr);
+    ~MediaClient() override;
+
+    /// A picture of the file at an absolute path: of images the image, of video a frame, of audio the cover, of
+    /// documents the first page. It is not made larger than it is, `side` is 1 to kLongestSide device pixels.
+    [[nodiscard]] MediaRequest thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer);
+    /// The same of bytes in memory, of any kind that files may have; without the cache.
+    [[nodiscard]] MediaRequest thumbnailOfBytes(const QByteArray &bytes, int side, Shape shape, PictureAnswer answer);
+    /// An image of any kind as PNG, as large as it is, upright and in sRGB. Beyond 40 million pixels, or kPngLimit
+    /// bytes: MediaFailure::TooLarge.
+    [[nodiscard]] MediaRequest convertToPng(const QByteArray &bytes, PngAnswer answer);
+
+    /// The requests that have no answer yet.
+    int pendingCount() const { return static_cast<int>(m_jobs.size()); }
+
+private:
+    friend class MediaRequest;
+    enum class Stage { Waiting, Admitting, Ready, Running };
+    struct Job;
+    using Deliver = std::function<void(HelperReply &reply)>;
+
+    MediaRequest add(Job job);
+    void drop(quint64 number);
+    void raise(quint64 number);
+    bool isPending(quint64 number) const;
+
+    void startMore();
+    Job *foremost(Stage stage);
+    void takeAdmitted(quint64 number, AdmittedFile file);
+    void takeReply(quint64 number, HelperReply reply);
+    void remember(Job &job, const HelperReply &reply);
+    void finish(quint64 number, HelperReply reply);
+
+    TaskScheduler &m_scheduler;
+    const DesktopThumbnails m_cache;
+    FileAdmission m_admission;
+    HelperPool m_helpers;
+    /// Writes the cache.
+    SerialQueue m_writer;
+    std::map<quint64, Job> m_jobs;
+    quint64 m_lastNumber = 0;
+    quint64 m_lastTurn = 0;
+    int m_admitting = 0;
+    Task m_start;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace ostrelle {
+
+enum class FileKind {
+    Unknown,
+    Jpeg,
+    Png,
+    Gif,
+    WebP,
+    Tiff,
+    Bmp,
+    Ico,
+    Psd,
+    Svg,
+    Heif, ///< and AVIF
+    JpegXl,
+    Raw,
+    Pdf,
+    Mp3,
+    Flac,
+    OggAudio,
+    Mp4Audio,
+    OtherMedia, ///< video, and audio of the less common kinds
+};
+
+/// How much of a file's begin sniffedKind() wants to see.
+inline constexpr std::size_t kSniffedBytes = 4096;
+
+/// What a file is by its first bytes; its name is never asked.
+FileKind sniffedKind(std::span<const std::uint8_t> head);
+
+} // namespace ostrelle

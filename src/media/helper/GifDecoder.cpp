@@ -1,0 +1,161 @@
+#include "media_helper/ByteSource.h"
+#include "media_helper/Decoders.h"
+#include "media_helper/PictureBuilder.h"
+
+#include <gif_lib.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <utility>
+
+namespace ostrelle {
+namespace {
+
+struct CloseGif
+{
+    void operator()(GifFileType *gif) const { DGifCloseFile(gif, nullptr); }
+};
+using Gif = std::unique_ptr<GifFileType, CloseGif>;
+
+int readBytes(GifFileType *gif, GifByteType *data, int size)
+{
+    auto &bytes = *static_cast<ByteReader *>(gif->UserData);
+    return static_cast<int>(bytes.read({data, static_cast<std::size_t>(size)}));
+}
+
+/// GIF89a, appendix E: the order in which the rows of an interlaced picture are stored.
+struct InterlacePass
+{
+    int first;
+    int step;
+};
+constexpr std::array kInterlacePasses{InterlacePass{0, 8}, InterlacePass{4, 8}, InterlacePass{2, 4},
+                                      InterlacePass{1, 2}};
+
+/// Goes to the first picture and leaves its transparent colour, or -1; false when there is none. Of the extensions
+/// before it only the graphic control one counts.
+bool findPicture(GifFileType *gif, int &transparent)
+{
+    transparent = NO_TRANSPARENT_COLOR;
+    for (;;) {
+        GifRecordType record = UNDEFINED_RECORD_TYPE;
+        if (DGifGetRecordType(gif, &record) == GIF_ERROR || record == TERMINATE_RECORD_TYPE)
+            return false;
+        if (record == IMAGE_DESC_RECORD_TYPE)
+            return DGifGetImageDesc(gif) != GIF_ERROR;
+        if (record != EXTENSION_RECORD_TYPE)
+            continue;
+        int code = 0;
+        GifByteType *block = nullptr;
+        if (DGifGetExtension(gif, &code, &block) == GIF_ERROR)
+            return false;
+        while (block) {
+            GraphicsControlBlock control{};
+            if (code == GRAPHICS_EXT_FUNC_CODE && DGifExtensionToGCB(block[0], block + 1, &control) != GIF_ERROR)
+                transparent = control.TransparentColor;
+            if (DGifGetExtensionNext(gif, &block) == GIF_ERROR)
+                return false;
+        }
+    }
+}
+
+/// The colour numbers of the first picture, in the order of its rows; as many rows as the file has.
+std::vector<GifPixelType> readPicture(GifFileType *gif, bool &isWhole)
+{
+    const GifImageDesc &place = gif->Image;
+    const std::size_t width = static_cast<std::size_t>(place.Width);
+    std::vector<GifPixelType> pixels(width * static_cast<std::size_t>(place.Height));
+    isWhole = true;
+    const auto readRow = [&](int row) {
+        isWhole = isWhole &&
+                  DGifGetLine(gif, pixels.data() + static_cast<std::size_t>(row) * width, place.Width) != GIF_ERROR;
+    };
+    if (!place.Interlace) {
+        for (int row = 0; row < place.Height; ++row)
+            readRow(row);
+        return pixels;
+    }
+    for (const InterlacePass &pass : kInterlacePasses) {
+        for (int row = pass.first; row < place.Height; row += pass.step)
+            readRow(row);
+    }
+    return pixels;
+}
+
+class Canvas
+{
+public:
+    Canvas(const GifFileType &gif, int transparent, const std::vector<GifPixelType> &pixels)
+        : m_gif(gif)
+        , m_colours(gif.Image.ColorMap ? gif.Image.ColorMap : gif.SColorMap)
+        , m_transparent(transparent)
+        , m_pixels(pixels)
+        , m_row(4 * static_cast<std::size_t>(gif.SWidth))
+    {
+    }
+
+    const std::uint8_t *row(int y)
+    {
+        std::fill(m_row.begin(), m_row.end(), std::uint8_t(0));
+        const GifImageDesc &place = m_gif.Image;
+        if (y < place.Top || y >= place.Top + place.Height)
+            return m_row.data();
+        const int end = std::min(m_gif.SWidth, place.Left + place.Width);
+        for (int x = place.Left; x < end; ++x) {
+            const std::size_t pixel = static_cast<std::size_t>(y - place.Top) * static_cast<std::size_t>(place.Width) +
+                                      static_cast<std::size_t>(x - place.Left);
+            const int index = m_pixels[pixel];
+            if (index == m_transparent || index >= m_colours->ColorCount)
+                continue;
+            const GifColorType &colour = m_colours->Colors[index];
+            std::uint8_t *out = m_row.data() + 4 * static_cast<std::size_t>(x);
+            out[0] = colour.Red;
+            out[1] = colour.Green;
+            out[2] = colour.Blue;
+            out[3] = 0xff;
+        }
+        return m_row.data();
+    }
+
+    bool hasColours() const { return m_colours != nullptr; }
+
+private:
+    const GifFileType &m_gif;
+    const ColorMapObject *m_colours;
+    const int m_transparent;
+    const std::vector<GifPixelType> &m_pixels;
+    std::vector<std::uint8_t> m_row;
+};
+
+} // namespace
+
+HelperStatus decodeGif(ByteSource &source, PictureBuilder &builder)
+{
+    ByteReader bytes(source);
+    const Gif gif(DGifOpen(&bytes, readBytes, nullptr));
+    int transparent = NO_TRANSPARENT_COLOR;
+    if (!gif || !findPicture(gif.get(), transparent))
+        return HelperStatus::Broken;
+    const GifImageDesc &place = gif->Image;
+    // Some writers leave the canvas empty and mean their only picture.
+    gif->SWidth = gif->SWidth > 0 ? gif->SWidth : place.Left + place.Width;
+    gif->SHeight = gif->SHeight > 0 ? gif->SHeight : place.Top + place.Height;
+    PictureFacts facts;
+    facts.full = facts.decoded = {gif->SWidth, gif->SHeight};
+    facts.layout = PixelLayout::Rgba;
+    if (!builder.begin(std::move(facts)))
+        return builder.isTooLarge() ? HelperStatus::TooLarge : HelperStatus::Broken;
+    if (std::int64_t(place.Width) * place.Height > kWholePicturePixels)
+        return HelperStatus::TooLarge;
+    bool isWhole = false;
+    const std::vector<GifPixelType> pixels = readPicture(gif.get(), isWhole);
+    Canvas canvas(*gif, transparent, pixels);
+    if (!isWhole || !canvas.hasColours())
+        return HelperStatus::Broken;
+    for (int y = 0; y < gif->SHeight; ++y)
+        builder.addRow(canvas.row(y));
+    return HelperStatus::Done;
+}
+
+} // namespace ostrelle

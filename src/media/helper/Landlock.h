@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ostrelle {
+
+/// Takes every access to files by path from this process, but reading below `readableFolders` (Linux, Landlock: its own
+/// documentation "unprivileged access control"). True when the kernel has done so; false where it has no Landlock.
+/// Needs PR_SET_NO_NEW_PRIVS.
+bool confineFileAccess(const std::vector<std::string> &readableFolders);
+
+} // namespace ostrelle

@@ -1,0 +1,26 @@
+#include "media_helper/HelperService.h"
+
+#include <array>
+
+namespace {
+
+using namespace ostrelle;
+
+constexpr std::array kDecoders{
+    DecoderRow{FileKind::Jpeg, decodeJpeg},         DecoderRow{FileKind::Png, decodePng},
+    DecoderRow{FileKind::Gif, decodeGif},           DecoderRow{FileKind::WebP, decodeWebP},
+    DecoderRow{FileKind::Tiff, decodeTiff},         DecoderRow{FileKind::Bmp, decodeBmp},
+    DecoderRow{FileKind::Ico, decodeIco},           DecoderRow{FileKind::Mp3, decodeMp3Cover},
+    DecoderRow{FileKind::Flac, decodeFlacCover},    DecoderRow{FileKind::OggAudio, decodeOggCover},
+    DecoderRow{FileKind::Mp4Audio, decodeMp4Cover},
+};
+
+} // namespace
+
+int main()
+{
+    SandboxLimits limits;
+    limits.addressSpace = std::size_t(640) << 20U;
+    limits.cpuSeconds = 120;
+    return serveFiles(limits, pictureCommands(), {kDecoders, UnknownKinds::Decline});
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace ostrelle {
+
+struct SystemCallRights
+{
+    bool mayStartThreads = false;
+    bool mayOpenFiles = false; ///< for reading
+};
+
+/// From here on only a short list of system calls works; the rest fails with EPERM, because libraries ask for many a
+/// thing that they can do without. False when the kernel has no filters.
+[[nodiscard]] bool filterSystemCalls(const SystemCallRights &rights);
+
+} // namespace ostrelle
