@@ -1,0 +1,49 @@
+"""Prints what assistive technology sees of the running program, as JSON; with ROLE NAME ACTION it acts on that object
+first. Runs as a process of its own, in the environment of a desktop."""
+import json
+import sys
+import time
+
+import pyatspi
+
+
+def states_of(accessible):
+    return [pyatspi.stateToString(state) for state in accessible.getState().getStates()]
+
+
+def actions_of(accessible):
+    try:
+        action = accessible.queryAction()
+    except NotImplementedError:
+        return {}
+    return {action.getName(index): index for index in range(action.nActions)}
+
+
+def tree(accessible):
+    return {"role": accessible.getRoleName(), "name": accessible.name, "description": accessible.description,
+            "states": states_of(accessible), "actions": list(actions_of(accessible)),
+            "children": [tree(child) for child in accessible if child is not None]}
+
+
+def every(accessible):
+    yield accessible
+    for child in accessible:
+        if child is not None:
+            yield from every(child)
+
+
+def application(deadline=20):
+    end = time.monotonic() + deadline
+    while time.monotonic() < end:
+        for found in pyatspi.Registry.getDesktop(0):
+            if found is not None and found.name == "Ostrelle":
+                return found
+    sys.exit("the program is not on the accessibility bus")
+
+
+root = application()
+if len(sys.argv) > 1:
+    role, name, wanted = sys.argv[1:]
+    target = next(found for found in every(root) if found.getRoleName() == role and found.name == name)
+    target.queryAction().doAction(actions_of(target)[wanted])
+print(json.dumps(tree(root)))
