@@ -32,7 +32,7 @@ FileSource::FileSource(int descriptor)
 
 std::size_t FileSource::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer)
 {
-    if (buffer.size() >= kWindow)
+    if (buffer.empty() || buffer.size() >= kWindow)
         return readFile(offset, buffer);
     const bool isInside = offset >= m_windowBegin && offset + buffer.size() <= m_windowBegin + m_window.size();
     if (!isInside) {
@@ -63,7 +63,7 @@ std::size_t FileSource::readFile(std::uint64_t offset, std::span<std::uint8_t> b
 
 std::size_t MemorySource::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer)
 {
-    if (offset >= m_bytes.size())
+    if (offset >= m_bytes.size() || buffer.empty())
         return 0;
     const std::size_t count = std::min(buffer.size(), m_bytes.size() - static_cast<std::size_t>(offset));
     std::memcpy(buffer.data(), m_bytes.data() + offset, count);
