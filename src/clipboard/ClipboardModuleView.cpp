@@ -2,12 +2,12 @@
 
 #include "clipboard/ClipboardRow.h"
 #include "clipboard/ClipboardService.h"
-#include "clipboard/HistoryCount.h"
 #include "foundation/MakeChild.h"
 #include "foundation/TaskScheduler.h"
 #include "notch/controls/EmptyStateView.h"
 #include "notch/controls/GlyphButton.h"
 #include "notch/controls/InlineSearchField.h"
+#include "notch/controls/ItemCount.h"
 #include "notch/controls/NotchMenu.h"
 #include "platform/Haptics.h"
 #include "platform/Popups.h"
@@ -63,7 +63,7 @@ ClipboardModuleView::ClipboardModuleView(ClipboardService &service, Haptics &hap
     , m_search(makeChild<InlineSearchField>(this, context, QStringLiteral("Search history")))
     , m_list(makeChild<ClipboardListView>(this, context, m_results, m_pictures, icons))
     , m_empty(makeChild<EmptyStateView>(this, context, noItems()))
-    , m_count(makeChild<HistoryCount>(this, context))
+    , m_count(makeChild<ItemCount>(this, context))
     , m_clear(makeChild<GlyphButton>(
           this, context,
           GlyphButton::Content{.symbol = QStringLiteral("trash"), .help = QStringLiteral("Clear history")}))

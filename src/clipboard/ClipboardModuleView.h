@@ -17,8 +17,8 @@ namespace ostrelle {
 class ClipboardService;
 class EmptyStateView;
 class Haptics;
-class HistoryCount;
 class InlineSearchField;
+class ItemCount;
 class Popups;
 class TaskScheduler;
 
@@ -75,7 +75,7 @@ private:
     InlineSearchField &m_search;
     ClipboardListView &m_list;
     EmptyStateView &m_empty;
-    HistoryCount &m_count;
+    ItemCount &m_count;
     GlyphButton &m_clear;
     std::unique_ptr<QMenu> m_menu;
     double m_wantedHeight = 0;

@@ -6,12 +6,12 @@
 
 namespace ostrelle {
 
-/// The number of items in the header, in figures of one width.
-class HistoryCount : public QWidget
+/// The number of entries in the header of a tool, in figures of one width.
+class ItemCount : public QWidget
 {
     Q_OBJECT
 public:
-    HistoryCount(const ControlContext &context, QWidget *parent);
+    ItemCount(const ControlContext &context, QWidget *parent);
 
     void setCount(int count);
 

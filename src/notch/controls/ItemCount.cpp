@@ -1,4 +1,4 @@
-#include "clipboard/HistoryCount.h"
+#include "notch/controls/ItemCount.h"
 
 #include "notch/AccessibleRole.h"
 #include "notch/NotchAppearance.h"
@@ -23,7 +23,7 @@ double figureWidth(const QFont &font)
 
 } // namespace
 
-HistoryCount::HistoryCount(const ControlContext &context, QWidget *parent)
+ItemCount::ItemCount(const ControlContext &context, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
 {
@@ -33,7 +33,7 @@ HistoryCount::HistoryCount(const ControlContext &context, QWidget *parent)
     connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
 }
 
-void HistoryCount::setCount(int count)
+void ItemCount::setCount(int count)
 {
     m_figures = QString::number(count);
     setAccessibleName(count == 1 ? QStringLiteral("1 item") : m_figures + QStringLiteral(" items"));
@@ -41,13 +41,13 @@ void HistoryCount::setCount(int count)
     update();
 }
 
-QSize HistoryCount::sizeHint() const
+QSize ItemCount::sizeHint() const
 {
     const double width = figureWidth(Theme::font(FontRole::Micro)) * static_cast<double>(m_figures.size());
     return {static_cast<int>(std::ceil(width + kTrailingGap)), kHeight};
 }
 
-void HistoryCount::paintEvent(QPaintEvent *)
+void ItemCount::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setFont(Theme::font(FontRole::Micro));
