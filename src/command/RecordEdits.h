@@ -15,14 +15,22 @@
 
 namespace ostrelle {
 
+/// Waits until the list is on the disk; Failed, and told, when it cannot be written.
+template <typename Record>
+ExitStatus written(JsonListStore<Record> &store)
+{
+    return store.flush() ? ExitStatus::Done
+                         : fail(ExitStatus::Failed,
+                                QStringLiteral("cannot write %1/%2").arg(AppPaths::support(), Record::kFileName));
+}
+
 /// Changes the stored list of records on the disk; the caller holds the lock. Failed when it cannot be written.
 template <typename Record>
 ExitStatus editRecords(const std::function<QList<Record>(const QList<Record> &)> &edit)
 {
     JsonListStore<Record> store(AppPaths::support());
     store.save(edit(store.load()));
-    // The store has told why.
-    return store.flush() ? ExitStatus::Done : ExitStatus::Failed;
+    return written(store);
 }
 
 /// The same for entry `number` of `tool`.
@@ -35,7 +43,7 @@ ExitStatus editRecord(const QString &tool, int number,
     if (number > records.size())
         return noEntry(tool, number);
     store.save(edit(records, number - 1));
-    return store.flush() ? ExitStatus::Done : ExitStatus::Failed;
+    return written(store);
 }
 
 /// Lists the records, from the running program or the disk, a line of `line(record)` each.

@@ -204,8 +204,8 @@ void MediaClientTest::manyFilesShareTwoHelpersThatEndWhenIdle()
         mostChildren = std::max(mostChildren, childCount());
         return answers == 60;
     }));
-    // One that was just told to end may still be there.
-    QVERIFY(mostChildren <= 3);
+    // In each place one that was just told to end may still be there.
+    QVERIFY2(mostChildren <= 4, qPrintable(QString::number(mostChildren)));
     m_scheduler->advance(5s);
     QVERIFY(QTest::qWaitFor([] { return childCount() == 0; }));
     QCOMPARE(m_scheduler->pendingCount(), 0);
