@@ -116,7 +116,7 @@ double ModuleTile::cornerRadius() const
 
 bool ModuleTile::hitButton(const QPoint &position) const
 {
-    return isOpen() && shape().contains(position);
+    return isOpen() && rect().contains(position);
 }
 
 void ModuleTile::keyPressEvent(QKeyEvent *event)

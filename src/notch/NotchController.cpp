@@ -9,6 +9,8 @@
 #include "platform/Platform.h"
 #include "platform/PointerNear.h"
 
+#include <utility>
+
 namespace ostrelle {
 
 namespace {
@@ -17,6 +19,8 @@ namespace {
 constexpr std::chrono::milliseconds kClosingTime{520};
 /// In which a window manager gives the keyboard to a window that was pressed.
 constexpr std::chrono::milliseconds kFocusByPressTime{150};
+/// The press that chose a candidate may be heard of after what it committed.
+constexpr std::chrono::milliseconds kCompositionEcho{300};
 
 } // namespace
 
@@ -80,7 +84,9 @@ void NotchController::present(std::optional<KestroModule> module, Focus focus, O
         follow(screen->name);
     // An application that was activated just before must not close what is opened now.
     m_platform.outsideActivity().disregardPast();
-    m_platform.panelHost().raise();
+    // Raising again would put the panel above the candidates of an input method.
+    if (m_viewModel.phase() != Phase::Expanded || !m_platform.panelHost().hasKeyboard())
+        m_platform.panelHost().raise();
     const bool isByHover = opening == Opening::ByHover;
     // Opened first: a keyboard that is gained by a closed notch is given back at once.
     m_viewModel.expand(module, isByHover);
@@ -225,6 +231,8 @@ void NotchController::phaseChanged()
 {
     if (m_viewModel.phase() != Phase::Expanded) {
         m_hoverDismissWatch.cancel();
+        m_isComposing = false;
+        m_pressAside.cancel();
         giveUpKeyboard();
     }
     updateScreenWatch();
@@ -259,9 +267,31 @@ void NotchController::screensChanged()
 void NotchController::pressedOutside()
 {
     m_dragWatch.begin();
+    // While somebody composes, a press may choose a candidate in the input method's window, which only differs from
+    // other windows in that it leaves the keyboard where it is.
+    const bool mayChoose =
+        m_isComposing || (m_compositionEnd && m_scheduler.now() - *m_compositionEnd < kCompositionEcho);
+    if (mayChoose && m_platform.panelHost().hasKeyboard()) {
+        m_pressAside = m_scheduler.after(kFocusByPressTime, this, [this] {
+            if (!m_platform.panelHost().hasKeyboard())
+                closeByPress();
+        });
+    } else {
+        closeByPress();
+    }
+}
+
+void NotchController::closeByPress()
+{
     m_isClosingByPress = true;
     closeByOthers();
     m_isClosingByPress = false;
+}
+
+void NotchController::setComposing(bool isComposing)
+{
+    if (std::exchange(m_isComposing, isComposing) && !isComposing)
+        m_compositionEnd = m_scheduler.now();
 }
 
 void NotchController::closeByOthers()

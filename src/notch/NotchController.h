@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Task.h"
+#include "foundation/TaskScheduler.h"
 #include "notch/DragWatch.h"
 #include "notch/HoverDismissWatch.h"
 #include "notch/NotchMetrics.h"
@@ -23,7 +24,6 @@ namespace ostrelle {
 class NotchViewModel;
 class Platform;
 class SettingsStore;
-class TaskScheduler;
 enum class SurfaceMotion;
 
 /// Keeps the panel on the right screen at the right size and turns pointer, keyboard, drag and application events into
@@ -54,6 +54,8 @@ public:
     void releaseAutoCollapse(std::chrono::nanoseconds delay);
     /// A press in the open panel takes the keyboard.
     void pressedInside();
+    /// An input method composes text in the panel, or has ended.
+    void setComposing(bool isComposing);
     /// Escape in the panel: back to the selector, or closed.
     void escapePressed();
 
@@ -85,6 +87,7 @@ private:
     void phaseChanged();
     void screensChanged();
     void pressedOutside();
+    void closeByPress();
     void closeByOthers();
     void keyboardGained();
     void giveUpKeyboard();
@@ -99,6 +102,9 @@ private:
     bool m_isAutoCollapseSuppressed = false;
     bool m_isWatchingScreen = false;
     bool m_isClosingByPress = false;
+    bool m_isComposing = false;
+    std::optional<MonotonicTime> m_compositionEnd;
+    Task m_pressAside;
     Task m_keyboardRelease;
     Task m_autoCollapseRelease;
     Task m_screenCatchUp;

@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -138,6 +139,12 @@ bool NotchPanel::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType() && isExpanded()) {
         if (static_cast<QWidget *>(watched)->window() == this)
             m_controller.pressedInside();
+    }
+    const bool endsComposing = event->type() == QEvent::FocusOut;
+    if ((event->type() == QEvent::InputMethod || endsComposing) && watched->isWidgetType() &&
+        static_cast<QWidget *>(watched)->window() == this) {
+        m_controller.setComposing(!endsComposing &&
+                                  !static_cast<QInputMethodEvent *>(event)->preeditString().isEmpty());
     }
     return QWidget::eventFilter(watched, event);
 }

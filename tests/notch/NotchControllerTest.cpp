@@ -69,6 +69,7 @@ private Q_SLOTS:
     void suppressingAgainOutlivesAnEarlierRelease();
     void closesForOthersAndGivesTheKeyboardBack_data();
     void closesForOthersAndGivesTheKeyboardBack();
+    void aPressOnACandidateOfTheInputMethodKeepsItOpen();
     void returnsAKeyboardGrantedTooLate();
     void takesTheKeyboardOnlyWhereAsked();
     void escapeGoesBackThenCloses();
@@ -328,6 +329,30 @@ void NotchControllerTest::closesForOthersAndGivesTheKeyboardBack()
     QCOMPARE(notch.viewModel.phase(), Phase::Idle);
     deliverAnswers();
     QVERIFY(!notch.host().hasKeyboard());
+}
+
+void NotchControllerTest::aPressOnACandidateOfTheInputMethodKeepsItOpen()
+{
+    RunningNotch notch;
+    notch.openByClick();
+    deliverAnswers();
+    QVERIFY(notch.host().hasKeyboard());
+    const auto press = [&notch] {
+        notch.platform.outsideActivity().press();
+        notch.clock.advance(1s);
+        return notch.viewModel.phase();
+    };
+    notch.controller.setComposing(true);
+    QCOMPARE(press(), Phase::Expanded);
+    notch.controller.setComposing(false); // what was chosen is heard of before the press
+    QCOMPARE(press(), Phase::Expanded);
+    QCOMPARE(press(), Phase::Idle);
+
+    notch.openByClick();
+    deliverAnswers();
+    notch.controller.setComposing(true);
+    notch.host().loseKeyboard();
+    QCOMPARE(press(), Phase::Idle);
 }
 
 void NotchControllerTest::returnsAKeyboardGrantedTooLate()
