@@ -77,7 +77,7 @@ void ClipboardCapture::readNext()
 void ClipboardCapture::take(ClipboardFormat format, const ClipboardContent &content)
 {
     using Outcome = ClipboardContent::Outcome;
-    if (content.outcome == Outcome::Read && isForeignImage(format)) {
+    if (content.outcome == Outcome::Read && isForeignImage(format) && !content.bytes.isEmpty()) {
         convert(content.bytes);
     } else if (content.outcome == Outcome::Read && accept(format, content)) {
         succeed();
