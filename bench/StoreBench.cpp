@@ -6,6 +6,7 @@
 #include "core/SettingsStore.h"
 #include "foundation/DefaultsDatabase.h"
 #include "records/ClipboardStore.h"
+#include "support/FakeClipImages.h"
 #include "support/FakeClipboardPort.h"
 #include "support/ManualTaskScheduler.h"
 
@@ -70,7 +71,7 @@ public:
         , m_store(folder + QStringLiteral("/store"))
     {
         m_settings.setClipboardLimit(2 * kCopies);
-        m_service = std::make_unique<ClipboardService>(m_settings, m_port, m_store, m_scheduler);
+        m_service = std::make_unique<ClipboardService>(m_settings, m_port, m_store, m_scheduler, m_images);
         m_service->finishLoading();
         m_service->start();
     }
@@ -91,6 +92,7 @@ public:
 private:
     ManualTaskScheduler m_scheduler;
     FakeClipboardPort m_port{m_scheduler};
+    FakeClipImages m_images{m_scheduler};
     DefaultsDatabase m_database;
     SettingsStore m_settings;
     ClipboardStore m_store;

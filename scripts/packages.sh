@@ -9,7 +9,7 @@ build_packages=(
   libjxl-dev
 )
 run_packages=(
-  libqt6svg6 qt6-image-formats-plugins fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
+  libqt6svg6 fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
   hicolor-icon-theme xdg-utils file
 )
 tour_packages=(
@@ -18,4 +18,5 @@ tour_packages=(
 )
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
+  qt6-image-formats-plugins
 )

@@ -2,11 +2,13 @@
 
 #include "clipboard/ClipboardModuleView.h"
 #include "clipboard/ClipboardService.h"
+#include "clipboard/MediaClipImages.h"
 #include "core/ForegroundSession.h"
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "files/AssetShelfService.h"
 #include "files/FilePresence.h"
+#include "files/MediaThumbnailSource.h"
 #include "files/NoAudioPreview.h"
 #include "files/NotchDropDelegate.h"
 #include "files/ProjectsService.h"
@@ -15,6 +17,7 @@
 #include "foundation/MakeChild.h"
 #include "foundation/SaveRetry.h"
 #include "foundation/SystemTaskScheduler.h"
+#include "media_client/MediaClient.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchController.h"
@@ -25,6 +28,8 @@
 #include "platform/FileOpening.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
+
+#include <QCoreApplication>
 
 namespace ostrelle {
 
@@ -129,8 +134,9 @@ void Services::registerTools(ToolRegistry &registry)
 {
     registry.add(KestroModule::Clipboard,
                  {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      return makeChild<ClipboardModuleView>(&parent, clipboard(), haptics(), platform().fileIcons(),
-                                                            platform().popups(), scheduler(), context);
+                      return makeChild<ClipboardModuleView>(&parent, clipboard(), clipImages(), haptics(),
+                                                            platform().fileIcons(), platform().popups(), scheduler(),
+                                                            context);
                   },
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
@@ -181,6 +187,24 @@ NotchDropDelegate &Services::dropDelegate()
     });
 }
 
+MediaClient &Services::media()
+{
+    return ensure(m_media, [this] {
+        return std::make_unique<MediaClient>(
+            scheduler(), MediaClient::Places{QCoreApplication::applicationDirPath(), AppPaths::thumbnails()});
+    });
+}
+
+ThumbnailSource &Services::thumbnails()
+{
+    return ensure(m_thumbnails, [this] { return std::make_unique<MediaThumbnailSource>(media()); });
+}
+
+ClipImages &Services::clipImages()
+{
+    return ensure(m_clipImages, [this] { return std::make_unique<MediaClipImages>(media()); });
+}
+
 ClipboardStore &Services::clipboardStore()
 {
     return ensure(m_clipboardStore, [] { return std::make_unique<ClipboardStore>(AppPaths::support()); });
@@ -189,7 +213,8 @@ ClipboardStore &Services::clipboardStore()
 ClipboardService &Services::clipboard()
 {
     return ensure(m_clipboard, [this] {
-        return std::make_unique<ClipboardService>(settings(), platform().clipboard(), clipboardStore(), scheduler());
+        return std::make_unique<ClipboardService>(settings(), platform().clipboard(), clipboardStore(), scheduler(),
+                                                  clipImages());
     });
 }
 

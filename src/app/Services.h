@@ -12,6 +12,7 @@ namespace ostrelle {
 
 class AssetShelfService;
 class AudioPreview;
+class ClipImages;
 class ClipboardService;
 class ClipboardStore;
 class DefaultsDatabase;
@@ -19,6 +20,7 @@ class FilePresence;
 class ForegroundSession;
 class FrameClock;
 class Haptics;
+class MediaClient;
 class NotchAppearance;
 class NotchController;
 class NotchDropDelegate;
@@ -30,6 +32,7 @@ class SaveRetry;
 class SettingsStore;
 class SystemTaskScheduler;
 class TaskScheduler;
+class ThumbnailSource;
 class ToolRegistry;
 struct Project;
 struct ShelfItem;
@@ -58,6 +61,9 @@ public:
     ToolRegistry &tools();
     NotchPanel &panel();
     NotchDropDelegate &dropDelegate();
+    MediaClient &media();
+    ThumbnailSource &thumbnails();
+    ClipImages &clipImages();
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
     FilePresence &filePresence();
@@ -86,6 +92,9 @@ private:
     std::unique_ptr<FrameClock> m_frameClock;
     std::unique_ptr<NotchViewModel> m_viewModel;
     std::unique_ptr<NotchController> m_controller;
+    std::unique_ptr<MediaClient> m_media;
+    std::unique_ptr<ThumbnailSource> m_thumbnails;
+    std::unique_ptr<ClipImages> m_clipImages;
     std::unique_ptr<ClipboardStore> m_clipboardStore;
     std::unique_ptr<ClipboardService> m_clipboard;
     std::unique_ptr<FilePresence> m_filePresence;

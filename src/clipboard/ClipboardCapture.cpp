@@ -5,15 +5,29 @@
 #include "records/RecordText.h"
 
 #include <QDateTime>
+#include <QLoggingCategory>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrelle {
+namespace {
 
-ClipboardCapture::ClipboardCapture(ClipboardPort &port, const SettingsStore &settings, qint64 changeCount,
-                                   std::function<void()> finished)
+Q_LOGGING_CATEGORY(lcClipboard, "ostrelle.clipboard", QtWarningMsg)
+
+/// An image that the history does not hold as it is.
+bool isForeignImage(ClipboardFormat format)
+{
+    return format == ClipboardFormat::Jpeg || format == ClipboardFormat::Bmp || format == ClipboardFormat::WebP;
+}
+
+} // namespace
+
+ClipboardCapture::ClipboardCapture(ClipboardPort &port, const SettingsStore &settings, ClipImages &images,
+                                   qint64 changeCount, std::function<void()> finished)
     : m_port(port)
     , m_settings(settings)
+    , m_images(images)
     , m_changeCount(changeCount)
     , m_finished(std::move(finished))
 {
@@ -37,17 +51,22 @@ void ClipboardCapture::consider(const std::optional<ClipboardSnapshot> &snapshot
     if (snapshot->frontmost && !snapshot->frontmost->name.isEmpty())
         m_clip.item.appName = snapshot->frontmost->name;
     for (const ClipboardFormat format :
-         {ClipboardFormat::Files, ClipboardFormat::Png, ClipboardFormat::Tiff, ClipboardFormat::Text}) {
+         {ClipboardFormat::Files, ClipboardFormat::Png, ClipboardFormat::Tiff, ClipboardFormat::Text,
+          ClipboardFormat::Jpeg, ClipboardFormat::Bmp, ClipboardFormat::WebP}) {
         if (snapshot->formats.contains(format))
             m_formats.append(format);
     }
+    m_offersForeignImage = std::any_of(m_formats.begin(), m_formats.end(), isForeignImage);
     readNext();
 }
 
 void ClipboardCapture::readNext()
 {
     if (m_formats.isEmpty()) {
-        finish();
+        if (m_offersForeignImage)
+            passOver("it cannot be read, is broken or is too large");
+        else
+            finish();
         return;
     }
     const ClipboardFormat format = m_formats.takeFirst();
@@ -58,10 +77,10 @@ void ClipboardCapture::readNext()
 void ClipboardCapture::take(ClipboardFormat format, const ClipboardContent &content)
 {
     using Outcome = ClipboardContent::Outcome;
-    if (content.outcome == Outcome::Read && accept(format, content)) {
-        m_clip.item.id = QUuid::createUuid();
-        m_result = std::move(m_clip);
-        finish();
+    if (content.outcome == Outcome::Read && isForeignImage(format) && !content.bytes.isEmpty()) {
+        convert(content.bytes);
+    } else if (content.outcome == Outcome::Read && accept(format, content)) {
+        succeed();
     } else if (content.outcome == Outcome::Gone) {
         finish();
     } else {
@@ -80,8 +99,9 @@ bool ClipboardCapture::accept(ClipboardFormat format, const ClipboardContent &co
         return acceptImage(content.bytes, QStringLiteral("public.tiff"));
     case ClipboardFormat::Text:
         return acceptText(content.text);
+    default:
+        return false;
     }
-    Q_UNREACHABLE();
 }
 
 bool ClipboardCapture::acceptFiles(const QStringList &paths)
@@ -113,9 +133,47 @@ bool ClipboardCapture::acceptText(const QString &text)
     return true;
 }
 
+void ClipboardCapture::convert(const QByteArray &image)
+{
+    // Queued, because the change may come from a write in the middle of something.
+    connect(&m_port, &ClipboardPort::changed, this, &ClipboardCapture::endIfReplaced,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    m_conversion = m_images.toPng(image, [this](const std::optional<QByteArray> &png) { takeConverted(png); });
+}
+
+void ClipboardCapture::takeConverted(const std::optional<QByteArray> &png)
+{
+    m_conversion.reset();
+    if (png && acceptImage(*png, QStringLiteral("public.png")))
+        succeed();
+    else
+        readNext();
+}
+
+/// A conversion may take seconds, in which a newer copy shall not have to wait.
+void ClipboardCapture::endIfReplaced()
+{
+    if (m_conversion && m_port.changeCount() != m_changeCount)
+        passOver("something else was copied before it was converted");
+}
+
+void ClipboardCapture::passOver(const char *reason)
+{
+    qCWarning(lcClipboard, "A copied image is not recorded: %s", reason);
+    finish();
+}
+
+void ClipboardCapture::succeed()
+{
+    m_clip.item.id = QUuid::createUuid();
+    m_result = std::move(m_clip);
+    finish();
+}
+
 void ClipboardCapture::finish()
 {
     m_isFinished = true;
+    m_conversion.reset();
     // The last thing that happens here: the callee may destroy this object, and with it the member.
     const std::function<void()> finished = std::move(m_finished);
     finished();

@@ -49,8 +49,9 @@ EmptyStateView::Content noItems()
 
 } // namespace
 
-ClipboardModuleView::ClipboardModuleView(ClipboardService &service, Haptics &haptics, FileIcons &icons, Popups &popups,
-                                         TaskScheduler &scheduler, const ControlContext &context, QWidget *parent)
+ClipboardModuleView::ClipboardModuleView(ClipboardService &service, ClipImages &images, Haptics &haptics,
+                                         FileIcons &icons, Popups &popups, TaskScheduler &scheduler,
+                                         const ControlContext &context, QWidget *parent)
     : ToolView(parent)
     , m_service(service)
     , m_haptics(haptics)
@@ -59,7 +60,7 @@ ClipboardModuleView::ClipboardModuleView(ClipboardService &service, Haptics &hap
     , m_context(context)
     , m_history(service)
     , m_results(m_history)
-    , m_pictures(service)
+    , m_pictures(service, images)
     , m_search(makeChild<InlineSearchField>(this, context, QStringLiteral("Search history")))
     , m_list(makeChild<ClipboardListView>(this, context, m_results, m_pictures, icons))
     , m_empty(makeChild<EmptyStateView>(this, context, noItems()))

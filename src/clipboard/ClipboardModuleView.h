@@ -29,8 +29,8 @@ class ClipboardModuleView : public ToolView
 {
     Q_OBJECT
 public:
-    ClipboardModuleView(ClipboardService &service, Haptics &haptics, FileIcons &icons, Popups &popups,
-                        TaskScheduler &scheduler, const ControlContext &context, QWidget *parent);
+    ClipboardModuleView(ClipboardService &service, ClipImages &images, Haptics &haptics, FileIcons &icons,
+                        Popups &popups, TaskScheduler &scheduler, const ControlContext &context, QWidget *parent);
     ~ClipboardModuleView() override;
 
     std::optional<double> wantedBodyHeight() const override;

@@ -1,81 +1,17 @@
 #include "clipboard/ClipboardRowPictures.h"
 
-#include "clipboard/BackgroundWork.h"
 #include "clipboard/ClipboardService.h"
-
-#include <QBuffer>
-#include <QImageReader>
 
 #include <algorithm>
 #include <cmath>
 
 namespace ostrelle {
-namespace {
 
-/// Whole decoded images up to the limit of pixels, four bytes each.
-constexpr int kAllocationLimitMegabytes = 400;
-/// Beyond this ratio of the sides, a picture scaled to fill the tile would be too long to hold.
-constexpr int kLongestRatio = 16;
-
-/// By content, so that no other decoder ever sees what was copied.
-QByteArray formatOf(const QByteArray &bytes)
-{
-    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
-        return QByteArrayLiteral("png");
-    if (bytes.startsWith(QByteArrayView("II*\0", 4)) || bytes.startsWith(QByteArrayView("MM\0*", 4)))
-        return QByteArrayLiteral("tiff");
-    return {};
-}
-
-QRect middleSquare(const QSize &size)
-{
-    const int side = std::min(size.width(), size.height());
-    return {(size.width() - side) / 2, (size.height() - side) / 2, side, side};
-}
-
-bool isWithinLimit(const QSize &size)
-{
-    return qint64(size.width()) * size.height() <= kRowPicturePixelLimit;
-}
-
-} // namespace
-
-RowPicture decodedRowPicture(const QByteArray &bytes, int side)
-{
-    const QByteArray format = formatOf(bytes);
-    if (format.isEmpty())
-        return {};
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, format);
-    reader.setAutoDetectImageFormat(false);
-    const QSize size = reader.size();
-    if (size.isEmpty())
-        return {};
-    if (!isWithinLimit(size))
-        return {.tile = {}, .pixelSize = size};
-    const int shorter = std::min(size.width(), size.height());
-    const int longer = std::max(size.width(), size.height());
-    if (longer / shorter > kLongestRatio) {
-        reader.setClipRect(middleSquare(size));
-        reader.setScaledSize({side, side});
-    } else {
-        reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
-    }
-    const QImage picture = reader.read();
-    if (picture.isNull())
-        return {};
-    return {.tile = picture.copy(middleSquare(picture.size())).convertToFormat(QImage::Format_ARGB32_Premultiplied),
-            .pixelSize = size};
-}
-
-ClipboardRowPictures::ClipboardRowPictures(ClipboardService &service, QObject *parent)
+ClipboardRowPictures::ClipboardRowPictures(ClipboardService &service, ClipImages &images, QObject *parent)
     : QObject(parent)
     , m_service(service)
+    , m_images(images)
 {
-    // For the whole process, and below what the limit of pixels may need otherwise.
-    QImageReader::setAllocationLimit(kAllocationLimitMegabytes);
 }
 
 QImage ClipboardRowPictures::tile(const QUuid &item) const
@@ -89,6 +25,7 @@ void ClipboardRowPictures::want(const QList<QUuid> &items, double devicePixelRat
     if (devicePixelRatio != m_devicePixelRatio) {
         m_devicePixelRatio = devicePixelRatio;
         m_kept.clear();
+        dropDecoding();
     }
     m_wanted.clear();
     for (const QUuid &item : items) {
@@ -98,46 +35,55 @@ void ClipboardRowPictures::want(const QList<QUuid> &items, double devicePixelRat
         else
             std::rotate(kept, kept + 1, m_kept.end());
     }
+    if (!m_wanted.contains(m_current))
+        dropDecoding();
     readNext();
+}
+
+/// What is still being read goes on until it is there.
+void ClipboardRowPictures::dropDecoding()
+{
+    if (m_decoding) {
+        m_decoding.reset();
+        m_current = {};
+    }
 }
 
 void ClipboardRowPictures::readNext()
 {
-    if (m_isReading || m_wanted.isEmpty())
+    if (!m_current.isNull() || m_wanted.isEmpty())
         return;
-    m_isReading = true;
-    const QUuid item = m_wanted.first();
-    m_service.readImage(item, this, [this, item](const std::optional<QByteArray> &bytes) { decode(item, bytes); });
+    m_current = m_wanted.first();
+    m_service.readImage(m_current, this, [this](const std::optional<QByteArray> &bytes) { decode(bytes); });
 }
 
-void ClipboardRowPictures::decode(const QUuid &item, const std::optional<QByteArray> &bytes)
+void ClipboardRowPictures::decode(const std::optional<QByteArray> &bytes)
 {
+    const QUuid item = m_current;
     if (!m_wanted.contains(item)) {
-        m_isReading = false;
+        m_current = {};
         readNext();
-        return;
+    } else if (!bytes || bytes->isEmpty()) {
+        keep(item, {});
+    } else {
+        const int side = static_cast<int>(std::ceil(kSide * m_devicePixelRatio));
+        m_decoding = m_images.tile(*bytes, side, [this, item](const ClipTile &tile) { keep(item, tile); });
     }
-    const double ratio = m_devicePixelRatio;
-    const int side = static_cast<int>(std::ceil(kSide * ratio));
-    runInBackground(
-        *this, [bytes, side] { return bytes ? decodedRowPicture(*bytes, side) : RowPicture(); },
-        [this, item, ratio](const RowPicture &picture) { keep(item, picture, ratio); });
 }
 
-void ClipboardRowPictures::keep(const QUuid &item, const RowPicture &picture, double devicePixelRatio)
+void ClipboardRowPictures::keep(const QUuid &item, const ClipTile &tile)
 {
-    m_isReading = false;
-    if (devicePixelRatio == m_devicePixelRatio) {
-        m_wanted.removeOne(item);
-        m_kept.append({.item = item, .tile = picture.tile});
-        if (m_kept.size() > kKept)
-            m_kept.removeFirst();
-    }
-    if (!picture.pixelSize.isEmpty()) {
+    m_decoding.reset();
+    m_current = {};
+    m_wanted.removeOne(item);
+    m_kept.append({.item = item, .tile = tile.picture});
+    if (m_kept.size() > kKept)
+        m_kept.removeFirst();
+    if (!tile.pixelSize.isEmpty()) {
         const QList<ClipItem> &items = m_service.items();
         const auto known = std::find_if(items.cbegin(), items.cend(), [&](const ClipItem &i) { return i.id == item; });
-        if (known != items.cend() && known->image && known->image->pixelSize != picture.pixelSize)
-            m_service.setImagePixelSize(item, picture.pixelSize);
+        if (known != items.cend() && known->image && known->image->pixelSize != tile.pixelSize)
+            m_service.setImagePixelSize(item, tile.pixelSize);
     }
     Q_EMIT arrived(item);
     readNext();

@@ -1,33 +1,22 @@
 #pragma once
 
+#include "clipboard/ClipImages.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QList>
 #include <QObject>
-#include <QSize>
 #include <QUuid>
 
+#include <memory>
 #include <optional>
 
 namespace ostrelle {
 
 class ClipboardService;
 
-/// An image as a preview tile shows it, and what its header says.
-struct RowPicture
-{
-    QImage tile;     ///< square; null when the image does not decode or is larger than kPixelLimit
-    QSize pixelSize; ///< of the image; empty when it does not decode
-};
-
-/// More than any screenshot, little enough to hold in memory decoded.
-inline constexpr qint64 kRowPicturePixelLimit = 100'000'000;
-
-/// Decodes a PNG or TIFF image to a tile of `side` device pixels, filled and cropped to the middle. Any thread.
-RowPicture decodedRowPicture(const QByteArray &bytes, int side);
-
-/// The pictures of the rows in sight: read and decoded one after another off the main thread, the latest kept. Tells
-/// the service the size of an image that it did not know.
+/// The pictures of the rows in sight: read and decoded one after another, off the main thread and outside this
+/// process, the latest kept. Tells the service the size of an image that it did not know.
 class ClipboardRowPictures : public QObject
 {
     Q_OBJECT
@@ -36,7 +25,7 @@ public:
     static constexpr int kSide = 28;
     static constexpr int kKept = 64;
 
-    explicit ClipboardRowPictures(ClipboardService &service, QObject *parent = nullptr);
+    ClipboardRowPictures(ClipboardService &service, ClipImages &images, QObject *parent = nullptr);
 
     /// The items whose pictures are in sight. What nobody wants any more is not decoded.
     void want(const QList<QUuid> &items, double devicePixelRatio);
@@ -54,13 +43,16 @@ private:
     };
 
     void readNext();
-    void decode(const QUuid &item, const std::optional<QByteArray> &bytes);
-    void keep(const QUuid &item, const RowPicture &picture, double devicePixelRatio);
+    void dropDecoding();
+    void decode(const std::optional<QByteArray> &bytes);
+    void keep(const QUuid &item, const ClipTile &tile);
 
     ClipboardService &m_service;
+    ClipImages &m_images;
     double m_devicePixelRatio = 1;
     QList<QUuid> m_wanted;
-    bool m_isReading = false;
+    QUuid m_current; ///< being read or decoded; null when none is
+    std::unique_ptr<ClipImages::Request> m_decoding;
     /// The most recently used last.
     QList<Kept> m_kept;
 };

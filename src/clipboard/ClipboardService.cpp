@@ -31,12 +31,13 @@ std::optional<ClipboardFormat> formatOfImage(const ClipItem &item)
 } // namespace
 
 ClipboardService::ClipboardService(SettingsStore &settings, ClipboardPort &port, ClipboardStore &store,
-                                   TaskScheduler &scheduler, QObject *parent)
+                                   TaskScheduler &scheduler, ClipImages &images, QObject *parent)
     : QObject(parent)
     , m_settings(settings)
     , m_port(port)
     , m_store(store)
     , m_scheduler(scheduler)
+    , m_images(images)
     , m_lastChangeCount(port.changeCount())
     , m_retry(scheduler, [&store] { store.retry(); })
     , m_enabledNotifier(settings.bindableClipboardEnabled().addNotifier([this] { followEnabled(); }))
@@ -117,7 +118,8 @@ void ClipboardService::poll()
     const qint64 count = m_port.changeCount();
     if (count == std::exchange(m_lastChangeCount, count) || !m_settings.clipboardEnabled())
         return;
-    m_captures.push_back(std::make_unique<ClipboardCapture>(m_port, m_settings, count, [this] { recordFinished(); }));
+    m_captures.push_back(
+        std::make_unique<ClipboardCapture>(m_port, m_settings, m_images, count, [this] { recordFinished(); }));
     m_captures.back()->start();
 }
 

@@ -31,7 +31,7 @@ class ClipboardService : public QObject
     Q_OBJECT
 public:
     ClipboardService(SettingsStore &settings, ClipboardPort &port, ClipboardStore &store, TaskScheduler &scheduler,
-                     QObject *parent = nullptr);
+                     ClipImages &images, QObject *parent = nullptr);
     ~ClipboardService() override;
 
     /// Calls once the stored history is there: at once or later, and not when `context` is gone.
@@ -94,6 +94,7 @@ private:
     ClipboardPort &m_port;
     ClipboardStore &m_store;
     TaskScheduler &m_scheduler;
+    ClipImages &m_images;
 
     Items m_items;
     bool m_isLoaded = false;

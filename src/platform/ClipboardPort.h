@@ -13,7 +13,7 @@
 
 namespace ostrelle {
 
-enum class ClipboardFormat { Files, Png, Tiff, Text };
+enum class ClipboardFormat { Files, Png, Tiff, Text, Jpeg, Bmp, WebP };
 
 /// What is on the clipboard, before any content was read.
 struct ClipboardSnapshot
@@ -32,7 +32,7 @@ struct ClipboardContent
     enum class Outcome { Read, Absent, TooLarge, TimedOut, Gone };
 
     Outcome outcome = Outcome::Absent;
-    QByteArray bytes;  ///< Png, Tiff
+    QByteArray bytes;  ///< the image formats
     QString text;      ///< Text
     QStringList paths; ///< Files: absolute local paths, in order; remote and malformed ones left out
 
@@ -44,7 +44,7 @@ struct ClipboardContent
 struct ClipboardImage
 {
     QByteArray bytes;
-    ClipboardFormat format = ClipboardFormat::Png;
+    ClipboardFormat format = ClipboardFormat::Png; ///< Png or Tiff
 };
 struct ClipboardFiles
 {

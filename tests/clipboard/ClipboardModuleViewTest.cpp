@@ -31,8 +31,7 @@ private Q_SLOTS:
     void showsHeaderActionsOnlyWithHistory();
     void agesOnlyWhileShown();
     void showsPicturesAndTellsTheirSize();
-    void survivesPicturesThatCannotBeShown_data();
-    void survivesPicturesThatCannotBeShown();
+    void asksOnceForPicturesAndOnlyInSight();
 };
 
 namespace {
@@ -42,7 +41,7 @@ struct OpenTool : ClipboardToolFixture
     explicit OpenTool(const QList<Seed> &seeds)
     {
         start(seeds);
-        view.emplace(*service, haptics, icons, popups, clock, context, nullptr);
+        view.emplace(*service, images, haptics, icons, popups, clock, context, nullptr);
         view->resize(588, static_cast<int>(*view->wantedBodyHeight()) - 106);
         view->show();
         view->activateWindow();
@@ -310,9 +309,9 @@ void ClipboardModuleViewTest::showsPicturesAndTellsTheirSize()
     QImage image(300, 100, QImage::Format_RGB32);
     image.fill(Qt::red);
     QPainter(&image).fillRect(100, 0, 100, 100, Qt::green);
-    OpenTool tool({imageClip(encoded(image, "png"), 1), imageClip(encoded(image, "tiff"), 2)});
+    OpenTool tool({imageClip(encoded(image, "png"), 1), imageClip(encoded(image, "bmp"), 2)});
     tool.view->grab();
-    QTRY_COMPARE(tool.view->results().row(1).detail, QStringLiteral("300 \u00d7 100"));
+    QTRY_COMPARE((tool.settle(), tool.view->results().row(1).detail), QStringLiteral("300 \u00d7 100"));
     QCOMPARE(tool.view->results().row(0).detail, QStringLiteral("300 \u00d7 100"));
     // The middle of the picture fills the tile.
     const QImage shown = tool.view->list().viewport()->grab().toImage();
@@ -320,31 +319,34 @@ void ClipboardModuleViewTest::showsPicturesAndTellsTheirSize()
         QCOMPARE(shown.pixelColor(x, 21), QColor(Qt::green));
 }
 
-void ClipboardModuleViewTest::survivesPicturesThatCannotBeShown_data()
+void ClipboardModuleViewTest::asksOnceForPicturesAndOnlyInSight()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("isShown");
-    QImage image(64, 64, QImage::Format_RGB32);
-    image.fill(Qt::blue);
-    QByteArray huge = encoded(image, "png");
-    // A header that promises 60,000 by 60,000, with its checksum.
-    huge.replace(16, 13, QByteArray::fromHex("0000ea600000ea600802000000"));
-    huge.replace(29, 4, QByteArray::fromHex("0fb0e215"));
-    QTest::newRow("empty") << QByteArray() << QSize() << false;
-    QTest::newRow("not an image") << QByteArray("hello") << QSize() << false;
-    QTest::newRow("another format") << encoded(image, "bmp") << QSize() << false;
-    QTest::newRow("too many pixels") << huge << QSize(60000, 60000) << false;
-    QTest::newRow("thin") << encoded(image.scaled(4000, 1), "png") << QSize(4000, 1) << true;
-}
-
-void ClipboardModuleViewTest::survivesPicturesThatCannotBeShown()
-{
-    QFETCH(QByteArray, bytes);
-    const RowPicture picture = decodedRowPicture(bytes, 28);
-    QTEST(picture.pixelSize, "size");
-    QFETCH(bool, isShown);
-    QCOMPARE(picture.tile.size(), isShown ? QSize(28, 28) : QSize(0, 0));
+    QList<ClipboardToolFixture::Seed> seeds;
+    for (int i = 0; i < 30; ++i)
+        seeds.append(imageClip("broken " + QByteArray::number(i), i));
+    OpenTool tool(seeds);
+    const auto asks = [&tool](const QByteArray &image) {
+        return QTest::qWaitFor([&] {
+            tool.view->grab();
+            tool.settle();
+            return tool.images.lastImage() == image;
+        });
+    };
+    QVERIFY(asks("broken 5"));
+    const int first = tool.images.tileCount();
+    tool.view->grab();
+    tool.settle();
+    QCOMPARE(tool.images.tileCount(), first); // there is none, and that is known
+    // The one being decoded gives way to those that come into sight.
+    tool.images.delay = std::chrono::hours(1);
+    tool.press(Qt::Key_End, Qt::ControlModifier);
+    QVERIFY(asks("broken 24"));
+    tool.images.delay = std::chrono::milliseconds(0);
+    tool.press(Qt::Key_Home, Qt::ControlModifier);
+    tool.view->grab();
+    QCOMPARE(tool.images.lastImage(), QByteArray("broken 24"));
+    tool.press(Qt::Key_End, Qt::ControlModifier);
+    QVERIFY(asks("broken 29"));
 }
 
 OSTRELLE_TEST(ClipboardModuleViewTest)

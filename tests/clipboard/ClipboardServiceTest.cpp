@@ -3,11 +3,13 @@
 #include "core/SettingsStore.h"
 #include "foundation/DefaultsDatabase.h"
 #include "records/ClipboardStore.h"
+#include "support/FakeClipImages.h"
 #include "support/FakeClipboardPort.h"
 #include "support/ManualTaskScheduler.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
@@ -17,6 +19,33 @@
 
 using namespace ostrelle;
 using namespace std::chrono_literals;
+
+namespace {
+
+QByteArray bitmap(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "bmp");
+    return buffer.data();
+}
+
+FakeClipboardPort::Owner ownerOfJpeg(const QByteArray &bytes)
+{
+    FakeClipboardPort::Owner owner;
+    owner.jpeg = bytes;
+    return owner;
+}
+
+void expectPassedOver(const char *reason)
+{
+    QTest::ignoreMessage(QtWarningMsg,
+                         qPrintable(QStringLiteral("A copied image is not recorded: ") + QString::fromLatin1(reason)));
+}
+
+} // namespace
 
 /// The whole way of a copy, from another program to the list and the store, and back.
 class ClipboardServiceTest : public TestBase
@@ -32,6 +61,9 @@ private Q_SLOTS:
     void keepsConcealedCopiesOut();
     void keepsExcludedApplicationsOut();
     void prefersFilesThenImagesThenText();
+    void convertsOtherImagesWhereNothingElseIs();
+    void passesOverImagesThatCannotBeConverted();
+    void newerCopiesDoNotWaitForAConversion();
     void repeatsMoveToTheTop();
     void keepsPinnedItemsBeyondTheLimit();
     void ownWritesAreNotRecorded();
@@ -55,6 +87,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<ManualTaskScheduler> m_scheduler;
     std::unique_ptr<FakeClipboardPort> m_port;
+    std::unique_ptr<FakeClipImages> m_images;
     std::unique_ptr<DefaultsDatabase> m_database;
     std::unique_ptr<SettingsStore> m_settings;
     std::unique_ptr<ClipboardStore> m_store;
@@ -67,11 +100,12 @@ void ClipboardServiceTest::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_scheduler = std::make_unique<ManualTaskScheduler>();
     m_port = std::make_unique<FakeClipboardPort>(*m_scheduler);
+    m_images = std::make_unique<FakeClipImages>(*m_scheduler);
     m_database = std::make_unique<DefaultsDatabase>(m_folder->path() + QStringLiteral("/config/defaults.json"));
     m_settings = std::make_unique<SettingsStore>(*m_database);
     m_store = std::make_unique<ClipboardStore>(storePath());
     m_port->copyText(QStringLiteral("before launch"));
-    m_service = std::make_unique<ClipboardService>(*m_settings, *m_port, *m_store, *m_scheduler);
+    m_service = std::make_unique<ClipboardService>(*m_settings, *m_port, *m_store, *m_scheduler, *m_images);
     m_service->finishLoading();
     m_service->start();
 }
@@ -82,6 +116,7 @@ void ClipboardServiceTest::cleanup()
     m_store.reset();
     m_settings.reset();
     m_database.reset();
+    m_images.reset();
     m_port.reset();
 }
 
@@ -147,7 +182,7 @@ void ClipboardServiceTest::recordsWhatIsCopiedWhileTheHistoryIsLoaded()
         copyText(QString::fromLatin1(name));
     m_service.reset();
     m_store = std::make_unique<ClipboardStore>(storePath());
-    m_service = std::make_unique<ClipboardService>(*m_settings, *m_port, *m_store, *m_scheduler);
+    m_service = std::make_unique<ClipboardService>(*m_settings, *m_port, *m_store, *m_scheduler, *m_images);
     m_service->start();
     int listed = 0;
     m_service->whenLoaded(m_service.get(), [&] { listed = static_cast<int>(m_service->items().size()); });
@@ -244,6 +279,81 @@ void ClipboardServiceTest::prefersFilesThenImagesThenText()
     QCOMPARE(items[1].image->type, QStringLiteral("public.tiff"));
     QCOMPARE(items[2].image->type, QStringLiteral("public.png"));
     QCOMPARE(items[3].paths->size(), 2);
+}
+
+void ClipboardServiceTest::convertsOtherImagesWhereNothingElseIs()
+{
+    m_port->frontmost = Application{{}, QStringLiteral("Camera")};
+    FakeClipboardPort::Owner owner = ownerOfJpeg(bitmap({40, 30}));
+    owner.text = QStringLiteral("words");
+    m_port->copy(owner);
+    wait();
+    QCOMPARE(titles(), QStringList(QStringLiteral("words")));
+    QCOMPARE(m_images->conversionCount(), 0);
+
+    // Whatever comes first is useless; so is one of the three.
+    owner.files = QStringList();
+    owner.png = QByteArray(ClipboardPort::kReadCap + 1, 'x');
+    owner.text = QStringLiteral(" \n");
+    owner.jpeg = QByteArray("no picture");
+    owner.webp = bitmap({40, 30});
+    m_port->copy(owner);
+    wait();
+    m_port->copyText(QStringLiteral("between"));
+    wait();
+    m_port->copy(ownerOfJpeg(bitmap({40, 30})));
+    wait();
+    wait();
+    const QList<ClipItem> items = m_service->items();
+    QCOMPARE(titles(), QStringList({QStringLiteral("Image"), QStringLiteral("between"), QStringLiteral("words")}));
+    QCOMPARE(items[0].image->type, QStringLiteral("public.png"));
+    QCOMPARE(items[0].appName, QStringLiteral("Camera"));
+    std::optional<QByteArray> stored;
+    m_service->readImage(items[0].id, this, [&](const auto &bytes) { stored = bytes; });
+    QTRY_VERIFY(stored);
+    QCOMPARE(stored->size(), items[0].image->byteSize);
+    QCOMPARE(QImage::fromData(*stored, "png").size(), QSize(40, 30));
+
+    const int converted = m_images->conversionCount();
+    m_port->frontmost = Application{{QStringLiteral("com.bitwarden.desktop")}, {}};
+    m_port->copy(ownerOfJpeg(bitmap({50, 30})));
+    wait();
+    QCOMPARE(m_images->conversionCount(), converted);
+    QCOMPARE(m_service->items().size(), 3);
+}
+
+void ClipboardServiceTest::passesOverImagesThatCannotBeConverted()
+{
+    FakeClipboardPort::Owner owner = ownerOfJpeg("no picture");
+    owner.bmp = QByteArray(ClipboardPort::kReadCap + 1, 'x');
+    owner.webp = QByteArray();
+    expectPassedOver("it cannot be read, is broken or is too large");
+    m_port->copy(owner);
+    wait();
+    QCOMPARE(m_images->conversionCount(), 1);
+    QVERIFY(titles().isEmpty());
+    copyText(QStringLiteral("next"));
+    QCOMPARE(storedTitles(), QStringList(QStringLiteral("next")));
+}
+
+void ClipboardServiceTest::newerCopiesDoNotWaitForAConversion()
+{
+    m_images->delay = 10s;
+    m_port->copy(ownerOfJpeg(bitmap({40, 30})));
+    wait();
+    expectPassedOver("something else was copied before it was converted");
+    m_port->copyText(QStringLiteral("newer"));
+    QCoreApplication::processEvents();
+    m_scheduler->advance(500ms);
+    QCOMPARE(titles(), QStringList(QStringLiteral("newer")));
+    // Turned off meanwhile: dropped, and nothing is left to come.
+    m_port->copy(ownerOfJpeg(bitmap({40, 30})));
+    wait();
+    m_settings->setClipboardEnabled(false);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+    m_settings->setClipboardEnabled(true);
+    m_scheduler->advance(20s);
+    QCOMPARE(titles(), QStringList(QStringLiteral("newer")));
 }
 
 void ClipboardServiceTest::repeatsMoveToTheTop()

@@ -8,6 +8,7 @@
 #include "notch/controls/ControlContext.h"
 #include "records/ClipboardStore.h"
 #include "records/RecordText.h"
+#include "support/FakeClipImages.h"
 #include "support/FakeClipboardPort.h"
 #include "support/FakeDesktopAppearance.h"
 #include "support/FakeFileIcons.h"
@@ -42,7 +43,7 @@ struct ClipboardToolFixture
             writer.close();
         }
         store.emplace(folder.path());
-        service.emplace(settings, port, *store, clock);
+        service.emplace(settings, port, *store, clock, images);
         service->finishLoading();
     }
 
@@ -71,6 +72,7 @@ struct ClipboardToolFixture
     FakeFileIcons icons;
     FakePopups popups;
     FakeClipboardPort port{clock};
+    FakeClipImages images{clock};
     const qint64 firstChange = port.changeCount();
     std::optional<ClipboardStore> store;
     std::optional<ClipboardService> service;

@@ -2,6 +2,7 @@
 import base64
 import hashlib
 import os
+import struct
 import subprocess
 import unittest
 
@@ -112,6 +113,42 @@ class Clipboard(unittest.TestCase):
             stored = json.load(file)
         self.assertEqual(base64.b64decode(next(r for r in stored if r["kind"] == "image")["imageData"]), data)
         self.program.start()
+
+    def test_images_of_other_formats_become_png(self):
+        def made(size, kind):
+            return subprocess.run(["convert", "-size", size, "xc:#ff00ff", f"{kind}:-"], check=True,
+                                  capture_output=True).stdout
+
+        photograph = made("640x360", "jpeg")
+        for data, target, size in ((photograph, "image/jpeg", (640, 360)), (made("90x50", "bmp3"), "image/x-bmp", (90, 50)),
+                                   (made("70x30", "webp"), "image/webp", (70, 30))):
+            before = len(self.program.history())
+            xclip(self.desktop, data, target)
+            wait_until(lambda: len(self.program.history()) == before + 1, f"{target} is recorded")
+            self.assertEqual(self.newest()["imageType"], "public.png")
+            self.program.call("clipboard", "copy", "1")
+            png = wait_until(lambda: paste(self.desktop, "image/png"), "it is offered as PNG")
+            self.assertEqual((png[:4], struct.unpack(">II", png[16:24])), (b"\x89PNG", size))
+        # What cannot be converted costs one line, and nothing of it is kept.
+        self.program.expected_lines.append("A copied image is not recorded: it cannot be read")
+        xclip(self.desktop, photograph[:30] + b"not a photograph", "image/jpeg")
+        wait_until(lambda: "not recorded" in self.program.log(), "a line in the log")
+        self.assertEqual(len(self.program.history()), 3)
+        self.assertEqual(self.program.log().count("\n"), 1, self.program.log())
+
+        def magenta():
+            picture = self.desktop.frames.grab(320, 60, 640, 400)
+            return sum(red > 230 and green < 40 and blue > 230
+                       for blue, green, red in zip(*(picture.data[i::4] for i in range(3))))
+
+        self.assertEqual(magenta(), 0)
+        self.program.call("open", "clipboard")
+        wait_until(lambda: magenta() > 3 * 28 * 28 * 0.9, "three rows show their pictures")
+        self.desktop.key("Escape", "Escape")
+        self.program.wait_phase("idle")
+        helpers = lambda: subprocess.run(["pgrep", "-P", str(self.program.process.pid), "ostrelle-media"],
+                                         capture_output=True).returncode == 0
+        wait_until(lambda: not helpers(), "no helper stays")
 
     def test_privacy(self):
         owner = str(BUILD / "bin" / "peers" / "selection-owner")

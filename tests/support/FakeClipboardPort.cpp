@@ -104,6 +104,12 @@ void FakeClipboardPort::later(std::chrono::nanoseconds delay, QObject *context, 
 QList<ClipboardFormat> FakeClipboardPort::formats() const
 {
     QList<ClipboardFormat> result;
+    if (m_owner.webp)
+        result.append(ClipboardFormat::WebP);
+    if (m_owner.bmp)
+        result.append(ClipboardFormat::Bmp);
+    if (m_owner.jpeg)
+        result.append(ClipboardFormat::Jpeg);
     if (m_owner.text)
         result.append(ClipboardFormat::Text);
     if (m_owner.tiff)
@@ -123,6 +129,12 @@ ClipboardContent FakeClipboardPort::content(ClipboardFormat format) const
         return bytesContent(m_owner.png);
     case ClipboardFormat::Tiff:
         return bytesContent(m_owner.tiff);
+    case ClipboardFormat::Jpeg:
+        return bytesContent(m_owner.jpeg);
+    case ClipboardFormat::Bmp:
+        return bytesContent(m_owner.bmp);
+    case ClipboardFormat::WebP:
+        return bytesContent(m_owner.webp);
     case ClipboardFormat::Files:
         content.outcome = m_owner.files ? Outcome::Read : Outcome::Absent;
         content.paths = m_owner.files.value_or(QStringList());

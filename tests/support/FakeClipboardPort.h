@@ -23,6 +23,9 @@ public:
         std::optional<QString> text;
         std::optional<QByteArray> png;
         std::optional<QByteArray> tiff;
+        std::optional<QByteArray> jpeg;
+        std::optional<QByteArray> bmp;
+        std::optional<QByteArray> webp;
         std::optional<QStringList> files;
         std::chrono::milliseconds readDelay{0}; ///< of each answer
         bool hangs = false;                     ///< lists its types, then answers no more

@@ -30,6 +30,11 @@ constexpr std::array kKnownTypes{
     KnownType{"text/plain;charset=utf-8", ClipboardFormat::Text, Encoding::Utf8},
     KnownType{"text/plain", ClipboardFormat::Text, Encoding::UnknownText},
     KnownType{"string", ClipboardFormat::Text, Encoding::Latin1},
+    KnownType{"image/jpeg", ClipboardFormat::Jpeg, Encoding::Raw},
+    KnownType{"image/bmp", ClipboardFormat::Bmp, Encoding::Raw},
+    KnownType{"image/x-bmp", ClipboardFormat::Bmp, Encoding::Raw},
+    KnownType{"image/x-ms-bmp", ClipboardFormat::Bmp, Encoding::Raw},
+    KnownType{"image/webp", ClipboardFormat::WebP, Encoding::Raw},
 };
 
 QByteArray normalised(QByteArray type)

@@ -40,6 +40,23 @@ private Q_SLOTS:
         QCOMPARE(read(*clipboard, before + 1, ClipboardFormat::Files).outcome, Outcome::Absent);
     }
 
+    void readsImagesOfOtherFormats()
+    {
+        const auto clipboard = ContractClipboard::make();
+        const qint64 count = clipboard->port().changeCount() + 1;
+        clipboard->copyImageElsewhere("a photograph", "a bitmap", "a web picture");
+        QVERIFY(clipboard->comesTrue([&] { return clipboard->port().changeCount() == count; }));
+        std::optional<std::optional<ClipboardSnapshot>> snapshot;
+        clipboard->port().snapshot(this, [&](const auto &answer) { snapshot = answer; });
+        QVERIFY(clipboard->comesTrue([&] { return snapshot.has_value(); }));
+        QVERIFY(snapshot->has_value());
+        QCOMPARE((*snapshot)->formats.count(), 3);
+        QCOMPARE(read(*clipboard, count, ClipboardFormat::Jpeg).bytes, "a photograph");
+        QCOMPARE(read(*clipboard, count, ClipboardFormat::Bmp).bytes, "a bitmap");
+        QCOMPARE(read(*clipboard, count, ClipboardFormat::WebP).bytes, "a web picture");
+        QCOMPARE(read(*clipboard, count, ClipboardFormat::Png).outcome, Outcome::Absent);
+    }
+
     void readsNothingOfWhatWasThereBefore()
     {
         const auto clipboard = ContractClipboard::make();

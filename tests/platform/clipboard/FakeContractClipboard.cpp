@@ -20,6 +20,14 @@ public:
         owner.png = png;
         m_port.copy(owner);
     }
+    void copyImageElsewhere(const QByteArray &jpeg, const QByteArray &bmp, const QByteArray &webp) override
+    {
+        FakeClipboardPort::Owner owner;
+        owner.jpeg = jpeg;
+        owner.bmp = bmp;
+        owner.webp = webp;
+        m_port.copy(owner);
+    }
     bool comesTrue(const std::function<bool()> &condition) override
     {
         return QTest::qWaitFor([&] {

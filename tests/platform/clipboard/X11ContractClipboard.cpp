@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <optional>
+#include <utility>
 
 namespace ostrelle {
 
@@ -23,6 +24,15 @@ public:
                         QStringList{QStringLiteral("serve"), QStringLiteral("--text"), text, QStringLiteral("--type"),
                                     QStringLiteral("image/png"), QString::fromUtf8(png), QStringLiteral("--marker"),
                                     marker});
+    }
+    void copyImageElsewhere(const QByteArray &jpeg, const QByteArray &bmp, const QByteArray &webp) override
+    {
+        QStringList arguments{QStringLiteral("serve")};
+        // The bitmap under the oldest of its names.
+        for (const auto &[type, bytes] :
+             {std::pair("image/jpeg", jpeg), std::pair("image/x-MS-bmp", bmp), std::pair("image/webp", webp)})
+            arguments << QStringLiteral("--type") << QString::fromLatin1(type) << QString::fromUtf8(bytes);
+        m_other.emplace(QStringLiteral("selection-owner"), arguments);
     }
     bool comesTrue(const std::function<bool()> &condition) override { return QTest::qWaitFor(condition, 20'000); }
 

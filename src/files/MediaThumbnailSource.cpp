@@ -1,0 +1,39 @@
+#include "files/MediaThumbnailSource.h"
+
+#include "core/MediaImage.h"
+#include "media_client/MediaClient.h"
+
+#include <QPointer>
+
+namespace ostrelle {
+namespace {
+
+struct Pending final : ThumbnailRequest::Entry
+{
+    explicit Pending(MediaRequest of)
+        : request(std::move(of))
+    {
+    }
+    MediaRequest request;
+};
+
+} // namespace
+
+MediaThumbnailSource::MediaThumbnailSource(MediaClient &client)
+    : m_client(client)
+{
+}
+
+ThumbnailRequest MediaThumbnailSource::request(const QString &path, int pixelSize, QObject *context,
+                                               std::function<void(QImage)> answer)
+{
+    return ThumbnailRequest(std::make_unique<Pending>(m_client.thumbnail(
+        path, pixelSize, MediaClient::CacheUse::ReadAndFill,
+        [guard = QPointer<QObject>(context), answer = std::move(answer)](const PictureResult &result) {
+            const auto *picture = std::get_if<MediaPicture>(&result);
+            if (guard)
+                answer(picture ? imageOf(*picture) : QImage());
+        })));
+}
+
+} // namespace ostrelle
