@@ -6,7 +6,6 @@ import json
 import os
 import pathlib
 import shutil
-import socket
 import statistics
 import subprocess
 import sys
@@ -17,9 +16,11 @@ sys.path.insert(0, str(HERE.parent / "tests"))
 sys.dont_write_bytecode = True
 
 from harness.desktop import BUILD, Desktop  # noqa: E402
+from harness.drag import DragSource, uri  # noqa: E402
 from harness.peer import Peer, xclip  # noqa: E402
 from harness.program import Program  # noqa: E402
 from harness.waiting import holds_for, wait_until  # noqa: E402
+from harness.wire import Wire  # noqa: E402
 
 RESULTS = []
 TICKS = os.sysconf("SC_CLK_TCK")
@@ -64,24 +65,8 @@ def wakeups_since(pid, before):
     return sum(count - before.get(task, 0) for task, count in wakeups(pid).items())
 
 
-class Wire:
-    """The control socket, without a process per question."""
-
-    def __init__(self, program):
-        self.socket = socket.socket(socket.AF_UNIX)
-        self.socket.connect(os.path.join(program.environment["XDG_RUNTIME_DIR"], "ostrelle", "control"))
-        self.file = self.socket.makefile("rb")
-
-    def ask(self, verb, **more):
-        self.socket.sendall(json.dumps({"verb": verb, **more}).encode() + b"\n")
-        return json.loads(self.file.readline())
-
-    def count(self):
-        return self.ask("status")["result"]["counts"]["clipboard"]
-
-    def close(self):
-        self.file.close()
-        self.socket.close()
+def copies(wire):
+    return wire.status()["counts"]["clipboard"]
 
 
 def fill_with_images(program, count=200):
@@ -119,7 +104,7 @@ def measure_memory_images(desktop):
     fill_with_images(program)
     program.start()
     wire = Wire(program)
-    wait_until(lambda: wire.count() == 200, "the history is loaded", 30)
+    wait_until(lambda: copies(wire) == 200, "the history is loaded", 30)
     wire.close()
     quiet(program, 3)
     report("memory idle, 200 one-MiB images, resident", memory(program.process.pid)[0], 80, "MB")
@@ -199,14 +184,14 @@ def measure_copies_images(desktop):
     fill_with_images(program)
     program.start()
     wire = Wire(program)
-    wait_until(lambda: wire.count() == 200, "the history is loaded", 30)
+    wait_until(lambda: copies(wire) == 200, "the history is loaded", 30)
 
     def written():
         with open(f"/proc/{program.process.pid}/io") as file:
             return next(int(line.split()[1]) for line in file if line.startswith("write_bytes"))
 
     def recorded(number):
-        wait_until(lambda: wire.count() >= 201 + number, "recorded", interval=0.01)
+        wait_until(lambda: copies(wire) >= 201 + number, "recorded", interval=0.01)
 
     base = written()
     cpu = cpu_ms(program.process.pid)
@@ -230,24 +215,14 @@ def measure_copies_images(desktop):
     shutil.rmtree(program.data_folder())
 
 
-def longest_gap(wire, seconds):
-    """Longest time that the main thread needed to answer a question, ms."""
-    worst, end = 0.0, time.monotonic() + seconds
-    while time.monotonic() < end:
-        begin = time.monotonic()
-        wire.ask("ping")
-        worst = max(worst, (time.monotonic() - begin) * 1000)
-    return worst
-
-
 def measure_gaps(desktop):
     owner = str(BUILD / "bin" / "peers" / "selection-owner")
     with Program(desktop) as program:
         wire = Wire(program)
         for mode in ("hang-targets", "hang-incr", "die-incr", "huge", "drip", "burst"):
-            idle = longest_gap(wire, 3)
+            idle = wire.longest_gap(3)
             process = subprocess.Popen([owner, mode], env=desktop.environment, stdout=subprocess.DEVNULL)
-            hostile = longest_gap(wire, 4)
+            hostile = wire.longest_gap(4)
             process.kill()
             process.wait()
             report(f"longest gap with a clipboard owner: {mode}", max(0.0, hostile - idle), 16, "ms",
@@ -268,6 +243,52 @@ def measure_commands(desktop):
         report("ostrelle status, whole command, median of 15", median_of("status"), 25, "ms")
         report("second start handed over, median of 15", median_of(), 50, "ms")
         program.call("close")
+
+
+def is_accent(pixel):
+    red, green, blue = pixel
+    return red - green > 40 and blue - green > 10
+
+
+def measure_drags(desktop):
+    """From the source's taking of the drag selection to the armed catch, at different times after the press; and from the
+    drag's entering, right over the zone that will be there, to the zone's first frame on screen."""
+    Peer(desktop, "Below", (0, 0, 1920, 1080))
+    below = desktop.folder / "notes.txt"
+    below.touch()
+    middle = desktop.frames.width // 2
+    noticed, moved, painted_after = [], [], []
+    with Program(desktop) as program:
+        wire = Wire(program)
+        source = DragSource(desktop, "plain", "--type", "text/uri-list", uri(below) + "\r\n")
+        for number in range(11):
+            source.press()
+            holds_for(lambda: True, "holds still", 0.05 + number * 0.013)
+            desktop.run("xdotool", "mousemove", "130", "460", "mousemove", "131", "460")
+            wait_until(lambda: "began" in source.said(), "the drag begins", interval=0.001)
+            begin = time.monotonic()
+            wait_until(lambda: wire.status()["dragCatchArmed"], "noticed", interval=0.001)
+            noticed.append((time.monotonic() - begin) * 1000)
+
+            area = (middle - 90, 38, 180, 130)
+            before = desktop.settled(*area, quiet=0.5).data
+            hand = subprocess.Popen(["xdotool", "mousemove", str(middle), "80", "mousemove", str(middle + 1), "80"],
+                                    env=desktop.environment)
+            wait_until(lambda: "entered" in source.said(), "the drag enters", interval=0.0005)
+            begin = time.monotonic()
+            wait_until(lambda: desktop.frames.grab(*area).data != before, "something moves", interval=0.0005)
+            moved.append((time.monotonic() - begin) * 1000)
+            # The upper edge of the only zone, which is in the accent's colour under the drag.
+            wait_until(lambda: is_zone(desktop, middle), "the zone", interval=0.0005)
+            painted_after.append((time.monotonic() - begin) * 1000)
+            hand.wait()
+            desktop.move_pointer(middle, 900)
+            source.let_go()
+            wait_until(lambda: not wire.status()["dragCatchArmed"], "disarmed")
+        wire.close()
+    report("drag noticed after it began, worst of 11", max(noticed), 100, "ms", f"median {statistics.median(noticed):.0f}")
+    report("drag entered to the first landing zone, median of 11", statistics.median(painted_after), 50, "ms",
+           f"max {max(painted_after):.0f}; the surface moves after {statistics.median(moved):.0f}")
 
 
 COMPARED = {"parcellite": ["parcellite"], "clipit": ["clipit"], "copyq": ["copyq"],
