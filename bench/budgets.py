@@ -245,9 +245,14 @@ def measure_commands(desktop):
         program.call("close")
 
 
-def is_accent(pixel):
-    red, green, blue = pixel
-    return red - green > 40 and blue - green > 10
+def is_zone(desktop, middle):
+    """The left edge of the only zone has the accent's colour, and what is right of it not, at two heights at once."""
+    def redness(picture, x):
+        red, green, _ = picture.pixel(x, 0)
+        return red - green
+
+    rows = [desktop.frames.grab(middle - 82, y, 24, 1) for y in (62, 94)]
+    return all(max(redness(row, x) for x in range(9)) > redness(row, 20) + 5 for row in rows)
 
 
 def measure_drags(desktop):
@@ -270,7 +275,8 @@ def measure_drags(desktop):
             wait_until(lambda: wire.status()["dragCatchArmed"], "noticed", interval=0.001)
             noticed.append((time.monotonic() - begin) * 1000)
 
-            area = (middle - 90, 38, 180, 130)
+            # Beside the pointer, which the server draws into its picture.
+            area = (middle - 90, 38, 60, 130)
             before = desktop.settled(*area, quiet=0.5).data
             hand = subprocess.Popen(["xdotool", "mousemove", str(middle), "80", "mousemove", str(middle + 1), "80"],
                                     env=desktop.environment)
@@ -278,7 +284,6 @@ def measure_drags(desktop):
             begin = time.monotonic()
             wait_until(lambda: desktop.frames.grab(*area).data != before, "something moves", interval=0.0005)
             moved.append((time.monotonic() - begin) * 1000)
-            # The upper edge of the only zone, which is in the accent's colour under the drag.
             wait_until(lambda: is_zone(desktop, middle), "the zone", interval=0.0005)
             painted_after.append((time.monotonic() - begin) * 1000)
             hand.wait()
@@ -289,6 +294,72 @@ def measure_drags(desktop):
     report("drag noticed after it began, worst of 11", max(noticed), 100, "ms", f"median {statistics.median(noticed):.0f}")
     report("drag entered to the first landing zone, median of 11", statistics.median(painted_after), 50, "ms",
            f"max {max(painted_after):.0f}; the surface moves after {statistics.median(moved):.0f}")
+
+
+def main_thread_ms(pid):
+    with open(f"/proc/{pid}/task/{pid}/schedstat") as file:
+        return int(file.read().split()[0]) / 1e6
+
+
+def measure_shelf(desktop):
+    """1,000 files added, by one command and by one drop: CPU of the main thread, and the longest time that it took to
+    answer meanwhile."""
+    files = desktop.folder / "files"
+    files.mkdir()
+    paths = [files / f"{number}.txt" for number in range(1000)]
+    for path in paths:
+        path.touch()
+    lists = {count: desktop.folder / f"list-{count}" for count in (1, 1000)}
+    for count, listed in lists.items():
+        listed.write_text("".join(f"{uri(path)}\r\n" for path in paths[:count]))
+    with Program(desktop) as program:
+        pid = program.process.pid
+        wire = Wire(program)
+        program.call("open", "assets")
+        quiet(program, 1)
+        idle = wire.longest_gap(3)
+
+        def arrived(count):
+            wait_until(lambda: wire.status()["counts"]["assets"] == count, f"{count} files on the shelf", interval=0.05)
+
+        def cost(prepare, count):
+            add = prepare(count)
+            before = main_thread_ms(pid)
+            add()
+            arrived(count)
+            quiet(program, 1)
+            spent = main_thread_ms(pid) - before
+            program.call("shelf", "clear")
+            return spent
+
+        def added(how, prepare):
+            all_of_them, one = cost(prepare, 1000), cost(prepare, 1)
+            report(f"1,000 files added by {how}, main thread", max(0.0, all_of_them - one), 100, "ms",
+                   f"{all_of_them:.1f} beside {one:.1f} for one file")
+            add = prepare(1000)
+            add()
+            gap = wire.longest_gap(2)
+            arrived(1000)
+            report(f"1,000 files added by {how}, longest gap", max(0.0, gap - idle), 16, "ms",
+                   f"{gap:.1f} beside {idle:.1f} idle")
+            program.call("shelf", "clear")
+
+        def command(count):
+            program.call("open", "assets")
+            quiet(program, 1)
+            return lambda: program.call("shelf", "add", *map(str, paths[:count]))
+
+        def drop(count):
+            source = DragSource(desktop, "plain", "--list", lists[count])
+            source.pick_up()
+            source.move(desktop.frames.width // 2, 300)
+            wait_until(lambda: wire.status()["dropTargets"], "zones")
+            quiet(program, 1)
+            return source.let_go
+
+        added("a command", command)
+        added("a drop", drop)
+        wire.close()
 
 
 COMPARED = {"parcellite": ["parcellite"], "clipit": ["clipit"], "copyq": ["copyq"],
@@ -316,7 +387,8 @@ def compare(desktop):
 
 MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images, "start": measure_start,
             "first-frame": measure_first_frame, "wakeups": measure_wakeups, "copies": measure_copies,
-            "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands}
+            "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands,
+            "drags": measure_drags, "shelf": measure_shelf}
 
 
 def main():
