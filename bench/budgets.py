@@ -6,7 +6,6 @@ import json
 import os
 import pathlib
 import shutil
-import socket
 import statistics
 import subprocess
 import sys
@@ -17,9 +16,11 @@ sys.path.insert(0, str(HERE.parent / "tests"))
 sys.dont_write_bytecode = True
 
 from harness.desktop import BUILD, Desktop  # noqa: E402
+from harness.drag import DragSource, uri  # noqa: E402
 from harness.peer import Peer, xclip  # noqa: E402
 from harness.program import Program  # noqa: E402
 from harness.waiting import holds_for, wait_until  # noqa: E402
+from harness.wire import Wire  # noqa: E402
 
 RESULTS = []
 TICKS = os.sysconf("SC_CLK_TCK")
@@ -64,24 +65,8 @@ def wakeups_since(pid, before):
     return sum(count - before.get(task, 0) for task, count in wakeups(pid).items())
 
 
-class Wire:
-    """The control socket, without a process per question."""
-
-    def __init__(self, program):
-        self.socket = socket.socket(socket.AF_UNIX)
-        self.socket.connect(os.path.join(program.environment["XDG_RUNTIME_DIR"], "ostrelle", "control"))
-        self.file = self.socket.makefile("rb")
-
-    def ask(self, verb, **more):
-        self.socket.sendall(json.dumps({"verb": verb, **more}).encode() + b"\n")
-        return json.loads(self.file.readline())
-
-    def count(self):
-        return self.ask("status")["result"]["counts"]["clipboard"]
-
-    def close(self):
-        self.file.close()
-        self.socket.close()
+def copies(wire):
+    return wire.status()["counts"]["clipboard"]
 
 
 def fill_with_images(program, count=200):
@@ -119,7 +104,7 @@ def measure_memory_images(desktop):
     fill_with_images(program)
     program.start()
     wire = Wire(program)
-    wait_until(lambda: wire.count() == 200, "the history is loaded", 30)
+    wait_until(lambda: copies(wire) == 200, "the history is loaded", 30)
     wire.close()
     quiet(program, 3)
     report("memory idle, 200 one-MiB images, resident", memory(program.process.pid)[0], 80, "MB")
@@ -199,14 +184,14 @@ def measure_copies_images(desktop):
     fill_with_images(program)
     program.start()
     wire = Wire(program)
-    wait_until(lambda: wire.count() == 200, "the history is loaded", 30)
+    wait_until(lambda: copies(wire) == 200, "the history is loaded", 30)
 
     def written():
         with open(f"/proc/{program.process.pid}/io") as file:
             return next(int(line.split()[1]) for line in file if line.startswith("write_bytes"))
 
     def recorded(number):
-        wait_until(lambda: wire.count() >= 201 + number, "recorded", interval=0.01)
+        wait_until(lambda: copies(wire) >= 201 + number, "recorded", interval=0.01)
 
     base = written()
     cpu = cpu_ms(program.process.pid)
@@ -230,24 +215,14 @@ def measure_copies_images(desktop):
     shutil.rmtree(program.data_folder())
 
 
-def longest_gap(wire, seconds):
-    """Longest time that the main thread needed to answer a question, ms."""
-    worst, end = 0.0, time.monotonic() + seconds
-    while time.monotonic() < end:
-        begin = time.monotonic()
-        wire.ask("ping")
-        worst = max(worst, (time.monotonic() - begin) * 1000)
-    return worst
-
-
 def measure_gaps(desktop):
     owner = str(BUILD / "bin" / "peers" / "selection-owner")
     with Program(desktop) as program:
         wire = Wire(program)
         for mode in ("hang-targets", "hang-incr", "die-incr", "huge", "drip", "burst"):
-            idle = longest_gap(wire, 3)
+            idle = wire.longest_gap(3)
             process = subprocess.Popen([owner, mode], env=desktop.environment, stdout=subprocess.DEVNULL)
-            hostile = longest_gap(wire, 4)
+            hostile = wire.longest_gap(4)
             process.kill()
             process.wait()
             report(f"longest gap with a clipboard owner: {mode}", max(0.0, hostile - idle), 16, "ms",
@@ -268,6 +243,123 @@ def measure_commands(desktop):
         report("ostrelle status, whole command, median of 15", median_of("status"), 25, "ms")
         report("second start handed over, median of 15", median_of(), 50, "ms")
         program.call("close")
+
+
+def is_zone(desktop, middle):
+    """The left edge of the only zone has the accent's colour, and what is right of it not, at two heights at once."""
+    def redness(picture, x):
+        red, green, _ = picture.pixel(x, 0)
+        return red - green
+
+    rows = [desktop.frames.grab(middle - 82, y, 24, 1) for y in (62, 94)]
+    return all(max(redness(row, x) for x in range(9)) > redness(row, 20) + 5 for row in rows)
+
+
+def measure_drags(desktop):
+    """From the source's taking of the drag selection to the armed catch, at different times after the press; and from the
+    drag's entering, right over the zone that will be there, to the zone's first frame on screen."""
+    Peer(desktop, "Below", (0, 0, 1920, 1080))
+    below = desktop.folder / "notes.txt"
+    below.touch()
+    middle = desktop.frames.width // 2
+    noticed, moved, painted_after = [], [], []
+    with Program(desktop) as program:
+        wire = Wire(program)
+        source = DragSource(desktop, "plain", "--type", "text/uri-list", uri(below) + "\r\n")
+        for number in range(11):
+            source.press()
+            holds_for(lambda: True, "holds still", 0.05 + number * 0.013)
+            desktop.run("xdotool", "mousemove", "130", "460", "mousemove", "131", "460")
+            wait_until(lambda: "began" in source.said(), "the drag begins", interval=0.001)
+            begin = time.monotonic()
+            wait_until(lambda: wire.status()["dragCatchArmed"], "noticed", interval=0.001)
+            noticed.append((time.monotonic() - begin) * 1000)
+
+            # Beside the pointer, which the server draws into its picture.
+            area = (middle - 90, 38, 60, 130)
+            before = desktop.settled(*area, quiet=0.5).data
+            hand = subprocess.Popen(["xdotool", "mousemove", str(middle), "80", "mousemove", str(middle + 1), "80"],
+                                    env=desktop.environment)
+            wait_until(lambda: "entered" in source.said(), "the drag enters", interval=0.0005)
+            begin = time.monotonic()
+            wait_until(lambda: desktop.frames.grab(*area).data != before, "something moves", interval=0.0005)
+            moved.append((time.monotonic() - begin) * 1000)
+            wait_until(lambda: is_zone(desktop, middle), "the zone", interval=0.0005)
+            painted_after.append((time.monotonic() - begin) * 1000)
+            hand.wait()
+            desktop.move_pointer(middle, 900)
+            source.let_go()
+            wait_until(lambda: not wire.status()["dragCatchArmed"], "disarmed")
+        wire.close()
+    report("drag noticed after it began, worst of 11", max(noticed), 100, "ms", f"median {statistics.median(noticed):.0f}")
+    report("drag entered to the first landing zone, median of 11", statistics.median(painted_after), 50, "ms",
+           f"max {max(painted_after):.0f}; the surface moves after {statistics.median(moved):.0f}")
+
+
+def main_thread_ms(pid):
+    with open(f"/proc/{pid}/task/{pid}/schedstat") as file:
+        return int(file.read().split()[0]) / 1e6
+
+
+def measure_shelf(desktop):
+    """1,000 files added, by one command and by one drop: CPU of the main thread, and the longest time that it took to
+    answer meanwhile."""
+    files = desktop.folder / "files"
+    files.mkdir()
+    paths = [files / f"{number}.txt" for number in range(1000)]
+    for path in paths:
+        path.touch()
+    lists = {count: desktop.folder / f"list-{count}" for count in (1, 1000)}
+    for count, listed in lists.items():
+        listed.write_text("".join(f"{uri(path)}\r\n" for path in paths[:count]))
+    with Program(desktop) as program:
+        pid = program.process.pid
+        wire = Wire(program)
+        program.call("open", "assets")
+        quiet(program, 1)
+        idle = wire.longest_gap(3)
+
+        def arrived(count):
+            wait_until(lambda: wire.status()["counts"]["assets"] == count, f"{count} files on the shelf", interval=0.05)
+
+        def cost(prepare, count):
+            add = prepare(count)
+            before = main_thread_ms(pid)
+            add()
+            arrived(count)
+            quiet(program, 1)
+            spent = main_thread_ms(pid) - before
+            program.call("shelf", "clear")
+            return spent
+
+        def added(how, prepare):
+            all_of_them, one = cost(prepare, 1000), cost(prepare, 1)
+            report(f"1,000 files added by {how}, main thread", max(0.0, all_of_them - one), 100, "ms",
+                   f"{all_of_them:.1f} beside {one:.1f} for one file")
+            add = prepare(1000)
+            add()
+            gap = wire.longest_gap(2)
+            arrived(1000)
+            report(f"1,000 files added by {how}, longest gap", max(0.0, gap - idle), 16, "ms",
+                   f"{gap:.1f} beside {idle:.1f} idle")
+            program.call("shelf", "clear")
+
+        def command(count):
+            program.call("open", "assets")
+            quiet(program, 1)
+            return lambda: program.call("shelf", "add", *map(str, paths[:count]))
+
+        def drop(count):
+            source = DragSource(desktop, "plain", "--list", lists[count])
+            source.pick_up()
+            source.move(desktop.frames.width // 2, 300)
+            wait_until(lambda: wire.status()["dropTargets"], "zones")
+            quiet(program, 1)
+            return source.let_go
+
+        added("a command", command)
+        added("a drop", drop)
+        wire.close()
 
 
 COMPARED = {"parcellite": ["parcellite"], "clipit": ["clipit"], "copyq": ["copyq"],
@@ -295,7 +387,8 @@ def compare(desktop):
 
 MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images, "start": measure_start,
             "first-frame": measure_first_frame, "wakeups": measure_wakeups, "copies": measure_copies,
-            "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands}
+            "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands,
+            "drags": measure_drags, "shelf": measure_shelf}
 
 
 def main():

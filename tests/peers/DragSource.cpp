@@ -5,17 +5,20 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
 #include <string_view>
 #include <utility>
 
-// drag-source [--type NAME VALUE] [--count N] [--late MS] [--version N] [--decoys] [--mode MODE]
+// drag-source [--type NAME VALUE] [--count N] [--list FILE] [--late MS] [--version N] [--decoys] [--mode MODE]
 //
-// A window at (40, 400) out of which a pressed button drags, by XDND. Prints "ready", "began", then "status 0" or
-// "status 1" for each answer of a target, and "left" or "dropped" and "finished 0" or "finished 1". --count offers so
-// many files as text/uri-list; --decoys offers other types before those, in a list.
+// A window at (40, 400) out of which a pressed button drags, by XDND. Prints "ready", "began", "entered", then
+// "status 0" or "status 1" for each answer of a target, and "left" or "dropped" and "finished 0" or "finished 1".
+// --count offers so many files as text/uri-list, --list the bytes of a file; --decoys offers other types before those,
+// in a list.
 
 namespace {
 
@@ -206,6 +209,7 @@ void DragSource::enter(xcb_window_t target)
     m_isAccepted = false;
     if (target != XCB_WINDOW_NONE) {
         const auto type = [this](std::size_t i) { return i < m_types.size() ? m_types[i] : 0U; };
+        tell("entered");
         send("XdndEnter", {(m_options.version << 24) | (m_types.size() > 3 ? 1U : 0U), type(0), type(1), type(2)});
     }
 }
@@ -356,6 +360,9 @@ int main(int argc, char **argv)
             ++i;
         } else if (option == "--count") {
             options.contents["text/uri-list"] = manyFiles(std::stoi(at(i + 1)));
+        } else if (option == "--list") {
+            std::ifstream file(at(i + 1), std::ios::binary);
+            options.contents["text/uri-list"].assign(std::istreambuf_iterator<char>(file), {});
         } else if (option == "--late") {
             options.lateMs = std::stoi(at(i + 1));
         } else if (option == "--version") {
