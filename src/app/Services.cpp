@@ -7,6 +7,8 @@
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "files/AssetShelfService.h"
+#include "files/AssetThumbnails.h"
+#include "files/AssetsModuleView.h"
 #include "files/FilePresence.h"
 #include "files/MediaThumbnailSource.h"
 #include "files/NoAudioPreview.h"
@@ -141,15 +143,25 @@ void Services::registerTools(ToolRegistry &registry)
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
                   .deliver = {}});
-    registry.add(KestroModule::Assets, {.makeView = {},
-                                        .badge = [this]() -> std::optional<ModuleBadge> {
-                                            const auto count = static_cast<int>(shelf().items().size());
-                                            return count > 0 ? std::optional<ModuleBadge>(CountBadge{count})
-                                                             : std::nullopt;
-                                        },
-                                        .count = [this] { return static_cast<int>(shelf().items().size()); },
-                                        .deliver = [this](const QStringList &paths) { shelf().add(paths); },
-                                        .dropAction = QStringLiteral("Stage on the shelf")});
+    registry.add(KestroModule::Assets,
+                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      const AssetsModuleView::Surroundings around{.shelf = shelf(),
+                                                                  .thumbnails = assetThumbnails(),
+                                                                  .presence = filePresence(),
+                                                                  .preview = audioPreview(),
+                                                                  .icons = platform().fileIcons(),
+                                                                  .opening = platform().fileOpening(),
+                                                                  .dragOut = platform().dragOut(),
+                                                                  .popups = platform().popups()};
+                      return makeChild<AssetsModuleView>(&parent, around, context);
+                  },
+                  .badge = [this]() -> std::optional<ModuleBadge> {
+                      const auto count = static_cast<int>(shelf().items().size());
+                      return count > 0 ? std::optional<ModuleBadge>(CountBadge{count}) : std::nullopt;
+                  },
+                  .count = [this] { return static_cast<int>(shelf().items().size()); },
+                  .deliver = [this](const QStringList &paths) { shelf().add(paths); },
+                  .dropAction = QStringLiteral("Stage on the shelf")});
     QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
                      [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
     registry.add(KestroModule::Projects, {.makeView = {},
@@ -242,6 +254,11 @@ AssetShelfService &Services::shelf()
     return ensure(m_shelf, [this] {
         return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), haptics());
     });
+}
+
+AssetThumbnails &Services::assetThumbnails()
+{
+    return ensure(m_assetThumbnails, [this] { return std::make_unique<AssetThumbnails>(nullptr, filePresence()); });
 }
 
 JsonListStore<Project> &Services::projectsStore()
