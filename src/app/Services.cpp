@@ -258,7 +258,8 @@ AssetShelfService &Services::shelf()
 
 AssetThumbnails &Services::assetThumbnails()
 {
-    return ensure(m_assetThumbnails, [this] { return std::make_unique<AssetThumbnails>(nullptr, filePresence()); });
+    return ensure(m_assetThumbnails,
+                  [this] { return std::make_unique<AssetThumbnails>(&thumbnails(), filePresence()); });
 }
 
 JsonListStore<Project> &Services::projectsStore()

@@ -17,7 +17,7 @@
 namespace ostrelle {
 namespace {
 
-Q_LOGGING_CATEGORY(lcFoundation, "ostrelle.foundation", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcSnapshot, "ostrelle.foundation", QtInfoMsg)
 
 } // namespace
 
@@ -87,7 +87,7 @@ void SnapshotFile::Writer::writeNewest()
     if (result.isEmpty() != failure.isEmpty())
         report(!result.isEmpty());
     if (!result.isEmpty() && result != failure && !reportUnwritable(QFileInfo(path).absolutePath()))
-        qCWarning(lcFoundation).noquote() << what << "could not be saved:" << result;
+        qCWarning(lcSnapshot).noquote() << what << "could not be saved:" << result;
     failure = result;
     if (!result.isEmpty() && !newest)
         newest = std::move(encode);
