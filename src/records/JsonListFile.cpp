@@ -9,7 +9,7 @@
 namespace ostrelle {
 namespace {
 
-Q_LOGGING_CATEGORY(lcRecords, "ostrelle.records", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcLists, "ostrelle.records", QtInfoMsg)
 
 } // namespace
 
@@ -28,7 +28,7 @@ bool JsonListFile::load(const std::function<bool(const QJsonObject &)> &take)
                                                  [&](const QJsonValue &record) { return take(record.toObject()); });
     });
     if (!isGood)
-        qCWarning(lcRecords).noquote() << m_what << "could not be read and starts empty; its file is kept";
+        qCWarning(lcLists).noquote() << m_what << "could not be read and starts empty; its file is kept";
     return isGood;
 }
 

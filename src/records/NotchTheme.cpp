@@ -5,16 +5,16 @@
 namespace ostrelle {
 namespace {
 
-struct Texts
+struct ThemeTexts
 {
     QString rawValue;
     QString title;
     QString blurb;
 };
 
-const Texts &textsOf(NotchTheme theme)
+const ThemeTexts &textsOf(NotchTheme theme)
 {
-    static const std::array<Texts, kAllNotchThemes.size()> kTexts = {{
+    static const std::array<ThemeTexts, kAllNotchThemes.size()> kTexts = {{
         {QStringLiteral("spectrum"), QStringLiteral("Spectrum"),
          QStringLiteral("Pink through cyan — the app's own sweep")},
         {QStringLiteral("sunset"), QStringLiteral("Sunset"), QStringLiteral("Amber falling into coral and violet")},
