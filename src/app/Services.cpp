@@ -13,6 +13,7 @@
 #include "files/MediaThumbnailSource.h"
 #include "files/NoAudioPreview.h"
 #include "files/NotchDropDelegate.h"
+#include "files/ProjectsModuleView.h"
 #include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
@@ -164,11 +165,15 @@ void Services::registerTools(ToolRegistry &registry)
                   .dropAction = QStringLiteral("Stage on the shelf")});
     QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
                      [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
-    registry.add(KestroModule::Projects, {.makeView = {},
-                                          .badge = {},
-                                          .count = [this] { return static_cast<int>(projects().projects().size()); },
-                                          .deliver = [this](const QStringList &paths) { projects().add(paths); },
-                                          .dropAction = QStringLiteral("Pin as a project")});
+    registry.add(KestroModule::Projects,
+                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      return makeChild<ProjectsModuleView>(&parent, projects(), filePresence(),
+                                                           platform().fileOpening(), platform().popups(), context);
+                  },
+                  .badge = {},
+                  .count = [this] { return static_cast<int>(projects().projects().size()); },
+                  .deliver = [this](const QStringList &paths) { projects().add(paths); },
+                  .dropAction = QStringLiteral("Pin as a project")});
     // They have no view yet; their landing zones lead to the place that says so.
     const QString inspect = QStringLiteral("Read its metadata");
     registry.add(KestroModule::ImageInfo, {.dropAction = inspect});
