@@ -214,7 +214,7 @@ class Drags(unittest.TestCase):
             self.assertLess(self.wire.longest_gap(1.5), 100)
             self.enter(source, (CAUGHT[0] + 5, CAUGHT[1]), ["assets"])
             source.let_go()
-            wait_until(lambda: len(self.names()) == count, f"{count} taken", 20)
+            wait_until(lambda: self.wire.status()["counts"]["assets"] == count, f"{count} taken", 20)
             self.assertEqual(self.program.log().count("\n"), 1, self.program.log())
             self.program.call("shelf", "clear")
             self.program.call("close")
