@@ -6,9 +6,12 @@
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "files/AssetShelfService.h"
+#include "files/AssetThumbnails.h"
+#include "files/AssetsModuleView.h"
 #include "files/FilePresence.h"
 #include "files/NoAudioPreview.h"
 #include "files/NotchDropDelegate.h"
+#include "files/ProjectsModuleView.h"
 #include "files/ProjectsService.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
@@ -135,22 +138,36 @@ void Services::registerTools(ToolRegistry &registry)
                   .badge = {},
                   .count = [this] { return static_cast<int>(clipboard().items().size()); },
                   .deliver = {}});
-    registry.add(KestroModule::Assets, {.makeView = {},
-                                        .badge = [this]() -> std::optional<ModuleBadge> {
-                                            const auto count = static_cast<int>(shelf().items().size());
-                                            return count > 0 ? std::optional<ModuleBadge>(CountBadge{count})
-                                                             : std::nullopt;
-                                        },
-                                        .count = [this] { return static_cast<int>(shelf().items().size()); },
-                                        .deliver = [this](const QStringList &paths) { shelf().add(paths); },
-                                        .dropAction = QStringLiteral("Stage on the shelf")});
+    registry.add(KestroModule::Assets,
+                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      const AssetsModuleView::Surroundings around{.shelf = shelf(),
+                                                                  .thumbnails = assetThumbnails(),
+                                                                  .presence = filePresence(),
+                                                                  .preview = audioPreview(),
+                                                                  .icons = platform().fileIcons(),
+                                                                  .opening = platform().fileOpening(),
+                                                                  .dragOut = platform().dragOut(),
+                                                                  .popups = platform().popups()};
+                      return makeChild<AssetsModuleView>(&parent, around, context);
+                  },
+                  .badge = [this]() -> std::optional<ModuleBadge> {
+                      const auto count = static_cast<int>(shelf().items().size());
+                      return count > 0 ? std::optional<ModuleBadge>(CountBadge{count}) : std::nullopt;
+                  },
+                  .count = [this] { return static_cast<int>(shelf().items().size()); },
+                  .deliver = [this](const QStringList &paths) { shelf().add(paths); },
+                  .dropAction = QStringLiteral("Stage on the shelf")});
     QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
                      [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
-    registry.add(KestroModule::Projects, {.makeView = {},
-                                          .badge = {},
-                                          .count = [this] { return static_cast<int>(projects().projects().size()); },
-                                          .deliver = [this](const QStringList &paths) { projects().add(paths); },
-                                          .dropAction = QStringLiteral("Pin as a project")});
+    registry.add(KestroModule::Projects,
+                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      return makeChild<ProjectsModuleView>(&parent, projects(), filePresence(),
+                                                           platform().fileOpening(), platform().popups(), context);
+                  },
+                  .badge = {},
+                  .count = [this] { return static_cast<int>(projects().projects().size()); },
+                  .deliver = [this](const QStringList &paths) { projects().add(paths); },
+                  .dropAction = QStringLiteral("Pin as a project")});
     // They have no view yet; their landing zones lead to the place that says so.
     const QString inspect = QStringLiteral("Read its metadata");
     registry.add(KestroModule::ImageInfo, {.dropAction = inspect});
@@ -217,6 +234,11 @@ AssetShelfService &Services::shelf()
     return ensure(m_shelf, [this] {
         return std::make_unique<AssetShelfService>(shelfStore(), filePresence(), audioPreview(), haptics());
     });
+}
+
+AssetThumbnails &Services::assetThumbnails()
+{
+    return ensure(m_assetThumbnails, [this] { return std::make_unique<AssetThumbnails>(nullptr, filePresence()); });
 }
 
 JsonListStore<Project> &Services::projectsStore()

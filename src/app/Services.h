@@ -11,6 +11,7 @@
 namespace ostrelle {
 
 class AssetShelfService;
+class AssetThumbnails;
 class AudioPreview;
 class ClipboardService;
 class ClipboardStore;
@@ -64,6 +65,7 @@ public:
     AudioPreview &audioPreview();
     JsonListStore<ShelfItem> &shelfStore();
     AssetShelfService &shelf();
+    AssetThumbnails &assetThumbnails();
     JsonListStore<Project> &projectsStore();
     ProjectsService &projects();
 
@@ -92,6 +94,7 @@ private:
     std::unique_ptr<AudioPreview> m_audioPreview;
     std::unique_ptr<JsonListStore<ShelfItem>> m_shelfStore;
     std::unique_ptr<AssetShelfService> m_shelf;
+    std::unique_ptr<AssetThumbnails> m_assetThumbnails;
     std::unique_ptr<JsonListStore<Project>> m_projectsStore;
     std::unique_ptr<ProjectsService> m_projects;
     std::unique_ptr<ToolRegistry> m_tools;

@@ -60,6 +60,8 @@ void NotchDropDelegate::filesKnown(const QStringList &paths)
         m_drag->inspection = std::make_unique<DragInspection>(m_around.facts, m_around.scheduler, paths);
         connect(m_drag->inspection.get(), &DragInspection::found, this, [this](const DragContents &contents) {
             m_drag->destinations = dropDestinations(m_around.settings.enabledModules(), contents);
+            // An open tool may judge otherwise by what the files are.
+            releaseTool();
             consider();
         });
         m_drag->inspection->start();

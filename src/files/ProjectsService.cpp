@@ -114,7 +114,8 @@ void ProjectsService::move(const QList<int> &offsets, int destination, Step step
     if (!put(moved(before, offsets, destination)))
         return;
     const bool isContinued = step == Step::Further && m_undo;
-    m_undo.emplace(isContinued ? m_undo->before() : before, projects());
+    // By value: what stands in the old undo goes with it.
+    m_undo = ListUndo<Project>(isContinued ? m_undo->before() : before, projects());
 }
 
 void ProjectsService::remove(const QUuid &id)

@@ -23,7 +23,8 @@ public:
     /// The view came on screen: choose a selection, take the focus inside the panel.
     virtual void appeared();
 
-    /// Whether it takes these files, which are dragged over the open panel. Asked once per drag.
+    /// Whether it takes these files, which are dragged over the open panel. Asked when they are known, and again when it
+    /// has been found out what they are; not for every movement.
     virtual bool acceptsDrop(const QStringList &paths) const;
     /// A drag that it takes is over the panel, or no longer.
     virtual void setDropTargeted(bool targeted);

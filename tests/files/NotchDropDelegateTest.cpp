@@ -53,7 +53,7 @@ class DropTool : public ToolView
 {
 public:
     std::optional<double> wantedBodyHeight() const override { return {}; }
-    bool acceptsDrop(const QStringList &paths) const override { return paths.first().endsWith(u".zip"); }
+    bool acceptsDrop(const QStringList &paths) const override { return !isFull && paths.first().endsWith(u".zip"); }
     void setDropTargeted(bool targeted) override { isTargeted = targeted; }
     bool dropFiles(const QStringList &paths) override
     {
@@ -61,6 +61,7 @@ public:
         return true;
     }
 
+    bool isFull = false;
     bool isTargeted = false;
     QStringList taken;
 };
@@ -358,6 +359,15 @@ void NotchDropDelegateTest::theOpenToolTakesItsOwnDrops()
     QCOMPARE(notch.viewModel.selection(), std::optional(KestroModule::Assets));
     QVERIFY(notch.viewModel.dropTargets().isEmpty());
     QCOMPARE(notch.log, QStringList());
+
+    // It may change its mind when it turns out what they are.
+    notch.facts.hangs = true;
+    notch.drags().enter(kInside, {QStringLiteral("/d/a.zip")});
+    QVERIFY(notch.drags().isAccepted());
+    notch.openTool->isFull = true;
+    notch.facts.answer();
+    QVERIFY(!notch.drags().isAccepted());
+    QVERIFY(!notch.openTool->isTargeted);
 }
 
 void NotchDropDelegateTest::followsThePanelInTheMiddleOfADrag()

@@ -30,12 +30,26 @@ CaretLineEdit::CaretLineEdit(const NotchAppearance &appearance, QWidget *parent)
     // The platform's menu of a text field would open beside the panel's own way of opening menus.
     setContextMenuPolicy(Qt::PreventContextMenu);
     setDragEnabled(false);
+    connect(&appearance, &NotchAppearance::changed, this, &CaretLineEdit::applyPalette);
+    applyPalette();
 }
 
 CaretLineEdit::~CaretLineEdit()
 {
     // The style is a member and gone before the base class is.
     setStyle(nullptr);
+}
+
+void CaretLineEdit::applyPalette()
+{
+    const Theme::Palette &colors = m_appearance.palette();
+    QPalette look = palette();
+    look.setColor(QPalette::Base, Qt::transparent);
+    look.setColor(QPalette::Text, colors.text1);
+    look.setColor(QPalette::PlaceholderText, colors.text3);
+    look.setColor(QPalette::Highlight, colors.textSelection);
+    look.setColor(QPalette::HighlightedText, colors.text1);
+    setPalette(look);
 }
 
 void CaretLineEdit::paintEvent(QPaintEvent *event)

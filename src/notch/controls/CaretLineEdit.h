@@ -7,7 +7,8 @@ namespace ostrelle {
 
 class NotchAppearance;
 
-/// A bare line of text with a caret in the accent colour. The platform's would have the colour of the text.
+/// A bare line of text in the notch's colours, with a caret in the accent colour. The platform's would have the colour
+/// of the text.
 class CaretLineEdit : public QLineEdit
 {
     Q_OBJECT
@@ -19,6 +20,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void applyPalette();
+
     /// Takes the platform's caret away.
     class NoCaretStyle : public QProxyStyle
     {

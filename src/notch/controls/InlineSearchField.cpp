@@ -90,8 +90,7 @@ InlineSearchField::InlineSearchField(const ControlContext &context, const QStrin
         m_field.clear();
         m_field.setFocus(Qt::OtherFocusReason);
     });
-    connect(&context.appearance, &NotchAppearance::changed, this, &InlineSearchField::applyPalette);
-    applyPalette();
+    connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
 }
 
 QString InlineSearchField::text() const
@@ -102,18 +101,6 @@ QString InlineSearchField::text() const
 void InlineSearchField::setText(const QString &text)
 {
     m_field.setText(text);
-}
-
-void InlineSearchField::applyPalette()
-{
-    const Theme::Palette &colors = m_context.appearance.palette();
-    QPalette palette = m_field.palette();
-    palette.setColor(QPalette::Base, Qt::transparent);
-    palette.setColor(QPalette::Text, colors.text1);
-    palette.setColor(QPalette::PlaceholderText, colors.text3);
-    palette.setColor(QPalette::Highlight, colors.textSelection);
-    palette.setColor(QPalette::HighlightedText, colors.text1);
-    m_field.setPalette(palette);
 }
 
 bool InlineSearchField::eventFilter(QObject *watched, QEvent *event)

@@ -35,8 +35,6 @@ protected:
 private:
     class ClearButton;
 
-    void applyPalette();
-
     ControlContext m_context;
     QLineEdit &m_field;
     ClearButton &m_clear;

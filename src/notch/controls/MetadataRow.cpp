@@ -80,19 +80,7 @@ MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard
         haptics.tick();
         Q_EMIT copied();
     });
-    connect(&context.appearance, &NotchAppearance::changed, this, &MetadataRow::applyPalette);
-    applyPalette();
-}
-
-void MetadataRow::applyPalette()
-{
-    const Theme::Palette &colors = m_context.appearance.palette();
-    QPalette palette = m_value.palette();
-    palette.setColor(QPalette::Base, Qt::transparent);
-    palette.setColor(QPalette::Text, colors.text1);
-    palette.setColor(QPalette::Highlight, colors.textSelection);
-    palette.setColor(QPalette::HighlightedText, colors.text1);
-    m_value.setPalette(palette);
+    connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
 }
 
 bool MetadataRow::event(QEvent *event)

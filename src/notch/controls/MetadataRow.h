@@ -43,7 +43,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void applyPalette();
     void setHovered(bool hovered);
 
     ControlContext m_context;

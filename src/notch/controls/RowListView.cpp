@@ -63,6 +63,15 @@ int RowListView::rowCount() const
     return model() != nullptr ? model()->rowCount() : 0;
 }
 
+int RowListView::rowOf(const QUuid &id) const
+{
+    for (int row = 0; row < rowCount(); ++row) {
+        if (idAt(row) == id)
+            return row;
+    }
+    return -1;
+}
+
 double RowListView::placeOf(int row) const
 {
     return m_topPadding + row * kPitch - verticalOffset();

@@ -30,6 +30,8 @@ public:
     int rowsPerPage() const;
     int rowCount() const;
     virtual QUuid idAt(int row) const = 0;
+    /// -1: it is not in the list.
+    int rowOf(const QUuid &id) const;
     /// Where the row is at the moment, gliding included; one pitch high, in the coordinates of viewport(), as all
     /// positions here.
     QRectF rowRect(int row) const;

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QIcon>
+#include <QImage>
+#include <QPixmap>
+
+namespace ostrelle {
+
+/// The picture under the pointer while entries of the shelf are dragged out.
+struct AssetDragPreview
+{
+    static constexpr int kSide = 56;
+
+    QImage picture; ///< square; null: the icon instead
+    QIcon icon;
+    int count = 1; ///< of the dragged entries; shown from two on
+
+    /// kSide wide and high; the pointer belongs in its middle.
+    QPixmap rendered(double devicePixelRatio) const;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,192 @@
+#include "files/AssetTile.h"
+
+#include "files/AssetGridLayout.h"
+#include "notch/Glyph.h"
+#include "notch/NotchAppearance.h"
+#include "notch/ThemeGradients.h"
+#include "notch/controls/ColorMix.h"
+#include "notch/controls/PlayBadge.h"
+
+#include <QFontMetricsF>
+#include <QLinearGradient>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kSquareSide = 62;
+constexpr double kSquareRadius = 10;
+constexpr double kPictureSide = 54;
+constexpr double kPictureRadius = 7;
+constexpr double kIconSide = 34;
+constexpr double kSymbolSize = 22;
+constexpr double kHoverScale = 1.04;
+constexpr double kRing = 1.5;
+constexpr double kPlayDiameter = 24;
+constexpr double kRemoveDiameter = 15;
+constexpr double kRemoveOffset = 5;
+constexpr double kRemoveSymbol = 7.5;
+constexpr double kRemoveGround = 0.62;
+constexpr double kRemoveHiddenScale = 0.6;
+constexpr double kPressedOpacity = 0.75;
+constexpr double kMissingOpacity = 0.5;
+constexpr double kNameGap = 7;
+constexpr double kNameWidth = 80;
+constexpr double kNameHeight = 13;
+constexpr double kFocusWidth = 2;
+constexpr double kFocusGap = 2;
+constexpr int kNameFlags = Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextSingleLine;
+
+void scaleAbout(QPainter &painter, const QPointF &centre, double scale)
+{
+    painter.translate(centre);
+    painter.scale(scale, scale);
+    painter.translate(-centre);
+}
+
+QRectF centred(const QRectF &rect, double side)
+{
+    return {rect.center().x() - side / 2, rect.center().y() - side / 2, side, side};
+}
+
+QRectF removeBadge()
+{
+    const QRectF square = AssetTile::square();
+    return {square.x() + square.width() - kRemoveDiameter + kRemoveOffset, square.y() - kRemoveOffset, kRemoveDiameter,
+            kRemoveDiameter};
+}
+
+/// From corner to corner of the square, as every gradient of the notch.
+QLinearGradient themeGradient(const NotchAppearance &appearance, const QRectF &rect)
+{
+    QLinearGradient gradient(rect.topLeft(), rect.bottomRight());
+    gradient.setStops(themeStops(appearance.theme(), appearance.scheme()));
+    return gradient;
+}
+
+} // namespace
+
+void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QImage &picture)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    QBrush brush(picture);
+    const double scale = rect.width() / picture.width();
+    brush.setTransform(QTransform::fromTranslate(rect.x(), rect.y()).scale(scale, scale));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}
+
+QRectF AssetTile::square()
+{
+    return {(AssetGridLayout::kTileSide - kSquareSide) / 2, 0, kSquareSide, kSquareSide};
+}
+
+QRectF AssetTile::playBadgeRect()
+{
+    return centred(square(), kPlayDiameter);
+}
+
+QRectF AssetTile::removeBadgeRect(bool reducesMotion)
+{
+    const double scale = reducesMotion ? 1 : kHoverScale;
+    const QPointF centre = square().center();
+    return QTransform::fromTranslate(centre.x(), centre.y())
+        .scale(scale, scale)
+        .translate(-centre.x(), -centre.y())
+        .mapRect(removeBadge());
+}
+
+double AssetTile::squareScale(bool reducesMotion) const
+{
+    return reducesMotion ? 1 : 1 + (kHoverScale - 1) * hover;
+}
+
+void AssetTile::paint(QPainter &painter, const ControlContext &context) const
+{
+    const bool reducesMotion = context.appearance.reducesMotion();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.save();
+    scaleAbout(painter, square().center(), squareScale(reducesMotion));
+    paintSquare(painter, context);
+    paintRing(painter, context);
+    PlayBadge::paint(painter, playBadgeRect(),
+                     {.isPlaying = isPlaying,
+                      .presence = playBadge,
+                      .press = isPlayPressed ? 1.0 : 0.0,
+                      .scale = reducesMotion ? 1 : PlayBadge::scaleOf(playBadge)});
+    paintRemoveBadge(painter, reducesMotion);
+    painter.restore();
+    paintName(painter, context);
+    painter.restore();
+}
+
+void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) const
+{
+    const Theme::Palette &palette = context.appearance.palette();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isSelected ? palette.accentSwitchedOn : palette.tileTint);
+    painter.drawRoundedRect(square(), kSquareRadius, kSquareRadius);
+    if (showsFocus) {
+        const double reach = kFocusGap + kFocusWidth / 2;
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(palette.focusRing, kFocusWidth));
+        painter.drawRoundedRect(square().adjusted(-reach, -reach, reach, reach), kSquareRadius + reach,
+                                kSquareRadius + reach);
+    }
+    painter.save();
+    painter.setOpacity(painter.opacity() * (isMissing ? kMissingOpacity : 1));
+    if (!picture.isNull())
+        paintRounded(painter, centred(square(), kPictureSide), kPictureRadius, picture);
+    else if (!icon.isNull())
+        icon.paint(&painter, centred(square(), kIconSide).toRect());
+    else
+        paintGlyph(painter, symbol, square(), kSymbolSize, GlyphWeight::Regular, palette.text2);
+    painter.restore();
+}
+
+void AssetTile::paintRing(QPainter &painter, const ControlContext &context) const
+{
+    if (playingRing <= 0)
+        return;
+    painter.save();
+    painter.setOpacity(painter.opacity() * std::min(playingRing, 1.0));
+    const double inset = kRing / 2;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(themeGradient(context.appearance, square()), kRing));
+    painter.drawRoundedRect(square().adjusted(inset, inset, -inset, -inset), kSquareRadius - inset,
+                            kSquareRadius - inset);
+    painter.restore();
+}
+
+void AssetTile::paintRemoveBadge(QPainter &painter, bool reducesMotion) const
+{
+    if (hover <= 0)
+        return;
+    const QRectF badge = removeBadge();
+    painter.save();
+    painter.setOpacity(painter.opacity() * std::min(hover, 1.0) * (isRemovePressed ? kPressedOpacity : 1));
+    scaleAbout(painter, badge.center(), reducesMotion ? 1 : kRemoveHiddenScale + (1 - kRemoveHiddenScale) * hover);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(faded(Qt::black, kRemoveGround));
+    painter.drawEllipse(badge);
+    paintGlyph(painter, u"xmark", badge, kRemoveSymbol, GlyphWeight::Bold, Qt::white);
+    painter.restore();
+}
+
+void AssetTile::paintName(QPainter &painter, const ControlContext &context) const
+{
+    const Theme::Palette &palette = context.appearance.palette();
+    const QRectF line((AssetGridLayout::kTileSide - kNameWidth) / 2, kSquareSide + kNameGap, kNameWidth, kNameHeight);
+    painter.setFont(Theme::font(FontRole::Micro));
+    const QColor color = mixed(palette.text2, palette.text1, isSelected ? 1 : hover);
+    painter.setPen(faded(color, isMissing ? kMissingOpacity : 1));
+    painter.drawText(line, kNameFlags, QFontMetricsF(painter.font()).elidedText(name, Qt::ElideMiddle, kNameWidth));
+}
+
+} // namespace ostrelle

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "notch/controls/ControlContext.h"
+
+#include <QIcon>
+#include <QImage>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+namespace ostrelle {
+
+/// One entry of the shelf as it looks at a moment: a square with its picture or icon over its name, and what stands on
+/// the square. Places are in the tile's coordinates, logical pixels.
+struct AssetTile
+{
+    QString name;
+    QImage picture; ///< square; null: the icon instead
+    QIcon icon;
+    QString symbol; ///< where there is no icon either
+    bool isMissing = false;
+    bool isSelected = false;
+    bool showsFocus = false;
+    bool isPlaying = false;
+    bool isRemovePressed = false;
+    bool isPlayPressed = false;
+    // 0 to 1, and beyond where a spring carries them.
+    double hover = 0;
+    double playBadge = 0;
+    double playingRing = 0;
+
+    static QRectF square();
+    static QRectF playBadgeRect();
+    /// Where the badge is on a tile under the pointer.
+    static QRectF removeBadgeRect(bool reducesMotion);
+
+    /// Into a tile whose top left corner is at the painter's origin.
+    void paint(QPainter &painter, const ControlContext &context) const;
+
+private:
+    double squareScale(bool reducesMotion) const;
+    void paintSquare(QPainter &painter, const ControlContext &context) const;
+    void paintRing(QPainter &painter, const ControlContext &context) const;
+    void paintRemoveBadge(QPainter &painter, bool reducesMotion) const;
+    void paintName(QPainter &painter, const ControlContext &context) const;
+};
+
+/// A square picture that fills `rect`, with rounded corners.
+void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QImage &picture);
+
+} // namespace ostrelle
