@@ -1,6 +1,7 @@
 #include "files/AssetDragPreview.h"
 
 #include "files/AssetTile.h"
+#include "notch/Glyph.h"
 #include "notch/Theme.h"
 
 #include <QFontMetricsF>
@@ -14,9 +15,19 @@ namespace {
 
 constexpr double kRadius = 8;
 constexpr double kOpacity = 0.92;
+constexpr double kSymbolSize = 22;
 constexpr double kBadgeHeight = 18;
 constexpr double kBadgePadding = 5.5;
 constexpr double kBadgeMargin = 2;
+
+/// On a plate of its own, because anything may lie below.
+void paintSymbol(QPainter &painter, const QRectF &rect, const QString &symbol)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::kHardware);
+    painter.drawRoundedRect(rect, kRadius, kRadius);
+    paintGlyph(painter, symbol, rect, kSymbolSize, GlyphWeight::Regular, Qt::white);
+}
 
 void paintCount(QPainter &painter, int count)
 {
@@ -44,10 +55,12 @@ QPixmap AssetDragPreview::rendered(double devicePixelRatio) const
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(kOpacity);
     const QRect whole(0, 0, kSide, kSide);
-    if (picture.isNull())
+    if (!picture.isNull())
+        paintRounded(painter, whole, kRadius, picture);
+    else if (!icon.isNull())
         icon.paint(&painter, whole);
     else
-        paintRounded(painter, whole, kRadius, picture);
+        paintSymbol(painter, whole, symbol);
     painter.setOpacity(1);
     if (count > 1)
         paintCount(painter, count);

@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QImage>
 #include <QPixmap>
+#include <QString>
 
 namespace ostrelle {
 
@@ -13,7 +14,8 @@ struct AssetDragPreview
 
     QImage picture; ///< square; null: the icon instead
     QIcon icon;
-    int count = 1; ///< of the dragged entries; shown from two on
+    QString symbol; ///< where there is no icon either
+    int count = 1;  ///< of the dragged entries; shown from two on
 
     /// kSide wide and high; the pointer belongs in its middle.
     QPixmap rendered(double devicePixelRatio) const;

@@ -57,11 +57,6 @@ QVariant AssetListModel::data(const QModelIndex &index, int role) const
     }
 }
 
-Qt::ItemFlags AssetListModel::flags(const QModelIndex &index) const
-{
-    return index.isValid() ? QAbstractListModel::flags(index) | Qt::ItemIsDragEnabled : Qt::NoItemFlags;
-}
-
 int AssetListModel::rowOf(const QUuid &id) const
 {
     const auto found =
@@ -95,8 +90,9 @@ void AssetListModel::apply(const ListStep &step)
     switch (step.kind) {
     case ListStep::Kind::Insert:
         beginInsertRows({}, step.at, last);
+        m_items.insert(step.at, step.count, ShelfItem());
         for (int row = step.at; row <= last; ++row)
-            m_items.insert(row, m_shelf.items().at(row));
+            m_items[row] = m_shelf.items().at(row);
         endInsertRows();
         break;
     case ListStep::Kind::Remove:

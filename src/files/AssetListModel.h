@@ -24,7 +24,6 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     /// The name as DisplayRole, name and state as AccessibleTextRole, the path as AccessibleDescriptionRole.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    Qt::ItemFlags flags(const QModelIndex &index) const override;
 
     const ShelfItem &item(int row) const { return m_items.at(row); }
     /// -1 when it is not listed.

@@ -66,10 +66,7 @@ void AssetThumbnails::want(const QList<ShelfItem> &items, qsizetype inSight, dou
 
 bool AssetThumbnails::isMissing(const ShelfItem &item) const
 {
-    if (m_cache.find(item.id))
-        return false;
-    const FileFacts facts = m_presence.facts(item.path);
-    return facts.isPlainFile() || facts.kind == FileFacts::Kind::Unknown;
+    return !m_cache.find(item.id) && m_presence.facts(item.path).isPlainFile();
 }
 
 void AssetThumbnails::ask()
@@ -91,7 +88,7 @@ void AssetThumbnails::askFor(qsizetype first, qsizetype end)
         const auto earlier = m_asked.find(item.id);
         if (earlier != m_asked.end() && (earlier->second.isInSight || !isInSight))
             continue;
-        if (!isMissing(item) || !m_presence.facts(item.path).isPlainFile())
+        if (!isMissing(item))
             continue;
         Asked &asked = m_asked[item.id];
         asked.isInSight = isInSight;

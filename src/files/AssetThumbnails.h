@@ -56,6 +56,7 @@ private:
         ThumbnailRequest request;
     };
 
+    /// It can have a picture, as far as one knows, and has none yet.
     bool isMissing(const ShelfItem &item) const;
     void forgetChanged(const QStringList &paths);
     void ask();

@@ -154,8 +154,10 @@ void AssetsModuleView::dragOut(const QUuid &grabbed, const QList<QUuid> &ids)
     if (drag.paths.isEmpty())
         return;
     const AssetTile tile = m_grid.tile(m_assets.rowOf(grabbed));
-    const AssetDragPreview preview{
-        .picture = tile.picture, .icon = tile.icon, .count = static_cast<int>(drag.paths.size())};
+    const AssetDragPreview preview{.picture = tile.picture,
+                                   .icon = tile.icon,
+                                   .symbol = tile.symbol,
+                                   .count = static_cast<int>(drag.paths.size())};
     drag.picture = preview.rendered(devicePixelRatioF());
     drag.hotSpot = {AssetDragPreview::kSide / 2, AssetDragPreview::kSide / 2};
     m_around.dragOut.start(m_grid, drag, [](DragOut::Outcome) {});

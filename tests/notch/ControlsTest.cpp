@@ -4,6 +4,7 @@
 #include "notch/controls/GlyphButton.h"
 #include "notch/controls/InlineSearchField.h"
 #include "notch/controls/MetadataRow.h"
+#include "notch/controls/PlayBadge.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void destructiveGlyphButtonTurnsRedWithoutGlow();
     void ringAppearsOnlyAfterAKeyMovedTheFocus();
     void returnActivatesAButton();
+    void playBadgeKeepsItsPlaceWhileHidden();
     void searchFieldEmptiesItself();
     void searchFieldLetsUnusedKeysPass();
     void emptyStateLeavesByFading();
@@ -119,6 +121,32 @@ void ControlsTest::returnActivatesAButton()
     button.setEnabled(false);
     QTest::keyClick(&button, Qt::Key_Return);
     QCOMPARE(clicked.count(), 2);
+}
+
+void ControlsTest::playBadgeKeepsItsPlaceWhileHidden()
+{
+    Stage stage;
+    const QImage bare = stage.picture();
+    PlayBadge badge(stage.context, 24, &stage.ground);
+    badge.move(60, 30);
+    stage.ground.show();
+    QCOMPARE(stage.picture(), bare);
+    QCOMPARE(badge.geometry(), QRect(60, 30, 24, 24));
+    // What lies below gets the pointer.
+    QCOMPARE(stage.ground.childAt(72, 42), nullptr);
+    badge.setPlaying(true);
+    badge.setShown(true);
+    stage.settle();
+    QCOMPARE(badge.toolTip(), QStringLiteral("Stop"));
+    QCOMPARE(stage.ground.childAt(72, 42), &badge);
+    const QImage playing = stage.picture();
+    QCOMPARE(playing.pixel(72, 42), qRgb(255, 255, 255));
+    badge.setPlaying(false);
+    QCOMPARE(badge.accessibleName(), QStringLiteral("Play"));
+    QVERIFY(stage.picture() != playing);
+    badge.setShown(false);
+    stage.settle();
+    QCOMPARE(stage.picture(), bare);
 }
 
 void ControlsTest::searchFieldEmptiesItself()
