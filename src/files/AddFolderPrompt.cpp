@@ -11,7 +11,7 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kSymbolSize = 19;
+constexpr double kPromptSymbolSize = 19;
 constexpr int kSymbolBox = 24;
 constexpr int kSymbolGap = 9;
 constexpr int kMessageLine = 15;
@@ -48,8 +48,8 @@ void AddFolderPrompt::paintEvent(QPaintEvent *)
     const Theme::Palette &palette = m_context.appearance.palette();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintGlyph(painter, u"folder.badge.plus", QRectF(0, top(), width(), kSymbolBox), kSymbolSize, GlyphWeight::Light,
-               palette.text3);
+    paintGlyph(painter, u"folder.badge.plus", QRectF(0, top(), width(), kSymbolBox), kPromptSymbolSize,
+               GlyphWeight::Light, palette.text3);
     painter.setFont(Theme::font(FontRole::Caption));
     painter.setPen(palette.text2);
     painter.drawText(QRectF(0, top() + kSymbolBox + kSymbolGap, width(), kMessageLine), Qt::AlignCenter,

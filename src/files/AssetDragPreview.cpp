@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kRadius = 8;
 constexpr double kOpacity = 0.92;
-constexpr double kSymbolSize = 22;
+constexpr double kPictureSymbolSize = 22;
 constexpr double kBadgeHeight = 18;
 constexpr double kBadgePadding = 5.5;
 constexpr double kBadgeMargin = 2;
@@ -26,7 +26,7 @@ void paintSymbol(QPainter &painter, const QRectF &rect, const QString &symbol)
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::kHardware);
     painter.drawRoundedRect(rect, kRadius, kRadius);
-    paintGlyph(painter, symbol, rect, kSymbolSize, GlyphWeight::Regular, Qt::white);
+    paintGlyph(painter, symbol, rect, kPictureSymbolSize, GlyphWeight::Regular, Qt::white);
 }
 
 void paintCount(QPainter &painter, int count)

@@ -28,7 +28,7 @@ namespace {
 constexpr int kWellInset = 14;
 /// Header and tool strip.
 constexpr double kAboveBody = 106;
-constexpr double kEmptyHeight = 272;
+constexpr double kPromptHeight = 272;
 constexpr double kTallestList = 230;
 constexpr double kListPadding = 16;
 
@@ -75,7 +75,7 @@ std::optional<double> ProjectsModuleView::wantedBodyHeight() const
 {
     const int count = m_projects.rowCount();
     if (count == 0)
-        return kEmptyHeight;
+        return kPromptHeight;
     return std::min(count * double(RowPlate::kPitch) + kListPadding, kTallestList) + kAboveBody;
 }
 

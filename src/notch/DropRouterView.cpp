@@ -12,7 +12,7 @@
 namespace ostrelle {
 namespace {
 
-constexpr int kSpacing = 10;
+constexpr int kZoneSpacing = 10;
 constexpr int kPadding = 14;
 
 } // namespace
@@ -54,13 +54,14 @@ void DropRouterView::setTargets(const QList<KestroModule> &targets)
 void DropRouterView::place(const QPointF &topCentre)
 {
     const int count = static_cast<int>(m_zones.size());
-    const QSize size(count * (DropZone::kWidth + kSpacing) - kSpacing + 2 * kPadding, DropZone::kHeight + 2 * kPadding);
+    const QSize size(count * (DropZone::kWidth + kZoneSpacing) - kZoneSpacing + 2 * kPadding,
+                     DropZone::kHeight + 2 * kPadding);
     setGeometry(QRect((topCentre - QPointF(size.width() / 2.0, 0)).toPoint(), size));
     QPoint corner(kPadding, kPadding);
     QMap<KestroModule, QRectF> frames;
     for (DropZone *zone : m_zones) {
         zone->setFrameCorner(corner);
-        corner.rx() += DropZone::kWidth + kSpacing;
+        corner.rx() += DropZone::kWidth + kZoneSpacing;
         frames.insert(zone->module(), QRectF(zone->frame().translated(pos())));
     }
     if (!m_viewModel.dropTargets().isEmpty())

@@ -22,12 +22,12 @@ constexpr double kDash = 4;
 constexpr double kHoveredBorder = 1.5;
 constexpr double kHoveredEdge = 0.7;
 
-constexpr double kSymbolSize = 17;
-constexpr double kSymbolBox = 20;
+constexpr double kZoneSymbolSize = 17;
+constexpr double kZoneSymbolBox = 20;
 constexpr double kTitleHeight = 14;
 constexpr double kActionHeight = 13;
 constexpr double kSpacing = 5;
-constexpr double kContentHeight = kSymbolBox + kSpacing + kTitleHeight + kSpacing + kActionHeight;
+constexpr double kContentHeight = kZoneSymbolBox + kSpacing + kTitleHeight + kSpacing + kActionHeight;
 
 } // namespace
 
@@ -104,11 +104,11 @@ void DropZone::paintContent(QPainter &painter, const QRectF &zone) const
     const Theme::Palette &palette = m_context.appearance.palette();
     const double hover = m_hover.value();
     const double top = zone.y() + (zone.height() - kContentHeight) / 2;
-    const QRectF symbolBox(zone.center().x() - kSymbolBox / 2, top, kSymbolBox, kSymbolBox);
-    paintGlyph(painter, symbol(m_module), symbolBox, kSymbolSize, GlyphWeight::Medium,
+    const QRectF symbolBox(zone.center().x() - kZoneSymbolBox / 2, top, kZoneSymbolBox, kZoneSymbolBox);
+    paintGlyph(painter, symbol(m_module), symbolBox, kZoneSymbolSize, GlyphWeight::Medium,
                mixed(palette.text2, palette.accent, hover));
 
-    const QRectF titleLine(zone.x(), top + kSymbolBox + kSpacing, zone.width(), kTitleHeight);
+    const QRectF titleLine(zone.x(), top + kZoneSymbolBox + kSpacing, zone.width(), kTitleHeight);
     painter.setFont(Theme::font(FontRole::CaptionMedium));
     painter.setPen(mixed(palette.text2, palette.text1, hover));
     painter.drawText(titleLine, Qt::AlignCenter | Qt::TextDontClip, title(m_module));

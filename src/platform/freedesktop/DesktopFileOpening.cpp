@@ -18,7 +18,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcPlatform, "ostrelle.platform", QtInfoMsg)
 
-constexpr int kDeadline = 3000; // ms; a file manager that the bus has to start first takes one or two
+constexpr int kRevealDeadline = 3000; // ms; a file manager that the bus has to start first takes one or two
 
 QDBusMessage showItems(const QString &path, const ActivationToken &token)
 {
@@ -65,7 +65,8 @@ void DesktopFileOpening::reveal(const QString &path, const ActivationToken &toke
     const QString item = QDir::cleanPath(path);
     const auto openFolder = [this, item, token] { open(QFileInfo(item).path(), token); };
     auto show = [this, item, token, openFolder](const QDBusConnection &bus) {
-        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(showItems(item, token), kDeadline));
+        auto &watcher =
+            makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(showItems(item, token), kRevealDeadline));
         connect(&watcher, &QDBusPendingCallWatcher::finished, this, [openFolder](QDBusPendingCallWatcher *finished) {
             finished->deleteLater();
             if (finished->isError()) {

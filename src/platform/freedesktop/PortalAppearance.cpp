@@ -16,7 +16,7 @@ namespace ostrelle {
 namespace {
 
 constexpr auto kPath = "/org/freedesktop/portal/desktop";
-constexpr auto kInterface = "org.freedesktop.portal.Settings";
+constexpr auto kSettingsInterface = "org.freedesktop.portal.Settings";
 constexpr auto kAppearance = "org.freedesktop.appearance";
 constexpr auto kGnomeInterface = "org.gnome.desktop.interface";
 
@@ -27,7 +27,7 @@ PortalAppearance::PortalAppearance(QObject *parent)
 {
     sessionBus::whenConnected(this, [this](QDBusConnection bus) {
         const QString path = QString::fromLatin1(kPath);
-        const QString interface = QString::fromLatin1(kInterface);
+        const QString interface = QString::fromLatin1(kSettingsInterface);
         // Any sender: naming one would make the bus be asked, and waited for, who that is.
         bus.connect(QString(), path, interface, QStringLiteral("SettingChanged"), this,
                     SLOT(handleChange(QDBusMessage)));

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 constexpr int kDeadline = 3000; // ms, of each call; a portal that the bus has to start takes about one second
 constexpr uint kVersionWithFolders = 3;
 constexpr auto kService = "org.freedesktop.portal.Desktop";
-constexpr auto kInterface = "org.freedesktop.portal.FileChooser";
+constexpr auto kChooserInterface = "org.freedesktop.portal.FileChooser";
 constexpr auto kRequestInterface = "org.freedesktop.portal.Request";
 
 /// First argument of Request's Response.
@@ -63,7 +63,7 @@ PortalFileRequest::PortalFileRequest(QDBusConnection bus, FileChoice choice, con
 {
     // Where the interface is missing, no backend for choosers is installed.
     QDBusMessage request = portalCall(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    request << QString::fromLatin1(kInterface) << QStringLiteral("version");
+    request << QString::fromLatin1(kChooserInterface) << QStringLiteral("version");
     call(request, [this](const QDBusMessage &reply) {
         const uint version = reply.arguments().value(0).value<QDBusVariant>().variant().toUInt();
         if (version == 0 || (m_choice.kind == FileChoice::Kind::Folders && version < kVersionWithFolders)) {
@@ -122,7 +122,7 @@ void PortalFileRequest::openChooser()
         options.insert(QStringLiteral("filters"), PortalFileFilter::argumentFor(m_choice));
     }
     // No parent window: the window manager does not know the panel, so it could place nothing relative to it.
-    QDBusMessage request = portalCall(QString::fromLatin1(kInterface), QStringLiteral("OpenFile"));
+    QDBusMessage request = portalCall(QString::fromLatin1(kChooserInterface), QStringLiteral("OpenFile"));
     request << QString() << m_choice.message << options;
     m_asked = m_scheduler.now();
     call(request, [](const QDBusMessage &) {});

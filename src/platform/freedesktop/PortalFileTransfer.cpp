@@ -21,7 +21,7 @@ namespace ostrelle {
 
 namespace {
 
-constexpr int kDeadline = 2000; // ms
+constexpr int kTransferDeadline = 2000; // ms
 /// What a bus lets through with one message by default.
 constexpr qsizetype kFilesAtOnce = 16;
 
@@ -52,7 +52,7 @@ void addFiles(const QDBusConnection &bus, const QString &key, const QStringList 
         }
         QDBusMessage request = callTo(QStringLiteral("AddFiles"));
         request << key << QVariant::fromValue(descriptors) << QVariantMap();
-        if (bus.call(request, QDBus::Block, kDeadline).type() == QDBusMessage::ErrorMessage) {
+        if (bus.call(request, QDBus::Block, kTransferDeadline).type() == QDBusMessage::ErrorMessage) {
             return;
         }
     }
@@ -65,7 +65,7 @@ void PortalFileTransfer::retrieve(const QString &key, QObject *context, std::fun
     auto call = [this, key, answer, guard = QPointer<QObject>(context)](const QDBusConnection &bus) {
         QDBusMessage request = callTo(QStringLiteral("RetrieveFiles"));
         request << key << QVariantMap();
-        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(request, kDeadline));
+        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(request, kTransferDeadline));
         connect(&watcher, &QDBusPendingCallWatcher::finished, this, [answer, guard](QDBusPendingCallWatcher *finished) {
             finished->deleteLater();
             const QDBusPendingReply<QStringList> reply = *finished;
@@ -85,7 +85,7 @@ void PortalFileTransfer::offer(const QStringList &paths, QObject *context, std::
         QDBusMessage request = callTo(QStringLiteral("StartTransfer"));
         request.setAutoStartService(false); // a sandboxed receiver has started it
         request << QVariantMap();
-        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(request, kDeadline));
+        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(request, kTransferDeadline));
         connect(&watcher, &QDBusPendingCallWatcher::finished, this,
                 [bus, paths, answer, guard](QDBusPendingCallWatcher *finished) {
                     finished->deleteLater();
