@@ -28,6 +28,7 @@ class Drags(unittest.TestCase):
         self.addCleanup(self.program.kill)
         self.wire = Wire(self.program)
         self.addCleanup(self.wire.close)
+        self.usual = self.wire.longest_gap(0.5)
 
     def tearDown(self):
         if self.program.process.poll() is None:
@@ -70,6 +71,10 @@ class Drags(unittest.TestCase):
 
     def waits_for(self, *names, tool="shelf"):
         wait_until(lambda: self.names(tool) == list(names), f"the {tool} holds {names}, not {self.names(tool)}", 5)
+
+    def answers_for(self, seconds):
+        """Within 100 ms, and what a busy machine takes when nothing is dragged."""
+        self.assertLess(self.wire.longest_gap(seconds), 100 + self.usual)
 
     def is_at_rest(self):
         wait_until(lambda: not self.wire.status()["dragCatchArmed"] and not self.wire.status()["dropTargets"]
@@ -179,7 +184,7 @@ class Drags(unittest.TestCase):
         source = self.plain(*self.uris("notes.txt"), options=("--mode", "hang"))
         self.catch(source)
         source.move(*CAUGHT)
-        self.assertLess(self.wire.longest_gap(1.0), 100)
+        self.answers_for(1.0)
         source.let_go()
         self.is_at_rest()
         source.end()
@@ -190,7 +195,7 @@ class Drags(unittest.TestCase):
         source.process.send_signal(signal.SIGSTOP)
         source.move(*ELSEWHERE)
         source.let_go()
-        self.assertLess(self.wire.longest_gap(1.0), 100)
+        self.answers_for(1.0)
         self.is_at_rest()
         source.end()
         self.assertEqual(self.names(), [])
@@ -211,7 +216,7 @@ class Drags(unittest.TestCase):
             source = self.source("plain", "--list", listed)
             self.catch(source)
             source.move(*CAUGHT)
-            self.assertLess(self.wire.longest_gap(1.5), 100)
+            self.answers_for(1.5)
             self.enter(source, (CAUGHT[0] + 5, CAUGHT[1]), ["assets"])
             source.let_go()
             wait_until(lambda: self.wire.status()["counts"]["assets"] == count, f"{count} taken", 20)
