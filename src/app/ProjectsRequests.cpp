@@ -21,7 +21,7 @@ RequestAnswer moveProject(ProjectsService &projects, const QJsonObject &request)
 {
     const QJsonObject target{{QStringLiteral("number"), request[u"to"]}};
     std::optional<int> to;
-    const RequestAnswer answer = onNumberedProject(projects, target, [&](int index) { to = index; });
+    RequestAnswer answer = onNumberedProject(projects, target, [&](int index) { to = index; });
     if (!to)
         return answer;
     return onNumberedProject(projects, request, [&](int index) {

@@ -19,7 +19,8 @@ double AssetGridLayout::contentHeight() const
 QRectF AssetGridLayout::tile(int index) const
 {
     const double left = std::floor((width - kWidth) / 2);
-    return {left + index % kColumns * kColumnPitch, kPadding + index / kColumns * kRowPitch, kTileSide, kTileSide};
+    const int row = index / kColumns;
+    return {left + index % kColumns * kColumnPitch, kPadding + row * kRowPitch, kTileSide, kTileSide};
 }
 
 std::optional<int> AssetGridLayout::tileAt(const QPointF &position) const

@@ -303,7 +303,7 @@ void AssetGridView::focusInEvent(QFocusEvent *event)
         showFocus(true);
     if (m_showsFocus && m_selection.current() < 0 && assets().rowCount() > 0)
         m_selection.choose(0);
-    // The item view's own would make the first tile the current one.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the item view's own would make the first tile the current one
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
 }

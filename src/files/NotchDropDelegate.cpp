@@ -43,7 +43,7 @@ NotchDropDelegate::~NotchDropDelegate() = default;
 void NotchDropDelegate::entered(const QPointF &position)
 {
     releaseTool();
-    m_drag.emplace();
+    m_drag = Drag();
     m_drag->position = position;
     consider();
 }

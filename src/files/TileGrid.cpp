@@ -84,12 +84,13 @@ int TileGrid::verticalOffset() const
 
 void TileGrid::doItemsLayout()
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the list in between lays out one column
     QAbstractItemView::doItemsLayout();
 }
 
 void TileGrid::updateGeometries()
 {
-    // What the list in between would do knows only one column.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the list in between lays out one column
     QAbstractItemView::updateGeometries();
     const int content = static_cast<int>(gridLayout().contentHeight());
     verticalScrollBar()->setRange(0, std::max(content - viewport()->height(), 0));
@@ -99,6 +100,7 @@ void TileGrid::updateGeometries()
 
 void TileGrid::resizeEvent(QResizeEvent *event)
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the list in between lays out one column
     QAbstractItemView::resizeEvent(event);
 }
 

@@ -73,8 +73,8 @@ AdmittedFile inMemory(const QByteArray &bytes)
 /// `mutex` guards wishes, answers and threads.
 struct FileAdmission::State
 {
-    explicit State(DesktopThumbnails cache_)
-        : cache(std::move(cache_))
+    explicit State(DesktopThumbnails thumbnails)
+        : cache(std::move(thumbnails))
         , wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     {
     }

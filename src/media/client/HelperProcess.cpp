@@ -71,6 +71,7 @@ public:
         std::array<char *, 2> arguments{path.data(), nullptr};
         std::vector<QByteArray> environment = helperEnvironment();
         std::vector<char *> variables;
+        variables.reserve(environment.size() + 1);
         for (QByteArray &variable : environment)
             variables.push_back(variable.data());
         variables.push_back(nullptr);

@@ -100,7 +100,7 @@ void PortalFileTransfer::offer(const QStringList &paths, QObject *context, std::
                     }
                 });
     };
-    sessionBus::whenConnected(context, std::move(call), [answer] { answer({}); });
+    sessionBus::whenConnected(context, std::move(call), [answer = std::move(answer)] { answer({}); });
 }
 
 } // namespace ostrelle

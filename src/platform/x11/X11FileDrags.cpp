@@ -82,7 +82,7 @@ void X11FileDrags::foreignEnter(const QPoint &native, const QList<quint32> &type
 {
     m_position = fromNative(native);
     m_isAccepted = false;
-    m_foreign.emplace();
+    m_foreign = Foreign();
     std::copy_if(m_targets.cbegin(), m_targets.cend(), std::back_inserter(m_foreign->targets),
                  [&types](const auto &target) { return types.contains(target.atom); });
     m_foreign->patience = m_scheduler.after(kPatience, this, [this] { giveUpWaiting(); });
