@@ -28,7 +28,8 @@ void DragWatch::begin()
     m_poll.cancel();
     if (!m_settings.catchDraggedFiles())
         return;
-    m_countAtPress = m_dragSense.changeCount();
+    // The press is told late on a busy machine, when the drag may have begun.
+    m_countAtPress = m_dragSense.countAtPress();
     m_release = DragRelease(m_scheduler.now());
     m_poll = m_scheduler.every(kPollInterval, &m_viewModel, [this] { look(); });
 }

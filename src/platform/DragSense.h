@@ -14,6 +14,8 @@ public:
 
     /// Moves whenever a drag with data begins.
     virtual qint64 changeCount() const = 0;
+    /// What changeCount() was at the moment when a button last went down, however late that is told.
+    virtual qint64 countAtPress() const = 0;
     /// Whether a pointer button is held.
     virtual Answer isButtonHeld() const = 0;
 };

@@ -9,9 +9,14 @@ class FakeDragSense final : public DragSense
 {
 public:
     qint64 changeCount() const override { return m_changeCount; }
+    qint64 countAtPress() const override { return m_countAtPress; }
     Answer isButtonHeld() const override { return m_button; }
 
-    void press() { m_button = Answer::Yes; }
+    void press()
+    {
+        m_button = Answer::Yes;
+        m_countAtPress = m_changeCount;
+    }
     void release() { m_button = Answer::No; }
     /// Something with data is dragged with the pressed button.
     void beginDrag();
@@ -20,6 +25,7 @@ public:
 
 private:
     qint64 m_changeCount = 0;
+    qint64 m_countAtPress = 0;
     Answer m_button = Answer::No;
 };
 

@@ -13,6 +13,8 @@ X11DragSense::X11DragSense(WatchConnection &watch, const X11RawPointer &pointer)
     , m_fixesEvent(watchSelectionOwners(watch, m_selection))
     , m_subscription(watch.onEvent([this](const xcb_generic_event_t &event) { handle(event); }))
 {
+    // Presses and owners come on the same connection, hence in the order in which they happened.
+    QObject::connect(&pointer, &X11RawPointer::pressed, &m_presses, [this] { m_countAtPress = m_changeCount; });
 }
 
 Answer X11DragSense::isButtonHeld() const

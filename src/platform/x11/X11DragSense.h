@@ -3,6 +3,8 @@
 #include "platform/DragSense.h"
 #include "platform/x11/WatchConnection.h"
 
+#include <QObject>
+
 namespace ostrelle {
 
 class X11RawPointer;
@@ -14,6 +16,7 @@ public:
     X11DragSense(WatchConnection &watch, const X11RawPointer &pointer);
 
     qint64 changeCount() const override { return m_changeCount; }
+    qint64 countAtPress() const override { return m_countAtPress; }
     Answer isButtonHeld() const override;
 
 private:
@@ -23,6 +26,8 @@ private:
     xcb_atom_t m_selection;
     int m_fixesEvent;
     qint64 m_changeCount = 0;
+    qint64 m_countAtPress = 0;
+    QObject m_presses; ///< ends the listening to the pointer
     WatchConnection::Subscription m_subscription;
 };
 

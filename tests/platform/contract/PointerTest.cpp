@@ -108,6 +108,7 @@ private Q_SLOTS:
         const qint64 first = drag.changeCount();
         m_desktop->beginDrag(); // by the same source again
         QTRY_VERIFY(drag.changeCount() != first);
+        QCOMPARE(drag.countAtPress(), before);
         m_desktop->releaseButton();
         QCOMPARE(drag.isButtonHeld(), Answer::No);
     }
