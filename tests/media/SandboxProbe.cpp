@@ -66,7 +66,7 @@ int raisesMemory()
     return errorOf(setrlimit(RLIMIT_AS, &more));
 }
 
-CommandAnswer attempt(ByteSource &, const HelperRequest &, const DecoderTable &)
+CommandAnswer attempt(ByteSource &, const HelperRequest &)
 {
     const std::array<int, 16> errors{
         errorOf(open("/etc/passwd", O_RDONLY)),
@@ -96,7 +96,7 @@ CommandAnswer attempt(ByteSource &, const HelperRequest &, const DecoderTable &)
 
 #ifdef OSTRELLE_PROBE_READS_FONTS
 /// Tells whether what may be read can be read: 1 is yes.
-CommandAnswer readFonts(ByteSource &, const HelperRequest &, const DecoderTable &)
+CommandAnswer readFonts(ByteSource &, const HelperRequest &)
 {
     CommandAnswer answer;
     answer.payload.push_back(open("/usr/share/fonts", O_RDONLY | O_DIRECTORY) >= 0 ? 1 : 0);
@@ -114,10 +114,9 @@ int main()
 #ifdef OSTRELLE_PROBE_READS_FONTS
     limits.mayStartThreads = true;
     limits.readableFolders = {"/usr/share/fonts"};
-    const std::array commands{CommandRow{HelperCommand::Thumbnail, attempt},
-                              CommandRow{HelperCommand::ToPng, readFonts}};
+    const Commands commands{CommandRow{HelperCommand::Thumbnail, attempt}, CommandRow{HelperCommand::ToPng, readFonts}};
 #else
-    const std::array commands{CommandRow{HelperCommand::Thumbnail, attempt}};
+    const Commands commands{CommandRow{HelperCommand::Thumbnail, attempt}};
 #endif
-    return serveFiles(limits, commands, {});
+    return serveFiles(limits, commands);
 }

@@ -93,7 +93,7 @@ bool isSound(const HelperRequest &request, const HelperAnswer &answer)
         return false;
     if (answer.status != HelperStatus::Done)
         return answer.byteSize == 0 && answer.status <= HelperStatus::OutOfMemory;
-    if (request.command == HelperCommand::ToPng)
+    if (request.command != HelperCommand::Thumbnail)
         return answer.byteSize > 0;
     const auto fits = [](std::uint32_t side, std::uint32_t most) { return side >= 1 && side <= most; };
     if (!fits(answer.width, request.side) || !fits(answer.height, request.side))

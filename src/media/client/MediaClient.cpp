@@ -1,6 +1,7 @@
 #include "media_client/MediaClient.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -22,11 +23,40 @@ constexpr auto kAdmissionDeadline = 3s;
 /// Files opened ahead of the helpers. No more, so that what is asked for next still comes first.
 constexpr int kAdmittedAhead = 4;
 
+/// More than any object of facts takes.
+constexpr quint32 kFactsLimit = 16 * 1024;
+
 quint32 outputLimitOf(const HelperRequest &request)
 {
-    if (request.command == HelperCommand::ToPng)
+    switch (request.command) {
+    case HelperCommand::Thumbnail:
+        break;
+    case HelperCommand::ToPng:
         return MediaClient::kPngLimit;
+    default:
+        return kFactsLimit;
+    }
     return 4 * (request.side * request.side + request.cacheSide * request.cacheSide);
+}
+
+/// The ending of the name as a helper is told it: a word in ASCII, or nothing.
+std::array<char, 16> extensionOf(const QString &path)
+{
+    std::array<char, 16> extension{};
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const bool isWord = std::all_of(suffix.begin(), suffix.end(),
+                                    [](QChar letter) { return letter.unicode() < 0x80 && letter.isLetterOrNumber(); });
+    if (isWord && suffix.size() < static_cast<qsizetype>(extension.size()))
+        std::transform(suffix.begin(), suffix.end(), extension.begin(), [](QChar letter) { return letter.toLatin1(); });
+    return extension;
+}
+
+template <typename Info>
+std::variant<Info, MediaFailure> factsOf(const HelperReply &reply, std::optional<Info> info)
+{
+    if (reply.failure)
+        return *reply.failure;
+    return info ? std::variant<Info, MediaFailure>(*info) : MediaFailure::Broken;
 }
 
 HelperReply replyOf(MediaFailure failure)
@@ -118,8 +148,42 @@ MediaRequest MediaClient::convertToPng(const QByteArray &bytes, PngAnswer answer
     return add(std::move(job));
 }
 
+MediaRequest MediaClient::audioInfo(const QString &path, AudioInfoAnswer answer)
+{
+    Job job;
+    job.path = QDir::cleanPath(path);
+    job.request.command = HelperCommand::AudioInfo;
+    job.deliver = [answer = std::move(answer), path = job.path](HelperReply &reply) {
+        answer(factsOf(reply, audioInfoFromJson(reply.payload, path)));
+    };
+    return add(std::move(job));
+}
+
+MediaRequest MediaClient::imageInfo(const QString &path, ImageInfoAnswer answer)
+{
+    Job job;
+    job.path = QDir::cleanPath(path);
+    job.request.command = HelperCommand::ImageInfo;
+    job.deliver = [answer = std::move(answer), path = job.path](HelperReply &reply) {
+        answer(factsOf(reply, imageInfoFromJson(reply.payload, path)));
+    };
+    return add(std::move(job));
+}
+
+MediaRequest MediaClient::tempo(const QString &path, TempoAnswer answer)
+{
+    Job job;
+    job.path = QDir::cleanPath(path);
+    job.request.command = HelperCommand::Tempo;
+    job.deliver = [answer = std::move(answer)](HelperReply &reply) {
+        answer(reply.failure ? std::nullopt : tempoFromJson(reply.payload));
+    };
+    return add(std::move(job));
+}
+
 MediaRequest MediaClient::add(Job job)
 {
+    job.request.extension = extensionOf(job.path);
     job.number = ++m_lastNumber;
     job.turn = ++m_lastTurn;
     const quint64 number = job.number;

@@ -2,9 +2,11 @@
 
 #include "foundation/SerialQueue.h"
 #include "foundation/TaskScheduler.h"
+#include "media_client/AudioInfo.h"
 #include "media_client/DesktopThumbnails.h"
 #include "media_client/FileAdmission.h"
 #include "media_client/HelperPool.h"
+#include "media_client/ImageInfo.h"
 #include "media_client/MediaPicture.h"
 #include "media_client/MediaRequest.h"
 
@@ -13,6 +15,8 @@
 
 #include <functional>
 #include <map>
+#include <optional>
+#include <variant>
 
 namespace ostrelle {
 
@@ -29,6 +33,9 @@ class MediaClient : public QObject
 public:
     using PictureAnswer = std::function<void(const PictureResult &result)>;
     using PngAnswer = std::function<void(const PngResult &result)>;
+    using AudioInfoAnswer = std::function<void(const std::variant<AudioInfo, MediaFailure> &result)>;
+    using ImageInfoAnswer = std::function<void(const std::variant<ImageInfo, MediaFailure> &result)>;
+    using TempoAnswer = std::function<void(std::optional<double> bpm)>;
 
     enum class Shape {
         Whole,  ///< the longer side as asked for
@@ -58,6 +65,13 @@ public:
     /// An image of any kind as PNG, as large as it is, upright and in sRGB. Beyond 40 million pixels, or kPngLimit
     /// bytes: MediaFailure::TooLarge.
     [[nodiscard]] MediaRequest convertToPng(const QByteArray &bytes, PngAnswer answer);
+
+    /// The facts of the audio file at an absolute path, without a word about its name's ending.
+    [[nodiscard]] MediaRequest audioInfo(const QString &path, AudioInfoAnswer answer);
+    /// The facts of the image file at an absolute path.
+    [[nodiscard]] MediaRequest imageInfo(const QString &path, ImageInfoAnswer answer);
+    /// The tempo of the audio file at an absolute path, by listening to it; none when there is none to be found.
+    [[nodiscard]] MediaRequest tempo(const QString &path, TempoAnswer answer);
 
     /// The requests that have no answer yet.
     int pendingCount() const { return static_cast<int>(m_jobs.size()); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace ostrelle {
@@ -12,6 +13,9 @@ inline constexpr std::uint32_t kHelperMagic = 0x4d74734f;
 enum class HelperCommand : std::uint32_t {
     Thumbnail = 1, ///< the payload is pixels
     ToPng = 2,     ///< the payload is the whole picture as PNG bytes
+    AudioInfo = 3, ///< the payload is a JSON object, see audioInfoFromJson()
+    ImageInfo = 4, ///< the payload is a JSON object, see imageInfoFromJson()
+    Tempo = 5,     ///< the payload is a JSON object, see tempoFromJson()
 };
 
 enum class HelperStatus : std::uint32_t {
@@ -37,6 +41,9 @@ struct HelperRequest
     std::uint32_t isSquare = 0;  ///< 1: the middle square of the picture, `side` on each side
     std::uint32_t cpuSeconds = 0;
     std::uint32_t outputLimit = 0; ///< bytes of the payload
+    /// The ending of the file's name in lower case, without the dot, filled up with zeros; empty when it is longer or
+    /// has other than ASCII letters and digits. A hint where the content alone does not tell.
+    std::array<char, 16> extension{};
 };
 
 /// Payload of a thumbnail: `width` times `height` pixels of four bytes, red, green, blue, alpha, premultiplied; then

@@ -24,6 +24,8 @@ constexpr std::array kDecoders{
     DecoderRow{FileKind::Bmp, decodeBmpOfAnyKind},
 };
 
+constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Refuse};
+
 } // namespace
 
 int main()
@@ -34,5 +36,11 @@ int main()
     limits.cpuSeconds = 240;
     limits.mayStartThreads = true;
     limits.readableFolders = fontFolders();
-    return serveFiles(limits, pictureCommands(), {kDecoders, UnknownKinds::Refuse});
+    const Commands commands{
+        {HelperCommand::Thumbnail,
+         [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
+        {HelperCommand::ToPng,
+         [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+    };
+    return serveFiles(limits, commands);
 }

@@ -81,7 +81,7 @@ void limitCpuTime(unsigned seconds)
     ::setrlimit(RLIMIT_CPU, &limit);
 }
 
-CommandAnswer answerTo(const Received &received, std::span<const CommandRow> commands, const DecoderTable &decoders)
+CommandAnswer answerTo(const Received &received, const Commands &commands)
 {
     CommandAnswer answer;
     answer.header.status = HelperStatus::Unsupported;
@@ -92,7 +92,7 @@ CommandAnswer answerTo(const Received &received, std::span<const CommandRow> com
         return answer;
     try {
         FileSource source(received.file.get());
-        answer = row->answer(source, received.request, decoders);
+        answer = row->answer(source, received.request);
     } catch (const std::exception &) {
         // Memory ran out below the limit, or a library met what it did not expect; the next file may do better.
         answer = {};
@@ -107,26 +107,19 @@ CommandAnswer answerTo(const Received &received, std::span<const CommandRow> com
 
 } // namespace
 
-int serveFiles(const SandboxLimits &limits, std::span<const CommandRow> commands, const DecoderTable &decoders)
+int serveFiles(const SandboxLimits &limits, const Commands &commands)
 {
     if (!enterSandbox(limits))
         return 1;
     while (const std::optional<Received> received = receive()) {
         limitCpuTime(received->request.cpuSeconds);
-        CommandAnswer answer = answerTo(*received, commands, decoders);
+        CommandAnswer answer = answerTo(*received, commands);
         answer.header.id = received->request.id;
         answer.header.byteSize = static_cast<std::uint32_t>(answer.payload.size());
         if (!send(&answer.header, sizeof answer.header) || !send(answer.payload.data(), answer.payload.size()))
             break;
     }
     return 0;
-}
-
-std::span<const CommandRow> pictureCommands()
-{
-    static constexpr std::array kCommands{CommandRow{HelperCommand::Thumbnail, answerThumbnail},
-                                          CommandRow{HelperCommand::ToPng, answerToPng}};
-    return kCommands;
 }
 
 } // namespace ostrelle

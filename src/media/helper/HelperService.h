@@ -3,7 +3,8 @@
 #include "media_helper/PictureCommands.h"
 #include "media_helper/Sandbox.h"
 
-#include <span>
+#include <functional>
+#include <vector>
 
 namespace ostrelle {
 
@@ -11,14 +12,12 @@ namespace ostrelle {
 struct CommandRow
 {
     HelperCommand command;
-    CommandAnswer (*answer)(ByteSource &source, const HelperRequest &request, const DecoderTable &decoders);
+    std::function<CommandAnswer(ByteSource &source, const HelperRequest &request)> answer;
 };
+using Commands = std::vector<CommandRow>;
 
 /// The whole life of a helper: shuts itself in, then serves one file after the other from its standard input until that
 /// closes. Returns the exit status.
-int serveFiles(const SandboxLimits &limits, std::span<const CommandRow> commands, const DecoderTable &decoders);
-
-/// The commands of every helper.
-std::span<const CommandRow> pictureCommands();
+int serveFiles(const SandboxLimits &limits, const Commands &commands);
 
 } // namespace ostrelle

@@ -15,6 +15,8 @@ constexpr std::array kDecoders{
     DecoderRow{FileKind::Mp4Audio, decodeMp4Cover},
 };
 
+constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
+
 } // namespace
 
 int main()
@@ -22,5 +24,11 @@ int main()
     SandboxLimits limits;
     limits.addressSpace = std::size_t(640) << 20U;
     limits.cpuSeconds = 120;
-    return serveFiles(limits, pictureCommands(), {kDecoders, UnknownKinds::Decline});
+    const Commands commands{
+        {HelperCommand::Thumbnail,
+         [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
+        {HelperCommand::ToPng,
+         [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+    };
+    return serveFiles(limits, commands);
 }
