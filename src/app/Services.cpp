@@ -9,17 +9,22 @@
 #include "files/AssetShelfService.h"
 #include "files/AssetThumbnails.h"
 #include "files/AssetsModuleView.h"
+#include "files/FilePicker.h"
 #include "files/FilePresence.h"
 #include "files/MediaThumbnailSource.h"
 #include "files/NoAudioPreview.h"
 #include "files/NotchDropDelegate.h"
 #include "files/ProjectsModuleView.h"
 #include "files/ProjectsService.h"
+#include "files/RecentThumbnails.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/MakeChild.h"
 #include "foundation/SaveRetry.h"
 #include "foundation/SystemTaskScheduler.h"
+#include "inspectors/AudioInspector.h"
+#include "inspectors/ImageInspector.h"
+#include "inspectors/MediaFactSource.h"
 #include "media_client/MediaClient.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
@@ -240,6 +245,13 @@ FilePresence &Services::filePresence()
     return ensure(m_filePresence, [this] { return std::make_unique<FilePresence>(scheduler()); });
 }
 
+FilePicker &Services::filePicker()
+{
+    return ensure(m_filePicker, [this] {
+        return std::make_unique<FilePicker>(platform().fileChooser(), foreground(), controller());
+    });
+}
+
 AudioPreview &Services::audioPreview()
 {
     return ensure(m_audioPreview, [] { return std::make_unique<NoAudioPreview>(); });
@@ -279,8 +291,34 @@ JsonListStore<Project> &Services::projectsStore()
 ProjectsService &Services::projects()
 {
     return ensure(m_projects, [this] {
-        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), haptics(), platform().fileChooser(),
-                                                 foreground(), controller());
+        return std::make_unique<ProjectsService>(projectsStore(), filePresence(), haptics(), filePicker(),
+                                                 controller());
+    });
+}
+
+FactSource &Services::facts()
+{
+    return ensure(m_facts, [this] { return std::make_unique<MediaFactSource>(media()); });
+}
+
+RecentThumbnails &Services::recentThumbnails()
+{
+    return ensure(m_recentThumbnails, [this] { return std::make_unique<RecentThumbnails>(thumbnails()); });
+}
+
+ImageInspector &Services::imageInspector()
+{
+    return ensure(m_imageInspector, [this] {
+        return std::make_unique<ImageInspector>(
+            FileInspector::Surroundings{defaults(), filePresence(), haptics(), scheduler()}, facts(), thumbnails());
+    });
+}
+
+AudioInspector &Services::audioInspector()
+{
+    return ensure(m_audioInspector, [this] {
+        return std::make_unique<AudioInspector>(
+            FileInspector::Surroundings{defaults(), filePresence(), haptics(), scheduler()}, facts(), audioPreview());
     });
 }
 

@@ -12,15 +12,19 @@ namespace ostrelle {
 
 class AssetShelfService;
 class AssetThumbnails;
+class AudioInspector;
 class AudioPreview;
 class ClipImages;
 class ClipboardService;
 class ClipboardStore;
 class DefaultsDatabase;
+class FactSource;
+class FilePicker;
 class FilePresence;
 class ForegroundSession;
 class FrameClock;
 class Haptics;
+class ImageInspector;
 class MediaClient;
 class NotchAppearance;
 class NotchController;
@@ -29,6 +33,7 @@ class NotchPanel;
 class NotchViewModel;
 class Platform;
 class ProjectsService;
+class RecentThumbnails;
 class SaveRetry;
 class SettingsStore;
 class SystemTaskScheduler;
@@ -68,12 +73,17 @@ public:
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
     FilePresence &filePresence();
+    FilePicker &filePicker();
     AudioPreview &audioPreview();
     JsonListStore<ShelfItem> &shelfStore();
     AssetShelfService &shelf();
     AssetThumbnails &assetThumbnails();
     JsonListStore<Project> &projectsStore();
     ProjectsService &projects();
+    FactSource &facts();
+    RecentThumbnails &recentThumbnails();
+    ImageInspector &imageInspector();
+    AudioInspector &audioInspector();
 
 private:
     void registerTools(ToolRegistry &registry);
@@ -100,12 +110,17 @@ private:
     std::unique_ptr<ClipboardStore> m_clipboardStore;
     std::unique_ptr<ClipboardService> m_clipboard;
     std::unique_ptr<FilePresence> m_filePresence;
+    std::unique_ptr<FilePicker> m_filePicker;
     std::unique_ptr<AudioPreview> m_audioPreview;
     std::unique_ptr<JsonListStore<ShelfItem>> m_shelfStore;
     std::unique_ptr<AssetShelfService> m_shelf;
     std::unique_ptr<AssetThumbnails> m_assetThumbnails;
     std::unique_ptr<JsonListStore<Project>> m_projectsStore;
     std::unique_ptr<ProjectsService> m_projects;
+    std::unique_ptr<FactSource> m_facts;
+    std::unique_ptr<RecentThumbnails> m_recentThumbnails;
+    std::unique_ptr<ImageInspector> m_imageInspector;
+    std::unique_ptr<AudioInspector> m_audioInspector;
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
     std::unique_ptr<NotchDropDelegate> m_dropDelegate;

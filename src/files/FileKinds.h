@@ -10,6 +10,8 @@ namespace ostrelle {
 
 /// False for a folder; else whether the name's type, or one that it descends from, is an audio type.
 bool isAudio(const QString &path, const FileFacts &facts);
+/// The same for video, which may have audio with it.
+bool isVideo(const QString &path, const FileFacts &facts);
 /// The same for images.
 bool isImage(const QString &path, const FileFacts &facts);
 

@@ -1,9 +1,8 @@
 #include "files/ProjectsService.h"
 
-#include "core/ForegroundSession.h"
+#include "files/FilePicker.h"
 #include "files/FilePresence.h"
 #include "notch/NotchController.h"
-#include "platform/FileChooser.h"
 #include "platform/Haptics.h"
 #include "records/PathText.h"
 #include "records/RecordLists.h"
@@ -11,24 +10,14 @@
 #include <utility>
 
 namespace ostrelle {
-namespace {
-
-using namespace std::chrono_literals;
-
-// The chooser's window is still closing when the notch has been told.
-constexpr std::chrono::nanoseconds kAutoCollapseDelay = 400ms;
-
-} // namespace
 
 ProjectsService::ProjectsService(JsonListStore<Project> &store, FilePresence &presence, Haptics &haptics,
-                                 FileChooser &chooser, ForegroundSession &foreground, NotchController &controller,
-                                 QObject *parent)
+                                 FilePicker &picker, NotchController &controller, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_presence(presence)
     , m_haptics(haptics)
-    , m_chooser(chooser)
-    , m_foreground(foreground)
+    , m_picker(picker)
     , m_controller(controller)
     , m_projects(store.load())
 {
@@ -46,28 +35,20 @@ QBindable<QList<Project>> ProjectsService::bindableProjects()
 
 void ProjectsService::promptToAdd()
 {
-    if (std::exchange(m_isChoosing, true))
-        return;
-    m_controller.suppressAutoCollapse();
-    m_foreground.begin();
     FileChoice choice;
     choice.kind = FileChoice::Kind::Folders;
     choice.message = QStringLiteral("Choose the folders you want one click away.");
     choice.acceptLabel = QStringLiteral("Add Project");
-    m_chooser.choose(choice, this, [this](const QStringList &folders) { takeChosen(folders); });
+    m_picker.pick(choice, this, FilePicker::AfterCancel::CollapseAtOnce,
+                  [this](const QStringList &folders) { takeChosen(folders); });
 }
 
 void ProjectsService::takeChosen(const QStringList &folders)
 {
-    m_isChoosing = false;
-    m_foreground.end();
-    if (folders.isEmpty()) {
-        m_controller.releaseAutoCollapse(0ns);
+    if (folders.isEmpty())
         return;
-    }
     add(folders);
     m_controller.present(KestroModule::Projects, NotchController::Focus::Take, NotchController::Opening::Explicit);
-    m_controller.releaseAutoCollapse(kAutoCollapseDelay);
 }
 
 void ProjectsService::add(const QStringList &paths, const std::function<void(int)> &added)

@@ -17,9 +17,8 @@
 
 namespace ostrelle {
 
-class FileChooser;
+class FilePicker;
 class FilePresence;
-class ForegroundSession;
 class Haptics;
 class NotchController;
 
@@ -32,8 +31,8 @@ public:
     /// How a move() counts for undo(): the steps of one drag are undone together.
     enum class Step { First, Further };
 
-    ProjectsService(JsonListStore<Project> &store, FilePresence &presence, Haptics &haptics, FileChooser &chooser,
-                    ForegroundSession &foreground, NotchController &controller, QObject *parent = nullptr);
+    ProjectsService(JsonListStore<Project> &store, FilePresence &presence, Haptics &haptics, FilePicker &picker,
+                    NotchController &controller, QObject *parent = nullptr);
 
     const QList<Project> &projects() const;
     /// For observing.
@@ -71,10 +70,8 @@ private:
     JsonListStore<Project> &m_store;
     FilePresence &m_presence;
     Haptics &m_haptics;
-    FileChooser &m_chooser;
-    ForegroundSession &m_foreground;
+    FilePicker &m_picker;
     NotchController &m_controller;
-    bool m_isChoosing = false;
     std::optional<ListUndo<Project>> m_undo;
     Q_OBJECT_BINDABLE_PROPERTY(ProjectsService, QList<Project>, m_projects)
 };

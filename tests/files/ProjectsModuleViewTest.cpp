@@ -1,13 +1,11 @@
 #include "files/ProjectsModuleView.h"
 #include "FilesFixture.h"
-#include "core/ForegroundSession.h"
 #include "files/ProjectsService.h"
 #include "files/RenameField.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/FilledButton.h"
 #include "notch/controls/GlyphButton.h"
-#include "support/FakeFileChooser.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
@@ -126,10 +124,8 @@ struct OpenTool : FilesFixture
     FrameClock frames{clock};
     NotchAppearance appearance{settings, platform.appearance()};
     JsonListStore<Project> store{folder.path()};
-    ForegroundSession foreground;
-    FakeFileChooser chooser;
     FakeFileOpening &opening = platform.fileOpening();
-    ProjectsService service{store, presence, haptics, chooser, foreground, controller};
+    ProjectsService service{store, presence, haptics, picker, controller};
     QWidget window;
     ProjectsModuleView view{service, presence, opening, platform.popups(), {appearance, frames}, nullptr};
     QAbstractItemModelTester tester{view.list().model(), QAbstractItemModelTester::FailureReportingMode::QtTest};

@@ -1,8 +1,6 @@
 #include "FilesFixture.h"
 
-#include "core/ForegroundSession.h"
 #include "files/ProjectsService.h"
-#include "support/FakeFileChooser.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
@@ -33,8 +31,6 @@ private:
 
     std::unique_ptr<FilesFixture> m_fixture;
     std::unique_ptr<JsonListStore<Project>> m_store;
-    std::unique_ptr<ForegroundSession> m_foreground;
-    std::unique_ptr<FakeFileChooser> m_chooser;
     std::unique_ptr<ProjectsService> m_projects;
 };
 
@@ -51,10 +47,8 @@ void ProjectsServiceTest::init()
     m_fixture->platform.pointerNear().moveToScreen(QStringLiteral("one"));
     m_fixture->controller.start(m_fixture->panel);
     m_store = std::make_unique<JsonListStore<Project>>(m_fixture->folder.path());
-    m_foreground = std::make_unique<ForegroundSession>();
-    m_chooser = std::make_unique<FakeFileChooser>();
-    m_projects = std::make_unique<ProjectsService>(*m_store, m_fixture->presence, m_fixture->haptics, *m_chooser,
-                                                   *m_foreground, m_fixture->controller);
+    m_projects = std::make_unique<ProjectsService>(*m_store, m_fixture->presence, m_fixture->haptics, m_fixture->picker,
+                                                   m_fixture->controller);
 }
 
 QString ProjectsServiceTest::names() const
@@ -100,7 +94,7 @@ void ProjectsServiceTest::keepsFoldersThatAreGone()
     QVERIFY(m_store->flush());
     m_fixture->files.remove("/A");
     JsonListStore<Project> store(m_fixture->folder.path());
-    const ProjectsService restarted(store, m_fixture->presence, m_fixture->haptics, *m_chooser, *m_foreground,
+    const ProjectsService restarted(store, m_fixture->presence, m_fixture->haptics, m_fixture->picker,
                                     m_fixture->controller);
     QCOMPARE(restarted.projects(), projects().projects());
 }
@@ -153,15 +147,15 @@ void ProjectsServiceTest::choosingPinsAndShowsTheProjects()
     m_fixture->controller.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
     projects().promptToAdd();
     projects().promptToAdd(); // one is open already
-    QCOMPARE(m_foreground->depth(), 1);
-    QCOMPARE(m_chooser->choice().kind, FileChoice::Kind::Folders);
-    QCOMPARE(m_chooser->choice().acceptLabel, QStringLiteral("Add Project"));
-    QCOMPARE(m_chooser->choice().message, QStringLiteral("Choose the folders you want one click away."));
+    QCOMPARE(m_fixture->foreground.depth(), 1);
+    QCOMPARE(m_fixture->chooser.choice().kind, FileChoice::Kind::Folders);
+    QCOMPARE(m_fixture->chooser.choice().acceptLabel, QStringLiteral("Add Project"));
+    QCOMPARE(m_fixture->chooser.choice().message, QStringLiteral("Choose the folders you want one click away."));
     QVERIFY(!closesOnAPressOutside());
 
-    m_chooser->close({QStringLiteral("/A"), QStringLiteral("/B")});
+    m_fixture->chooser.close({QStringLiteral("/A"), QStringLiteral("/B")});
     QTRY_COMPARE(names(), QStringLiteral("AB"));
-    QCOMPARE(m_foreground->depth(), 0);
+    QCOMPARE(m_fixture->foreground.depth(), 0);
     QCOMPARE(m_fixture->viewModel.selection(), std::optional(KestroModule::Projects));
     m_fixture->clock.advance(399ms);
     QVERIFY(!closesOnAPressOutside());
@@ -173,13 +167,13 @@ void ProjectsServiceTest::cancellingLetsTheNotchCloseAtOnce()
 {
     m_fixture->controller.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
     projects().promptToAdd();
-    m_chooser->close({});
+    m_fixture->chooser.close({});
     QCOMPARE(names(), QString());
-    QCOMPARE(m_foreground->depth(), 0);
+    QCOMPARE(m_fixture->foreground.depth(), 0);
     QCOMPARE(m_fixture->viewModel.selection(), std::nullopt);
     QVERIFY(closesOnAPressOutside());
     projects().promptToAdd();
-    QVERIFY(m_chooser->isOpen());
+    QVERIFY(m_fixture->chooser.isOpen());
 }
 
 OSTRELLE_TEST(ProjectsServiceTest)
