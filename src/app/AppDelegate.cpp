@@ -15,6 +15,8 @@
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/Unwritable.h"
+#include "inspectors/AudioInspector.h"
+#include "inspectors/ImageInspector.h"
 #include "notch/NotchController.h"
 #include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
@@ -68,6 +70,8 @@ void AppDelegate::forgetUndo()
     m_services.clipboard().settle();
     m_services.shelf().lapse();
     m_services.projects().lapse();
+    m_services.imageInspector().recents().lapse();
+    m_services.audioInspector().recents().lapse();
 }
 
 void AppDelegate::startCommands()

@@ -22,7 +22,9 @@
 #include "foundation/MakeChild.h"
 #include "foundation/SaveRetry.h"
 #include "foundation/SystemTaskScheduler.h"
+#include "inspectors/AudioInfoModuleView.h"
 #include "inspectors/AudioInspector.h"
+#include "inspectors/ImageInfoModuleView.h"
 #include "inspectors/ImageInspector.h"
 #include "inspectors/MediaFactSource.h"
 #include "media_client/MediaClient.h"
@@ -179,10 +181,42 @@ void Services::registerTools(ToolRegistry &registry)
                   .count = [this] { return static_cast<int>(projects().projects().size()); },
                   .deliver = [this](const QStringList &paths) { projects().add(paths); },
                   .dropAction = QStringLiteral("Pin as a project")});
-    // They have no view yet; their landing zones lead to the place that says so.
+    registerInspectors(registry);
+}
+
+void Services::registerInspectors(ToolRegistry &registry)
+{
+    const auto surroundings = [this] {
+        return InspectorView::Surroundings{.picker = filePicker(),
+                                           .presence = filePresence(),
+                                           .clipboard = platform().clipboard(),
+                                           .haptics = haptics(),
+                                           .preview = audioPreview(),
+                                           .thumbnails = recentThumbnails(),
+                                           .pictures = thumbnails()};
+    };
+    const auto loadFirst = [](FileInspector &inspector, const QStringList &paths) {
+        if (!paths.isEmpty())
+            inspector.load(paths.first());
+    };
     const QString inspect = QStringLiteral("Read its metadata");
-    registry.add(KestroModule::ImageInfo, {.dropAction = inspect});
-    registry.add(KestroModule::AudioInfo, {.delivery = Tool::Delivery::OnceShown, .dropAction = inspect});
+    registry.add(KestroModule::ImageInfo,
+                 {.makeView = [this, surroundings](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      return makeChild<ImageInfoModuleView>(&parent, imageInspector(), surroundings(), context);
+                  },
+                  .badge = {},
+                  .count = [this] { return static_cast<int>(imageInspector().recents().items().size()); },
+                  .deliver = [this, loadFirst](const QStringList &paths) { loadFirst(imageInspector(), paths); },
+                  .dropAction = inspect});
+    registry.add(KestroModule::AudioInfo,
+                 {.makeView = [this, surroundings](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      return makeChild<AudioInfoModuleView>(&parent, audioInspector(), surroundings(), context);
+                  },
+                  .badge = {},
+                  .count = [this] { return static_cast<int>(audioInspector().recents().items().size()); },
+                  .deliver = [this, loadFirst](const QStringList &paths) { loadFirst(audioInspector(), paths); },
+                  .delivery = Tool::Delivery::OnceShown,
+                  .dropAction = inspect});
 }
 
 NotchPanel &Services::panel()

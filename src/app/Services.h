@@ -87,6 +87,7 @@ public:
 
 private:
     void registerTools(ToolRegistry &registry);
+    void registerInspectors(ToolRegistry &registry);
     template <typename Store>
     void keepSaving(Store &store);
 

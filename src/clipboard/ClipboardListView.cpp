@@ -21,7 +21,7 @@ constexpr double kButtonsResponse = 0.16;
 
 ClipboardListView::ClipboardListView(const ControlContext &context, ClipboardProxyModel &results,
                                      ClipboardRowPictures &pictures, const FileIcons &icons, QWidget *parent)
-    : RowListView(context, 0, parent)
+    : RowListView(context, RowListMeasures(), parent)
     , m_results(results)
     , m_pictures(pictures)
     , m_rows(context, icons, pictures)

@@ -1,6 +1,6 @@
 #include "files/AssetDragPreview.h"
 
-#include "files/AssetTile.h"
+#include "files/RoundedPicture.h"
 #include "notch/Glyph.h"
 #include "notch/Theme.h"
 

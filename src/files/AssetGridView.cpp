@@ -2,11 +2,11 @@
 
 #include "files/AssetListModel.h"
 #include "notch/NotchAppearance.h"
+#include "notch/controls/PlainToolTip.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QTextDocument>
 
 #include <algorithm>
 #include <utility>
@@ -28,11 +28,16 @@ AssetGridView::AssetGridView(const ControlContext &context, AssetListModel &asse
     , m_hover(context, [this] { viewport()->update(); })
     , m_playBadge(context, [this] { viewport()->update(); })
     , m_ring(context, [this] { viewport()->update(); })
+    , m_shake(context, [this] { viewport()->update(); })
 {
     setAccessibleName(QStringLiteral("Shelf"));
     setSelectionMode(ExtendedSelection);
     viewport()->setMouseTracking(true);
     connect(&assets, &QAbstractItemModel::dataChanged, this, &AssetGridView::tilesMoved);
+    connect(&assets, &AssetListModel::previewFailed, this, [this](int row) {
+        m_shaken = this->assets().item(row).id;
+        m_shake.start();
+    });
     tilesMoved();
 }
 
@@ -48,6 +53,11 @@ AssetTile AssetGridView::tile(int row) const
     tile.hover = m_hover.amount(id);
     tile.playBadge = m_playBadge.amount(id);
     tile.playingRing = m_ring.amount(id);
+    tile.playProgress = assets().playedPart(row);
+    if (id == m_shaken) {
+        tile.playShift = m_shake.offset();
+        tile.playOpacity = m_shake.opacity();
+    }
     return tile;
 }
 
@@ -111,11 +121,8 @@ QString AssetGridView::toolTipOf(const Hit &hit) const
         return QStringLiteral("Remove from shelf");
     case Part::PlayBadge:
         return hit.id == m_playing ? QStringLiteral("Stop") : QStringLiteral("Play");
-    case Part::Tile: {
-        // A name may look like markup.
-        const QString path = assets().item(assets().rowOf(hit.id)).path;
-        return Qt::mightBeRichText(path) ? Qt::convertFromPlainText(path) : path;
-    }
+    case Part::Tile:
+        return plainToolTip(assets().item(assets().rowOf(hit.id)).path);
     }
     Q_UNREACHABLE();
 }

@@ -3,6 +3,7 @@
 #include "files/AssetSelection.h"
 #include "files/TileGrid.h"
 #include "files/TileMotion.h"
+#include "notch/controls/Shake.h"
 
 #include <QList>
 #include <QUuid>
@@ -68,6 +69,8 @@ private:
     TileMotion m_hover;
     TileMotion m_playBadge;
     TileMotion m_ring;
+    Shake m_shake;
+    QUuid m_shaken; ///< whose play badge shakes
     std::optional<QPointF> m_pointer;
     Hit m_hit;     ///< under the pointer
     Hit m_pressed; ///< where the held button went down

@@ -4,6 +4,7 @@
 #include "files/AudioPreview.h"
 #include "files/FileKinds.h"
 #include "files/FilePresence.h"
+#include "files/PlayedPart.h"
 #include "records/PathText.h"
 
 #include <QSet>
@@ -15,25 +16,21 @@
 namespace ostrelle {
 
 AssetListModel::AssetListModel(AssetShelfService &shelf, FilePresence &presence, AudioPreview &preview, QObject *parent)
-    : QAbstractListModel(parent)
+    : RecordListModel(shelf.items(), parent)
     , m_shelf(shelf)
     , m_presence(presence)
     , m_preview(preview)
-    , m_items(shelf.items())
     , m_playingPath(preview.playingPath())
     , m_playingWatch(preview.bindablePlayingPath().addNotifier([this] { followPlaying(); }))
+    , m_positionWatch(preview.bindablePosition().addNotifier([this] { followPlaying(); }))
 {
     connect(&shelf, &AssetShelfService::itemsChanged, this, [this](const QList<ListStep> &steps) {
         for (const ListStep &step : steps)
-            apply(step);
+            apply(step, m_shelf.items());
         Q_EMIT stepped();
     });
     connect(&presence, &FilePresence::changed, this, &AssetListModel::followPresence);
-}
-
-int AssetListModel::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_items.size());
+    connect(&preview, &AudioPreview::failed, this, &AssetListModel::tellFailure);
 }
 
 QVariant AssetListModel::data(const QModelIndex &index, int role) const
@@ -60,8 +57,8 @@ QVariant AssetListModel::data(const QModelIndex &index, int role) const
 int AssetListModel::rowOf(const QUuid &id) const
 {
     const auto found =
-        std::find_if(m_items.cbegin(), m_items.cend(), [&](const ShelfItem &item) { return item.id == id; });
-    return found == m_items.cend() ? -1 : static_cast<int>(found - m_items.cbegin());
+        std::find_if(records().cbegin(), records().cend(), [&](const ShelfItem &item) { return item.id == id; });
+    return found == records().cend() ? -1 : static_cast<int>(found - records().cbegin());
 }
 
 QString AssetListModel::name(int row) const
@@ -84,54 +81,29 @@ bool AssetListModel::isPlaying(int row) const
     return !m_playingPath.isEmpty() && item(row).path == m_playingPath;
 }
 
-void AssetListModel::apply(const ListStep &step)
+std::optional<double> AssetListModel::playedPart(int row) const
 {
-    const int last = step.at + step.count - 1;
-    switch (step.kind) {
-    case ListStep::Kind::Insert:
-        beginInsertRows({}, step.at, last);
-        m_items.insert(step.at, step.count, ShelfItem());
-        for (int row = step.at; row <= last; ++row)
-            m_items[row] = m_shelf.items().at(row);
-        endInsertRows();
-        break;
-    case ListStep::Kind::Remove:
-        beginRemoveRows({}, step.at, last);
-        m_items.remove(step.at, step.count);
-        endRemoveRows();
-        break;
-    case ListStep::Kind::Move:
-        beginMoveRows({}, step.from, step.from, {}, step.at > step.from ? step.at + 1 : step.at);
-        m_items.move(step.from, step.at);
-        endMoveRows();
-        break;
-    case ListStep::Kind::Change:
-        m_items[step.at] = m_shelf.items().at(step.at);
-        Q_EMIT dataChanged(index(step.at), index(step.at));
-        break;
-    }
+    return isPlaying(row) ? ostrelle::playedPart(m_preview) : std::nullopt;
+}
+
+void AssetListModel::tellFailure(const QString &path)
+{
+    const auto found =
+        std::find_if(records().cbegin(), records().cend(), [&](const ShelfItem &item) { return item.path == path; });
+    if (found != records().cend())
+        Q_EMIT previewFailed(static_cast<int>(found - records().cbegin()));
 }
 
 void AssetListModel::followPresence(const QStringList &paths)
 {
     const QSet<QString> changed(paths.begin(), paths.end());
-    int first = -1;
-    for (int row = 0; row <= m_items.size(); ++row) {
-        const bool isChanged = row < m_items.size() && changed.contains(item(row).path);
-        if (isChanged && first < 0)
-            first = row;
-        else if (!isChanged && first >= 0)
-            Q_EMIT dataChanged(index(std::exchange(first, -1)), index(row - 1));
-    }
+    tellChanged([&](const ShelfItem &item) { return changed.contains(item.path); });
 }
 
 void AssetListModel::followPlaying()
 {
     const QString before = std::exchange(m_playingPath, m_preview.playingPath());
-    for (int row = 0; row < m_items.size(); ++row) {
-        if (item(row).path == before || item(row).path == m_playingPath)
-            Q_EMIT dataChanged(index(row), index(row));
-    }
+    tellChanged([&](const ShelfItem &item) { return item.path == before || item.path == m_playingPath; });
 }
 
 } // namespace ostrelle

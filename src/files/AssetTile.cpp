@@ -1,14 +1,14 @@
 #include "files/AssetTile.h"
 
 #include "files/AssetGridLayout.h"
+#include "files/PlayingRing.h"
+#include "files/RoundedPicture.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
-#include "notch/ThemeGradients.h"
 #include "notch/controls/ColorMix.h"
 #include "notch/controls/PlayBadge.h"
 
 #include <QFontMetricsF>
-#include <QLinearGradient>
 #include <QPainter>
 
 #include <algorithm>
@@ -58,28 +58,7 @@ QRectF removeBadge()
             kRemoveDiameter};
 }
 
-/// From corner to corner of the square, as every gradient of the notch.
-QLinearGradient themeGradient(const NotchAppearance &appearance, const QRectF &rect)
-{
-    QLinearGradient gradient(rect.topLeft(), rect.bottomRight());
-    gradient.setStops(themeStops(appearance.theme(), appearance.scheme()));
-    return gradient;
-}
-
 } // namespace
-
-void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QImage &picture)
-{
-    painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    QBrush brush(picture);
-    const double scale = rect.width() / picture.width();
-    brush.setTransform(QTransform::fromTranslate(rect.x(), rect.y()).scale(scale, scale));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(brush);
-    painter.drawRoundedRect(rect, radius, radius);
-    painter.restore();
-}
 
 QRectF AssetTile::square()
 {
@@ -115,11 +94,12 @@ void AssetTile::paint(QPainter &painter, const ControlContext &context) const
     scaleAbout(painter, square().center(), squareScale(reducesMotion));
     paintSquare(painter, context);
     paintRing(painter, context);
-    PlayBadge::paint(painter, playBadgeRect(),
+    PlayBadge::paint(painter, playBadgeRect().translated(playShift, 0),
                      {.isPlaying = isPlaying,
-                      .presence = playBadge,
+                      .presence = playBadge * playOpacity,
                       .press = isPlayPressed ? 1.0 : 0.0,
-                      .scale = reducesMotion ? 1 : PlayBadge::scaleOf(playBadge)});
+                      .scale = reducesMotion ? 1 : PlayBadge::scaleOf(playBadge),
+                      .progress = playProgress});
     paintRemoveBadge(painter, reducesMotion);
     painter.restore();
     paintName(painter, context);
@@ -152,16 +132,8 @@ void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) co
 
 void AssetTile::paintRing(QPainter &painter, const ControlContext &context) const
 {
-    if (playingRing <= 0)
-        return;
-    painter.save();
-    painter.setOpacity(painter.opacity() * std::min(playingRing, 1.0));
-    const double inset = kRing / 2;
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(themeGradient(context.appearance, square()), kRing));
-    painter.drawRoundedRect(square().adjusted(inset, inset, -inset, -inset), kSquareRadius - inset,
-                            kSquareRadius - inset);
-    painter.restore();
+    const PlayingRing ring{.width = kRing, .radius = kSquareRadius, .presence = playingRing};
+    ring.paint(painter, square(), context.appearance);
 }
 
 void AssetTile::paintRemoveBadge(QPainter &painter, bool reducesMotion) const

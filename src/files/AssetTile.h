@@ -7,6 +7,8 @@
 #include <QRectF>
 #include <QString>
 
+#include <optional>
+
 class QPainter;
 
 namespace ostrelle {
@@ -29,6 +31,9 @@ struct AssetTile
     double hover = 0;
     double playBadge = 0;
     double playingRing = 0;
+    std::optional<double> playProgress = {}; ///< how much of the sound was heard
+    double playShift = 0;                    ///< of the badge that shakes, to the right
+    double playOpacity = 1;
 
     static QRectF square();
     static QRectF playBadgeRect();
@@ -45,8 +50,5 @@ private:
     void paintRemoveBadge(QPainter &painter, bool reducesMotion) const;
     void paintName(QPainter &painter, const ControlContext &context) const;
 };
-
-/// A square picture that fills `rect`, with rounded corners.
-void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QImage &picture);
 
 } // namespace ostrelle

@@ -43,6 +43,16 @@ bool isOfFamily(const QString &path, const FileFacts &facts, QLatin1StringView f
                        [&](const Ending &ending) { return ending.family == family && suffix == ending.suffix; });
 }
 
+QStringList extraPatterns(QLatin1StringView family)
+{
+    QStringList patterns;
+    for (const Ending &ending : kUnknownToTheDatabase) {
+        if (ending.family == family)
+            patterns.append(QStringLiteral("*.") + ending.suffix);
+    }
+    return patterns;
+}
+
 } // namespace
 
 bool isAudio(const QString &path, const FileFacts &facts)
@@ -58,6 +68,16 @@ bool isVideo(const QString &path, const FileFacts &facts)
 bool isImage(const QString &path, const FileFacts &facts)
 {
     return isOfFamily(path, facts, kImage);
+}
+
+QStringList extraAudioPatterns()
+{
+    return extraPatterns(kAudio);
+}
+
+QStringList extraImagePatterns()
+{
+    return extraPatterns(kImage);
 }
 
 } // namespace ostrelle

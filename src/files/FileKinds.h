@@ -2,7 +2,7 @@
 
 #include "files/FileFacts.h"
 
-class QString;
+#include <QStringList>
 
 namespace ostrelle {
 
@@ -14,5 +14,9 @@ bool isAudio(const QString &path, const FileFacts &facts);
 bool isVideo(const QString &path, const FileFacts &facts);
 /// The same for images.
 bool isImage(const QString &path, const FileFacts &facts);
+
+/// Patterns, as "*.caf", of the names that are audio, or images, without the desktop's database saying so.
+QStringList extraAudioPatterns();
+QStringList extraImagePatterns();
 
 } // namespace ostrelle

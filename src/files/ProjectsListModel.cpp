@@ -9,18 +9,12 @@
 namespace ostrelle {
 
 ProjectsListModel::ProjectsListModel(ProjectsService &service, FilePresence &presence, QObject *parent)
-    : QAbstractListModel(parent)
+    : RecordListModel(service.projects(), parent)
     , m_service(service)
     , m_presence(presence)
-    , m_projects(service.projects())
 {
     connect(&service, &ProjectsService::itemsChanged, this, &ProjectsListModel::follow);
     connect(&presence, &FilePresence::changed, this, &ProjectsListModel::tellPresence);
-}
-
-int ProjectsListModel::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_projects.size());
 }
 
 QVariant ProjectsListModel::data(const QModelIndex &index, int role) const
@@ -29,11 +23,11 @@ QVariant ProjectsListModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return m_projects.at(index.row()).displayName;
+        return records().at(index.row()).displayName;
     case Qt::ToolTipRole:
         // A path may look like markup.
         return QStringLiteral("<span style='white-space: pre-wrap'>%1</span>")
-            .arg(m_projects.at(index.row()).path.toHtmlEscaped());
+            .arg(records().at(index.row()).path.toHtmlEscaped());
     case Qt::AccessibleDescriptionRole:
         return row(index.row()).secondLine();
     case kRowRole:
@@ -45,7 +39,7 @@ QVariant ProjectsListModel::data(const QModelIndex &index, int role) const
 
 ProjectRow ProjectsListModel::row(int index) const
 {
-    const Project &project = m_projects.at(index);
+    const Project &project = records().at(index);
     return {.id = project.id,
             .name = project.displayName,
             .parent = shownParent(project.path, QDir::homePath()),
@@ -61,39 +55,10 @@ void ProjectsListModel::follow(const QList<ListStep> &steps)
     Q_EMIT followed();
 }
 
-void ProjectsListModel::apply(const ListStep &step, const QList<Project> &after)
-{
-    switch (step.kind) {
-    case ListStep::Kind::Insert:
-        beginInsertRows({}, step.at, step.at + step.count - 1);
-        for (int row = step.at; row < step.at + step.count; ++row)
-            m_projects.insert(row, after.at(row));
-        endInsertRows();
-        break;
-    case ListStep::Kind::Remove:
-        beginRemoveRows({}, step.at, step.at + step.count - 1);
-        m_projects.remove(step.at, step.count);
-        endRemoveRows();
-        break;
-    case ListStep::Kind::Move:
-        beginMoveRows({}, step.from, step.from, {}, step.at > step.from ? step.at + 1 : step.at);
-        m_projects.move(step.from, step.at);
-        endMoveRows();
-        break;
-    case ListStep::Kind::Change:
-        m_projects[step.at] = after.at(step.at);
-        Q_EMIT dataChanged(index(step.at), index(step.at));
-        break;
-    }
-}
-
 void ProjectsListModel::tellPresence(const QStringList &paths)
 {
     const QSet<QString> changed(paths.begin(), paths.end());
-    for (int row = 0; row < rowCount(); ++row) {
-        if (changed.contains(m_projects.at(row).path))
-            Q_EMIT dataChanged(index(row), index(row));
-    }
+    tellChanged([&](const Project &project) { return changed.contains(project.path); });
 }
 
 } // namespace ostrelle

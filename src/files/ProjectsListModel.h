@@ -1,11 +1,10 @@
 #pragma once
 
 #include "files/ProjectRow.h"
+#include "files/RecordListModel.h"
 #include "records/ListStep.h"
 #include "records/Project.h"
 
-#include <QAbstractListModel>
-#include <QList>
 #include <QStringList>
 
 namespace ostrelle {
@@ -14,7 +13,7 @@ class FilePresence;
 class ProjectsService;
 
 /// The projects as a list, in the user's order. Whether a folder is there is asked for the rows that are looked at.
-class ProjectsListModel : public QAbstractListModel
+class ProjectsListModel : public RecordListModel<Project>
 {
     Q_OBJECT
 public:
@@ -22,12 +21,11 @@ public:
 
     ProjectsListModel(ProjectsService &service, FilePresence &presence, QObject *parent = nullptr);
 
-    int rowCount(const QModelIndex &parent = {}) const override;
     /// Besides kRowRole the name as DisplayRole, the path as ToolTipRole, and where the folder is, or that it is
     /// missing, as AccessibleDescriptionRole.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
-    const Project &project(int row) const { return m_projects.at(row); }
+    const Project &project(int row) const { return records().at(row); }
 
 Q_SIGNALS:
     /// Around all the changes that lead from one state of the list to the next.
@@ -37,13 +35,10 @@ Q_SIGNALS:
 private:
     ProjectRow row(int index) const;
     void follow(const QList<ListStep> &steps);
-    void apply(const ListStep &step, const QList<Project> &after);
     void tellPresence(const QStringList &paths);
 
     ProjectsService &m_service;
     FilePresence &m_presence;
-    /// A list of its own: while it follows the service's, views ask for the states between.
-    QList<Project> m_projects;
 };
 
 } // namespace ostrelle

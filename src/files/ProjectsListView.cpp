@@ -19,7 +19,7 @@ constexpr int kTopPadding = 8;
 } // namespace
 
 ProjectsListView::ProjectsListView(const ControlContext &context, ProjectsListModel &model, QWidget *parent)
-    : RowListView(context, kTopPadding, parent)
+    : RowListView(context, RowListMeasures{.topPadding = kTopPadding}, parent)
     , m_rows(context, [this](const QUuid &id) { return lookOf(id); })
     , m_actions{&makeAction(0, QStringLiteral("Rename")), &makeAction(1, QStringLiteral("Reveal in Finder")),
                 &makeAction(2, QStringLiteral("Remove"))}

@@ -9,7 +9,7 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kEdge = RowListView::kFade;
+constexpr double kEdge = RowListMeasures().fade;
 /// Logical pixels per second with the pointer at the edge.
 constexpr double kFastestScroll = 500;
 

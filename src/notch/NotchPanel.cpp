@@ -11,6 +11,7 @@
 #include "notch/NotchViewModel.h"
 #include "notch/PanelBackdrop.h"
 #include "notch/PopupStyle.h"
+#include "notch/ToolView.h"
 #include "notch/controls/NotchMenu.h"
 #include "platform/PanelHost.h"
 #include "platform/Platform.h"
@@ -187,11 +188,16 @@ void NotchPanel::mouseReleaseEvent(QMouseEvent *event)
         m_controller.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
 }
 
-NotchMenu &NotchPanel::ensureMenu()
+void NotchPanel::makeMenu()
 {
-    if (m_menu != nullptr)
-        return *m_menu;
-    m_menu = &makeChild<NotchMenu>(this, m_context.appearance);
+    m_menu = std::make_unique<NotchMenu>(m_context.appearance, this);
+    if (ToolView *tool = openTool()) {
+        const QList<MenuEntry> entries = tool->menuEntries();
+        for (const MenuEntry &entry : entries)
+            connect(m_menu->addAction(entry.text), &QAction::triggered, tool, entry.action);
+        if (!entries.isEmpty())
+            m_menu->addSeparator();
+    }
     const std::pair<QString, QString> later[] = {
         {QStringLiteral("Settings…"), QStringLiteral("Comes with the settings window")},
         {QStringLiteral("Welcome…"), QStringLiteral("Comes with the first run")},
@@ -204,12 +210,12 @@ NotchMenu &NotchPanel::ensureMenu()
     m_menu->addSeparator();
     const QAction *quit = m_menu->addAction(QStringLiteral("Quit Ostrelle"));
     connect(quit, &QAction::triggered, this, &NotchPanel::quitRequested);
-    return *m_menu;
 }
 
 void NotchPanel::contextMenuEvent(QContextMenuEvent *event)
 {
-    m_platform.popups().openMenu(ensureMenu(), *this, event->pos());
+    makeMenu();
+    m_platform.popups().openMenu(*m_menu, *this, event->pos());
 }
 
 void NotchPanel::keyPressEvent(QKeyEvent *event)

@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <memory>
+
 namespace ostrelle {
 
 class CrossFade;
@@ -55,7 +57,7 @@ private:
     void surfaceMoved();
     void updateOutline();
     QRect paintedArea() const;
-    NotchMenu &ensureMenu();
+    void makeMenu();
 
     NotchController &m_controller;
     NotchViewModel &m_viewModel;
@@ -65,7 +67,7 @@ private:
     PanelBackdrop &m_backdrop;
     NotchRootView &m_root;
     CrossFade &m_crossFade;
-    NotchMenu *m_menu = nullptr; ///< a child, made with the first right click
+    std::unique_ptr<NotchMenu> m_menu; ///< the latest one
     SurfaceCache m_cache;
     QRect m_lastPainted;
     bool m_wasMoving = false;

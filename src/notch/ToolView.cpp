@@ -7,6 +7,11 @@ QList<QWidget *> ToolView::headerActions()
     return {};
 }
 
+QList<MenuEntry> ToolView::menuEntries()
+{
+    return {};
+}
+
 void ToolView::appeared()
 {
 }

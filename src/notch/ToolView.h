@@ -4,9 +4,17 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 
 namespace ostrelle {
+
+/// One entry of a context menu.
+struct MenuEntry
+{
+    QString text;
+    std::function<void()> action;
+};
 
 /// The body of a tool inside the chrome. It lies below the header and the tool strip and fills the rest of the panel.
 class ToolView : public QWidget
@@ -20,6 +28,8 @@ public:
     virtual std::optional<double> wantedBodyHeight() const = 0;
     /// Widgets for the trailing end of the header, from left to right; owned by the view, shown by the chrome.
     virtual QList<QWidget *> headerActions();
+    /// What the panel's context menu offers of this tool, above its own entries.
+    virtual QList<MenuEntry> menuEntries();
     /// The view came on screen: choose a selection, take the focus inside the panel.
     virtual void appeared();
 

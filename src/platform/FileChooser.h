@@ -13,11 +13,12 @@ struct FileChoice
 {
     enum class Kind { File, Folders };
 
-    Kind kind = Kind::File; ///< one file, or any number of folders
-    QString message;        ///< what the choice is for; the chooser's title
-    QString acceptLabel;    ///< the confirming button; empty: the chooser's own
-    QStringList mimeTypes;  ///< of files; "image/*" is allowed; empty: every kind
-    QString kindName;       ///< what such files are called, as "Images"; shown where the kinds are
+    Kind kind = Kind::File;   ///< one file, or any number of folders
+    QString message;          ///< what the choice is for; the chooser's title
+    QString acceptLabel;      ///< the confirming button; empty: the chooser's own
+    QStringList mimeTypes;    ///< of files; "image/*" is allowed; empty: every kind
+    QStringList namePatterns; ///< "*.caf": names that are allowed besides
+    QString kindName;         ///< what such files are called, as "Images"; shown where the kinds are
 };
 
 /// The desktop's chooser of files and folders, non-modal: the panel stays usable under it. One at a time: a choice

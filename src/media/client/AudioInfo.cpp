@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -25,18 +26,26 @@ bool isWhole(double value)
     return value == std::floor(value);
 }
 
-} // namespace
-
-QString AudioInfo::durationString() const
+QString clockText(qint64 seconds)
 {
-    if (!std::isfinite(duration) || duration <= 0)
-        return QStringLiteral("—");
-    const auto seconds = static_cast<qint64>(std::round(duration));
     const qint64 hours = seconds / static_cast<qint64>(kSecondsPerHour);
     const qint64 minutes = seconds / static_cast<qint64>(kSecondsPerMinute) % 60;
     const QString tail =
         QStringLiteral("%1:%2").arg(minutes, 2, 10, QLatin1Char('0')).arg(seconds % 60, 2, 10, QLatin1Char('0'));
     return hours > 0 ? QStringLiteral("%1:%2").arg(hours).arg(tail) : tail;
+}
+
+} // namespace
+
+QString AudioInfo::durationString() const
+{
+    return std::isfinite(duration) && duration > 0 ? clockText(static_cast<qint64>(std::round(duration)))
+                                                   : QStringLiteral("—");
+}
+
+QString AudioInfo::timeString(double seconds)
+{
+    return clockText(static_cast<qint64>(std::clamp(seconds, 0.0, kLongestDuration)));
 }
 
 std::optional<QString> AudioInfo::sampleRateString() const

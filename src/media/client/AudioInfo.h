@@ -26,6 +26,8 @@ struct AudioInfo
     std::optional<QString> sampleRateString() const;
     /// "Mono", "Stereo", "6 channels".
     std::optional<QString> channelsString() const;
+    /// A place in a sound in whole seconds, begun ones left out, as durationString() writes them.
+    static QString timeString(double seconds);
     /// "128 BPM", "127.6 BPM".
     static QString bpmString(double bpm);
 

@@ -2,8 +2,8 @@
 
 #include "notch/AccessibleRole.h"
 #include "notch/NotchAppearance.h"
+#include "notch/controls/TabularText.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
 
 #include <cmath>
@@ -14,12 +14,6 @@ namespace {
 /// Beyond the distance that the header keeps between its controls.
 constexpr double kTrailingGap = 3;
 constexpr int kHeight = 22;
-
-/// The fonts in use do not offer their figures of one width to Qt, so each stands on the width of a zero.
-double figureWidth(const QFont &font)
-{
-    return QFontMetricsF(font).horizontalAdvance(u'0');
-}
 
 } // namespace
 
@@ -43,7 +37,7 @@ void ItemCount::setCount(int count)
 
 QSize ItemCount::sizeHint() const
 {
-    const double width = figureWidth(Theme::font(FontRole::Micro)) * static_cast<double>(m_figures.size());
+    const double width = tabularAdvance(Theme::font(FontRole::Micro), m_figures);
     return {static_cast<int>(std::ceil(width + kTrailingGap)), kHeight};
 }
 
@@ -52,13 +46,8 @@ void ItemCount::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setFont(Theme::font(FontRole::Micro));
     painter.setPen(m_context.appearance.palette().text3);
-    const double figure = figureWidth(painter.font());
-    double x = width() - kTrailingGap - figure * static_cast<double>(m_figures.size());
-    for (const QChar character : m_figures) {
-        painter.drawText(QRectF(x, 0, figure, height()), Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextDontClip,
-                         QString(character));
-        x += figure;
-    }
+    const double x = width() - kTrailingGap - tabularAdvance(painter.font(), m_figures);
+    drawTabular(painter, QRectF(x, 0, width() - x, height()), m_figures);
 }
 
 } // namespace ostrelle

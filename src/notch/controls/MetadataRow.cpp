@@ -21,6 +21,7 @@ constexpr double kCopySize = 9.5;
 constexpr int kGap = 4;
 constexpr double kHairline = 0.5;
 constexpr double kHoverFade = 0.16;
+constexpr int kAccessoryGap = 6;
 /// What a line edit keeps free beside its text.
 constexpr int kFieldMargin = 4;
 /// Its part at the right, which has to lie beyond the row for the text to end with the row.
@@ -74,6 +75,8 @@ MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard
     m_value.setCursorPosition(0);
     m_value.setAccessibleName(content.label);
     m_value.setFocusPolicy(Qt::ClickFocus);
+    // The panel's menu is the row's, too.
+    m_value.setContextMenuPolicy(Qt::NoContextMenu);
     m_copy.hide();
     connect(&m_copy, &QAbstractButton::clicked, this, [this, &clipboard, &haptics] {
         clipboard.write(m_content.value);
@@ -81,6 +84,32 @@ MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard
         Q_EMIT copied();
     });
     connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
+}
+
+void MetadataRow::setValue(const QString &value)
+{
+    if (value == m_content.value)
+        return;
+    m_content.value = value;
+    m_value.setText(value);
+    m_value.setCursorPosition(0);
+    arrange();
+}
+
+void MetadataRow::setAccessory(QWidget *accessory)
+{
+    if (accessory == m_accessory)
+        return;
+    if (m_accessory) {
+        m_accessory->hide();
+        m_accessory->deleteLater();
+    }
+    m_accessory = accessory;
+    if (accessory != nullptr) {
+        accessory->setParent(this);
+        accessory->show();
+    }
+    arrange();
 }
 
 bool MetadataRow::event(QEvent *event)
@@ -99,12 +128,23 @@ void MetadataRow::setHovered(bool hovered)
 
 void MetadataRow::resizeEvent(QResizeEvent *)
 {
+    arrange();
+}
+
+void MetadataRow::arrange()
+{
+    int right = width();
+    if (m_accessory) {
+        const QSize size = m_accessory->sizeHint();
+        m_accessory->setGeometry(QRect(QPoint(right - size.width(), (height() - size.height()) / 2), size));
+        right -= size.width() + kAccessoryGap;
+    }
     const double label = QFontMetricsF(Theme::font(FontRole::Caption)).horizontalAdvance(m_content.label);
     const double text = QFontMetricsF(m_value.font()).horizontalAdvance(m_content.value) + kFieldMargin + 2;
     const int taken = static_cast<int>(std::ceil(label)) + GlyphButton::kDiameter + 2 * kGap;
-    const int valueWidth = std::min(static_cast<int>(std::ceil(text)), std::max(width() - taken, 0));
-    m_value.setGeometry(width() - valueWidth + kFieldOverhang, 1, valueWidth, height() - 2);
-    m_copy.move(width() - valueWidth - kGap - GlyphButton::kDiameter, (height() - GlyphButton::kDiameter) / 2);
+    const int valueWidth = std::min(static_cast<int>(std::ceil(text)), std::max(right - taken, 0));
+    m_value.setGeometry(right - valueWidth + kFieldOverhang, 1, valueWidth, height() - 2);
+    m_copy.move(right - valueWidth - kGap - GlyphButton::kDiameter, (height() - GlyphButton::kDiameter) / 2);
 }
 
 void MetadataRow::paintEvent(QPaintEvent *)

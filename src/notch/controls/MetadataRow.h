@@ -3,6 +3,7 @@
 #include "notch/controls/AnimatedNumber.h"
 #include "notch/controls/ControlContext.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class QLineEdit;
@@ -33,6 +34,13 @@ public:
     MetadataRow(const ControlContext &context, ClipboardPort &clipboard, Haptics &haptics, const Content &content,
                 QWidget *parent);
 
+    const QString &label() const { return m_content.label; }
+    const QString &value() const { return m_content.value; }
+    void setValue(const QString &value);
+    /// A control at the end of the row, beyond the value, which becomes a child; null: none. The previous one is
+    /// deleted.
+    void setAccessory(QWidget *accessory);
+
 Q_SIGNALS:
     /// The value was put on the clipboard.
     void copied();
@@ -44,11 +52,13 @@ protected:
 
 private:
     void setHovered(bool hovered);
+    void arrange();
 
     ControlContext m_context;
     Content m_content;
     QLineEdit &m_value;
     GlyphButton &m_copy;
+    QPointer<QWidget> m_accessory;
     AnimatedNumber m_hover;
 };
 

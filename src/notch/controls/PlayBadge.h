@@ -1,6 +1,9 @@
 #pragma once
 
 #include "notch/controls/NotchButton.h"
+#include "notch/controls/Shake.h"
+
+#include <optional>
 
 namespace ostrelle {
 
@@ -14,9 +17,10 @@ public:
     struct Look
     {
         bool isPlaying = false;
-        double presence = 1; ///< 0 hidden, 1 shown; a spring may carry it beyond
-        double press = 0;    ///< 1 pressed
-        double scale = 1;    ///< of all of it
+        double presence = 1;                 ///< 0 hidden, 1 shown; a spring may carry it beyond
+        double press = 0;                    ///< 1 pressed
+        double scale = 1;                    ///< of all of it
+        std::optional<double> progress = {}; ///< 0 to 1: how much of the sound was heard
     };
 
     PlayBadge(const ControlContext &context, int diameter, QWidget *parent);
@@ -24,6 +28,10 @@ public:
     void setPlaying(bool playing);
     /// Whether it is to be seen; comes and goes with a fade, scaling from 0.7.
     void setShown(bool shown);
+    /// How much of the sound was heard, 0 to 1, shown as a ring; nothing shows none.
+    void setProgress(std::optional<double> progress);
+    /// The sound cannot be played.
+    void shake();
 
     QSize sizeHint() const override { return {m_diameter, m_diameter}; }
 
@@ -39,11 +47,15 @@ protected:
 
 private:
     void describe();
+    void showShake();
 
     int m_diameter;
     bool m_isPlaying = false;
     bool m_isShown = false;
+    std::optional<double> m_progress;
     AnimatedNumber m_shown;
+    Shake m_shake;
+    int m_shaken = 0; ///< how far it is from its place
 };
 
 } // namespace ostrelle

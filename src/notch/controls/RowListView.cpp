@@ -14,20 +14,18 @@
 namespace ostrelle {
 namespace {
 
-constexpr int kPitch = RowPlate::kPitch;
-constexpr int kBottomPadding = 8;
 constexpr double kListResponse = 0.22;
 constexpr double kWheelResponse = 0.16;
-constexpr double kWheelStep = 1.5 * kPitch;
+constexpr double kRowsPerWheelStep = 1.5;
 constexpr double kNotch = 120; ///< eighths of a degree in one step of a wheel
 constexpr double kPixelRest = 0.25;
 
 } // namespace
 
-RowListView::RowListView(const ControlContext &context, int topPadding, QWidget *parent)
+RowListView::RowListView(const ControlContext &context, const RowListMeasures &measures, QWidget *parent)
     : QListView(parent)
     , m_context(context)
-    , m_topPadding(topPadding)
+    , m_measures(measures)
     , m_scroll(
           context, 0, [this] { showScroll(); }, kPixelRest)
     , m_glide(context, 0, [this] {
@@ -55,7 +53,7 @@ RowListView::RowListView(const ControlContext &context, int topPadding, QWidget 
 
 int RowListView::rowsPerPage() const
 {
-    return std::max(1, viewport()->height() / kPitch);
+    return std::max(1, viewport()->height() / m_measures.pitch);
 }
 
 int RowListView::rowCount() const
@@ -74,19 +72,19 @@ int RowListView::rowOf(const QUuid &id) const
 
 double RowListView::placeOf(int row) const
 {
-    return m_topPadding + row * kPitch - verticalOffset();
+    return m_measures.topPadding + row * m_measures.pitch - verticalOffset();
 }
 
 QRectF RowListView::rowRect(int row) const
 {
-    return {0, placeOf(row) + offsetOf(idAt(row)), double(viewport()->width()), kPitch};
+    return {0, placeOf(row) + offsetOf(idAt(row)), double(viewport()->width()), double(m_measures.pitch)};
 }
 
 QModelIndex RowListView::indexAt(const QPoint &position) const
 {
-    const int y = position.y() + verticalOffset() - m_topPadding;
-    const bool isInside = y >= 0 && y < rowCount() * kPitch && viewport()->rect().contains(position);
-    return isInside ? model()->index(y / kPitch, 0) : QModelIndex();
+    const int y = position.y() + verticalOffset() - m_measures.topPadding;
+    const bool isInside = y >= 0 && y < rowCount() * m_measures.pitch && viewport()->rect().contains(position);
+    return isInside ? model()->index(y / m_measures.pitch, 0) : QModelIndex();
 }
 
 QRect RowListView::visualRect(const QModelIndex &index) const
@@ -108,7 +106,7 @@ void RowListView::scrollTo(const QModelIndex &index, ScrollHint)
     if (!index.isValid())
         return;
     executeDelayedItemsLayout();
-    const double middle = m_topPadding + index.row() * kPitch + RowPlate::kHeight / 2.0;
+    const double middle = m_measures.topPadding + index.row() * m_measures.pitch + m_measures.rowHeight / 2.0;
     scrollSmoothly(std::round(middle - viewport()->height() / 2.0));
 }
 
@@ -174,7 +172,7 @@ void RowListView::endGlide()
 double RowListView::fadeAt(double y) const
 {
     const int below = verticalScrollBar()->maximum() - verticalScrollBar()->value();
-    const double fade = std::min(kFade, static_cast<double>(below));
+    const double fade = std::min(m_measures.fade, static_cast<double>(below));
     return fade > 0 ? std::clamp((viewport()->height() - y) / fade, 0.0, 1.0) : 1;
 }
 
@@ -182,9 +180,9 @@ std::pair<int, int> RowListView::visibleRows() const
 {
     // While rows glide, some of the next pages still reach into the view.
     const int reach = m_glide.isMoving() ? rowsPerPage() : 0;
-    const int top = verticalOffset() - m_topPadding;
-    const int first = std::max(top / kPitch - reach, 0);
-    const int last = std::min((top + viewport()->height()) / kPitch + reach, rowCount() - 1);
+    const int top = verticalOffset() - m_measures.topPadding;
+    const int first = std::max(top / m_measures.pitch - reach, 0);
+    const int last = std::min((top + viewport()->height()) / m_measures.pitch + reach, rowCount() - 1);
     return {first, last};
 }
 
@@ -194,7 +192,7 @@ void RowListView::paintRow(QPainter &painter, int row)
     initViewItemOption(&option);
     const QModelIndex index = model()->index(row, 0);
     const QRectF rect = rowRect(row);
-    option.rect = QRect(0, 0, viewport()->width(), kPitch);
+    option.rect = QRect(0, 0, viewport()->width(), m_measures.pitch);
     option.state.setFlag(QStyle::State_Selected, index == currentIndex());
     painter.save();
     if (m_new.contains(idAt(row)))
@@ -219,7 +217,7 @@ void RowListView::paintEvent(QPaintEvent *)
     };
     QPainter painter(viewport());
     const double below = verticalScrollBar()->maximum() - verticalScrollBar()->value();
-    const EdgeFade fade{.bottom = std::clamp(below, 0.0, std::min(kFade, viewport()->height() / 2.0))};
+    const EdgeFade fade{.bottom = std::clamp(below, 0.0, std::min(m_measures.fade, viewport()->height() / 2.0))};
     paintEdgeFaded(painter, QRectF(viewport()->rect()), fade, paintRows);
 }
 
@@ -240,7 +238,8 @@ void RowListView::scrollContentsBy(int dx, int dy)
 void RowListView::updateGeometries()
 {
     QListView::updateGeometries();
-    const int content = m_topPadding + rowCount() * kPitch - (kPitch - RowPlate::kHeight) + kBottomPadding;
+    const int content = m_measures.topPadding + rowCount() * m_measures.pitch -
+                        (m_measures.pitch - m_measures.rowHeight) + m_measures.bottomPadding;
     verticalScrollBar()->setRange(0, std::max(content - viewport()->height(), 0));
     if (m_scroll.target() > verticalScrollBar()->maximum()) {
         m_scroll.jumpTo(verticalScrollBar()->maximum());
@@ -253,7 +252,7 @@ void RowListView::wheelEvent(QWheelEvent *event)
 {
     const int pixels = event->pixelDelta().y();
     const int angle = event->angleDelta().y();
-    const double distance = -(pixels != 0 ? pixels : angle * kWheelStep / kNotch);
+    const double distance = -(pixels != 0 ? pixels : angle * kRowsPerWheelStep * m_measures.pitch / kNotch);
     const double maximum = verticalScrollBar()->maximum();
     m_scroll.animateTo(std::clamp(m_scroll.target() + distance, 0.0, maximum), Motion::damped(kWheelResponse));
     if (pixels != 0 || std::abs(angle) < kNotch)

@@ -14,17 +14,25 @@
 
 namespace ostrelle {
 
+/// The measures of a list of rows, logical pixels.
+struct RowListMeasures
+{
+    int pitch = RowPlate::kPitch; ///< from one row to the next
+    int rowHeight = RowPlate::kHeight;
+    int topPadding = 0; ///< above the first row; scrolls with it
+    int bottomPadding = 8;
+    double fade = 22; ///< over how much the list fades out at its end
+};
+
 /// A scrolling list of plates, which fades out at its end while there is more below. It scrolls smoothly, and its rows
 /// can glide to the places that a change gave them. Rows are known by ids; only the visible ones are painted.
 class RowListView : public QListView
 {
     Q_OBJECT
 public:
-    /// Over how many logical pixels the list fades out at its end.
-    static constexpr double kFade = 22;
+    RowListView(const ControlContext &context, const RowListMeasures &measures, QWidget *parent);
 
-    /// `topPadding` stands above the first row and scrolls with it.
-    RowListView(const ControlContext &context, int topPadding, QWidget *parent);
+    const RowListMeasures &measures() const { return m_measures; }
 
     /// How many rows fit.
     int rowsPerPage() const;
@@ -83,7 +91,7 @@ private:
     void paintRow(QPainter &painter, int row);
 
     ControlContext m_context;
-    int m_topPadding;
+    RowListMeasures m_measures;
     AnimatedNumber m_scroll;
     bool m_isShowingScroll = false;
     QHash<QUuid, double> m_before; ///< where the rows were when the glide began

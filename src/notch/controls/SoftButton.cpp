@@ -3,8 +3,8 @@
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
+#include "notch/controls/TabularText.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
 
 #include <cmath>
@@ -16,9 +16,21 @@ constexpr double kPressedScale = 0.94;
 constexpr double kPressedOpacity = 0.75;
 constexpr double kDisabledOpacity = 0.35;
 constexpr double kGap = 5;
-constexpr double kLineHeight = 16;
 /// A symbol's square, as a multiple of its system size.
 constexpr double kSymbolSquare = 1.25;
+
+double lineHeight(FontRole role)
+{
+    switch (role) {
+    case FontRole::Micro:
+        return 13;
+    case FontRole::Caption:
+    case FontRole::CaptionMedium:
+        return 15;
+    default:
+        return 16;
+    }
+}
 
 } // namespace
 
@@ -38,6 +50,16 @@ void SoftButton::setSymbol(const QString &symbol)
     update();
 }
 
+void SoftButton::setLabel(const QString &text)
+{
+    if (text == m_content.text)
+        return;
+    m_content.text = text;
+    setAccessibleName(text);
+    updateGeometry();
+    update();
+}
+
 double SoftButton::symbolWidth() const
 {
     return m_content.symbol.isEmpty() ? 0 : m_content.symbolSize * kSymbolSquare;
@@ -45,11 +67,11 @@ double SoftButton::symbolWidth() const
 
 QSize SoftButton::sizeHint() const
 {
-    const double text = QFontMetricsF(Theme::font(FontRole::BodyMedium)).horizontalAdvance(m_content.text);
+    const double text = tabularAdvance(Theme::font(m_content.font), m_content.text);
     const double gap = symbolWidth() > 0 && text > 0 ? kGap : 0;
     const QMarginsF &padding = m_content.padding;
     const double width = padding.left() + symbolWidth() + gap + text + padding.right();
-    const double height = padding.top() + std::max(symbolWidth(), kLineHeight) + padding.bottom();
+    const double height = padding.top() + std::max(symbolWidth(), lineHeight(m_content.font)) + padding.bottom();
     return {static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))};
 }
 
@@ -67,12 +89,13 @@ void SoftButton::paintEvent(QPaintEvent *)
     const QColor rest = m_content.ground == Ground::Tinted ? palette.tileTint : faded(palette.hoverTint, 0);
     const QColor fill = isChecked() ? palette.accentSwitchedOn : mixed(rest, palette.hoverTint, hoverAmount());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(faded(fill, opacity));
+    painter.setBrush(faded(fill, opacity * presence()));
     painter.drawRoundedRect(shape(), m_content.radius, m_content.radius);
 
-    const QColor color = faded(mixed(palette.text2, palette.text1, isChecked() ? 1 : hoverAmount()), opacity);
-    const QFont font = Theme::font(FontRole::BodyMedium);
-    const double text = QFontMetricsF(font).horizontalAdvance(m_content.text);
+    const QColor color =
+        faded(mixed(palette.text2, palette.text1, isChecked() ? 1 : hoverAmount()), opacity * presence());
+    const QFont font = Theme::font(m_content.font);
+    const double text = tabularAdvance(font, m_content.text);
     const double gap = symbolWidth() > 0 && text > 0 ? kGap : 0;
     double x = centre.x() - (symbolWidth() + gap + text) / 2;
     if (symbolWidth() > 0)
@@ -81,7 +104,7 @@ void SoftButton::paintEvent(QPaintEvent *)
     x += symbolWidth() + gap;
     painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(QRectF(x, 0, text + 1, height()), Qt::AlignLeft | Qt::AlignVCenter, m_content.text);
+    drawTabular(painter, QRectF(x, 0, text, height()), m_content.text);
 }
 
 } // namespace ostrelle

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notch/Theme.h"
 #include "notch/controls/NotchButton.h"
 
 #include <QMarginsF>
@@ -16,18 +17,21 @@ public:
 
     struct Content
     {
-        QString symbol; ///< may be empty
-        QString text;   ///< may be empty
-        QString help;
+        QString symbol = {}; ///< may be empty
+        QString text = {};   ///< may be empty
+        QString help = {};
         double symbolSize = 12;
         double radius = 8;
         QMarginsF padding{8, 4, 8, 4};
         Ground ground = Ground::Clear;
+        FontRole font = FontRole::BodyMedium;
     };
 
     SoftButton(const ControlContext &context, Content content, QWidget *parent);
 
     void setSymbol(const QString &symbol);
+    /// The text, which is the accessible name as well.
+    void setLabel(const QString &text);
     QSize sizeHint() const override;
 
 protected:

@@ -20,6 +20,9 @@ QVariant PortalFileFilter::argumentFor(const FileChoice &choice)
     for (const QString &type : fileKinds::typesOf(choice.mimeTypes)) {
         filter.rules << Rule{1, type};
     }
+    for (const QString &pattern : choice.namePatterns) {
+        filter.rules << Rule{0, pattern};
+    }
     return QVariant::fromValue(QList<PortalFileFilter>{filter});
 }
 

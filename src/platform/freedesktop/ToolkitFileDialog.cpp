@@ -29,8 +29,8 @@ void askForFile(QFileDialog &dialog, const FileChoice &choice)
 {
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (!choice.mimeTypes.isEmpty()) {
-        const QString patterns = fileKinds::namePatternsOf(choice.mimeTypes).join(u' ');
-        dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(choice.kindName, patterns));
+        const QStringList patterns = fileKinds::namePatternsOf(choice.mimeTypes) + choice.namePatterns;
+        dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(choice.kindName, patterns.join(u' ')));
         dialog.setOption(QFileDialog::HideNameFilterDetails);
     }
 }

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "notch/controls/ControlContext.h"
+
+#include <QImage>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+namespace ostrelle {
+
+/// The small square beside a file: its picture, or a symbol for its kind.
+struct RecentWell
+{
+    QString symbol;
+    QImage thumbnail; ///< null: the symbol instead
+
+    /// `square` as wide as high, logical pixels.
+    void paint(QPainter &painter, const QRectF &square, double radius, const ControlContext &context) const;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,91 @@
+#include "inspectors/AudioInfoModuleView.h"
+
+#include "files/AudioPreview.h"
+#include "files/FileKinds.h"
+#include "files/RecentFilesStrip.h"
+#include "files/RecentRowsView.h"
+#include "foundation/MakeChild.h"
+#include "inspectors/AudioDetail.h"
+#include "inspectors/AudioInspector.h"
+
+#include <QAbstractButton>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kSeekStep = 5;
+
+} // namespace
+
+AudioInfoModuleView::AudioInfoModuleView(AudioInspector &inspector, const Surroundings &surroundings,
+                                         const ControlContext &context, QWidget *parent)
+    : InspectorView(inspector,
+                    Kind{.invitation = {.symbol = QStringLiteral("waveform"),
+                                        .message = QStringLiteral("Drop an audio file here"),
+                                        .hint = {}},
+                         .refusal = {.symbol = QStringLiteral("exclamationmark.triangle"),
+                                     .message = QStringLiteral("That isn't an audio file"),
+                                     .hint = QStringLiteral("Try WAV, AIFF, MP3, M4A, FLAC or CAF")},
+                         .chooseHelp = QStringLiteral("Choose an audio file…"),
+                         .chooserMessage = QStringLiteral("Choose an audio file to inspect."),
+                         .chooserKind = QStringLiteral("Audio files"),
+                         .mimeTypes = {QStringLiteral("audio/*")},
+                         .namePatterns = extraAudioPatterns(),
+                         .symbol = QStringLiteral("waveform"),
+                         .hasThumbnails = false,
+                         .isPlayable = true,
+                         .detailHeight = 212},
+                    surroundings, context, parent)
+    , m_inspector(inspector)
+    , m_detail(
+          makeChild<AudioDetail>(this, context, surroundings.preview, surroundings.clipboard, surroundings.haptics))
+    , m_watch(inspector.bindableInspection().addNotifier([this] { follow(); }))
+{
+    connect(&m_detail, &AudioDetail::doubleTimeToggled, &inspector, &AudioInspector::toggleDoubleTime);
+    setDetail(m_detail);
+    follow();
+}
+
+AudioInfoModuleView::~AudioInfoModuleView() = default;
+
+void AudioInfoModuleView::follow()
+{
+    m_detail.setInspection(m_inspector.inspection());
+    showFile(m_inspector.inspection().info.has_value());
+}
+
+QString AudioInfoModuleView::factsText() const
+{
+    return m_detail.text();
+}
+
+bool AudioInfoModuleView::handleKey(const QKeyEvent &event, const QWidget *focused)
+{
+    if (InspectorView::handleKey(event, focused))
+        return true;
+    AudioPreview &preview = around().preview;
+    const QString path = m_inspector.inspection().path;
+    const bool isPlain = (event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) == Qt::NoModifier;
+    const bool isOnButton = qobject_cast<const QAbstractButton *>(focused) != nullptr;
+    // In a value they move what is selected.
+    const bool isOnText = qobject_cast<const QLineEdit *>(focused) != nullptr;
+    switch (event.key()) {
+    case Qt::Key_Space:
+        if (!isPlain || isOnButton || path.isEmpty() || !strip().rows().activeId().isNull())
+            return false;
+        preview.toggle(path);
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (!isPlain || isOnText || preview.playingPath().isEmpty())
+            return false;
+        preview.seek(preview.position() + (event.key() == Qt::Key_Left ? -kSeekStep : kSeekStep));
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace ostrelle
