@@ -93,11 +93,15 @@ bool RecentChip::hitButton(const QPoint &position) const
     return shape().contains(position);
 }
 
-void RecentChip::refreshBadges()
+bool RecentChip::hasFocusWithin() const
 {
     const QWidget *focused = QApplication::focusWidget();
-    const bool hasFocusWithin = focused != nullptr && (focused == this || isAncestorOf(focused));
-    const bool isInUse = m_isHovered || hasFocusWithin;
+    return focused != nullptr && (focused == this || isAncestorOf(focused));
+}
+
+void RecentChip::refreshBadges()
+{
+    const bool isInUse = m_isHovered || hasFocusWithin();
     m_play.setShown(m_entry.isPlayable && (isInUse || m_entry.isPlaying));
     m_forget.setShown(isInUse);
 }

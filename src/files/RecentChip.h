@@ -31,6 +31,7 @@ public:
     void shake();
     /// The chip and what is on it, in the order of the Tab key.
     QList<QWidget *> focusOrder();
+    bool hasFocusWithin() const;
 
     QSize sizeHint() const override { return {kPlateWidth + kOverhang, kPlateHeight + kOverhang}; }
 

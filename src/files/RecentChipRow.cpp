@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace ostrelle {
@@ -97,11 +98,15 @@ void RecentChipRow::follow()
         return isGone;
     });
     const int count = std::min(m_recents.rowCount(), kMostChips);
+    std::optional<double> lostFocus;
     for (const auto &[id, place] : m_places) {
         const int row = m_recents.rowOf(id);
         place->isLeaving = row < 0 || row >= count;
-        if (place->isLeaving)
+        if (place->isLeaving) {
             place->presence.animateTo(0, Motion::damped(kChipListResponse));
+            if (place->chip.hasFocusWithin())
+                lostFocus = place->x.target();
+        }
         place->chip.setEnabled(!place->isLeaving);
     }
     for (int row = 0; row < count; ++row) {
@@ -114,6 +119,19 @@ void RecentChipRow::follow()
     placeMore();
     setFocusOrder();
     applyLooks();
+    if (lostFocus)
+        takeFocusAt(*lostFocus);
+}
+
+/// The keyboard goes on with what took the place of the chip that has left.
+void RecentChipRow::takeFocusAt(double x)
+{
+    for (int row = std::min(m_recents.rowCount(), kMostChips) - 1; row >= 0; --row) {
+        if (placeOfChip(row) <= x || row == 0) {
+            m_places[m_recents.idAt(row)]->chip.setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
 }
 
 RecentChipRow::Place &RecentChipRow::ensurePlace(int row)

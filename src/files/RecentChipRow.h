@@ -58,6 +58,7 @@ private:
     void refresh();
     void placeMore();
     void setFocusOrder();
+    void takeFocusAt(double x);
     void applyLooks();
 
     ControlContext m_context;

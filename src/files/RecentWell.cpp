@@ -20,7 +20,8 @@ void RecentWell::paint(QPainter &painter, const QRectF &square, double radius, c
     painter.setBrush(palette.tileTint);
     painter.drawRoundedRect(square, radius, radius);
     if (thumbnail.isNull())
-        paintGlyph(painter, symbol, square, kSymbolPart * square.width(), GlyphWeight::Medium, palette.text3);
+        paintGlyph(painter, symbol, square, kSymbolPart * square.width(), GlyphWeight::Medium,
+                   prominence == Prominence::Strong ? palette.text2 : palette.text3);
     else
         paintRounded(painter, square, radius, thumbnail);
 }

@@ -104,6 +104,8 @@ void AudioHead::followPreview()
         m_bar.setEnabled(false);
     placeBar();
     m_playing.animateTo(plays ? 1 : 0, Motion::hover());
+    if (plays)
+        m_bar.show();
     update();
 }
 
@@ -138,8 +140,9 @@ void AudioHead::paintEvent(QPaintEvent *)
     painter.setBrush(palette.tileTint);
     painter.drawRoundedRect(QRectF(rect()), kHeadRadius, kHeadRadius);
     const QRectF square(kHeadPadding, (height() - kHeadWell) / 2, kHeadWell, kHeadWell);
-    RecentWell{.symbol = QStringLiteral("waveform"), .thumbnail = {}}.paint(painter, square, kHeadWellRadius,
-                                                                            m_context);
+    const RecentWell well{
+        .symbol = QStringLiteral("waveform"), .thumbnail = {}, .prominence = RecentWell::Prominence::Strong};
+    well.paint(painter, square, kHeadWellRadius, m_context);
 
     const double room = m_badge.x() - kHeadPadding - kTextLeft;
     painter.setFont(Theme::font(FontRole::BodyMedium));

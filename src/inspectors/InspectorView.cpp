@@ -221,8 +221,8 @@ void InspectorView::applyFade()
 {
     const double detail = m_shown.value();
     const QRectF everything(rect());
-    m_well.setVisible(detail < 1);
-    m_detail->setVisible(detail > 0);
+    m_well.setVisible(detail < 1 || !m_hasFile);
+    m_detail->setVisible(detail > 0 || m_hasFile);
     m_wellFade->setLook(1 - detail, everything.translated(-m_well.pos()));
     m_detailFade->setLook(detail, everything.translated(-m_detail->pos()));
     m_wellFade->setEnabled(m_shown.isMoving());

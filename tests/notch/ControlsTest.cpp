@@ -3,6 +3,7 @@
 #include "notch/controls/EmptyStateView.h"
 #include "notch/controls/GlyphButton.h"
 #include "notch/controls/InlineSearchField.h"
+#include "notch/controls/MetadataGrid.h"
 #include "notch/controls/MetadataRow.h"
 #include "notch/controls/PlayBadge.h"
 #include "support/TestBase.h"
@@ -10,6 +11,8 @@
 
 #include <QLineEdit>
 #include <QPainter>
+#include <QPointer>
+#include <QPushButton>
 #include <QSignalSpy>
 
 using namespace ostrelle;
@@ -50,6 +53,8 @@ private Q_SLOTS:
     void edgeFadeKeepsTheMiddleAndClearsTheEdge_data();
     void edgeFadeKeepsTheMiddleAndClearsTheEdge();
     void metadataRowCopiesExactlyItsValue();
+    void metadataGridKeepsTheRowsThatStay();
+    void playBadgeShakesAndComesBack();
 };
 
 void ControlsTest::ordinaryGlyphButtonGlowsUnderThePointer()
@@ -251,6 +256,67 @@ void ControlsTest::metadataRowCopiesExactlyItsValue()
     QVERIFY(stage.clipboard.offer());
     QCOMPARE(std::get<QString>(*stage.clipboard.offer()), QStringLiteral(" 1920 × 1080 px "));
     QCOMPARE(stage.ticks(), 1);
+}
+
+void ControlsTest::metadataGridKeepsTheRowsThatStay()
+{
+    Stage stage;
+    MetadataGrid grid(stage.context, stage.clipboard, stage.haptics, 2, &stage.ground);
+    grid.resize(424, 0);
+    grid.setFacts({{QStringLiteral("Tempo"), QStringLiteral("84")},
+                   {QStringLiteral("Format"), QStringLiteral("WAV")},
+                   {QStringLiteral("Size"), QStringLiteral("1 KB")}});
+    stage.ground.show();
+    const QPointer<MetadataRow> format = grid.row(QStringLiteral("Format"));
+    QCOMPARE(format->geometry(), QRect(224, 0, 200, 27));
+    QCOMPARE(grid.height(), 54);
+    QCOMPARE(grid.text(), QStringLiteral("Tempo\t84\nFormat\tWAV\nSize\t1 KB\n"));
+    // What stands at the end of a row leaves the value its room.
+    auto &accessory = makeChild<QPushButton>(&grid, QStringLiteral("×2"));
+    grid.row(QStringLiteral("Tempo"))->setAccessory(&accessory);
+    QCOMPARE(accessory.geometry().x() + accessory.width(), 200);
+    const auto *value = grid.row(QStringLiteral("Tempo"))->findChild<QLineEdit *>();
+    QVERIFY(value->geometry().x() + value->width() <= accessory.x());
+
+    grid.setFacts(
+        {{QStringLiteral("Format"), QStringLiteral("FLAC")}, {QStringLiteral("Size"), QStringLiteral("2 KB")}});
+    stage.settle();
+    QCOMPARE(grid.row(QStringLiteral("Format")), format.data());
+    QCOMPARE(format->geometry(), QRect(0, 0, 200, 27));
+    QCOMPARE(format->findChild<QLineEdit *>()->text(), QStringLiteral("FLAC"));
+    QVERIFY(grid.row(QStringLiteral("Tempo")) == nullptr);
+    QCOMPARE(grid.findChildren<MetadataRow *>().size(), 2);
+}
+
+void ControlsTest::playBadgeShakesAndComesBack()
+{
+    Stage stage;
+    PlayBadge badge(stage.context, 24, &stage.ground);
+    badge.move(60, 30);
+    badge.setShown(true);
+    stage.ground.show();
+    stage.settle();
+    const QImage rest = stage.picture();
+    badge.shake();
+    int leftmost = 60;
+    int rightmost = 60;
+    for (int i = 0; i < 20; ++i) {
+        stage.clock.advance(17ms);
+        leftmost = std::min(leftmost, badge.x());
+        rightmost = std::max(rightmost, badge.x());
+    }
+    QVERIFY(leftmost < 60 && rightmost > 60);
+    stage.settle();
+    QCOMPARE(stage.picture(), rest);
+    QVERIFY(!stage.frames.isRunning());
+    // Where the desktop wants no movement it stays where it is, and fades.
+    stage.platform.appearance().setPrefersReducedMotion(true);
+    badge.shake();
+    stage.clock.advance(50ms);
+    QCOMPARE(badge.pos(), QPoint(60, 30));
+    QVERIFY(stage.picture() != rest);
+    stage.settle();
+    QCOMPARE(stage.picture(), rest);
 }
 
 OSTRELLE_TEST(ControlsTest)

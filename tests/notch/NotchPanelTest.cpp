@@ -26,7 +26,9 @@ public:
     using ToolView::ToolView;
     std::optional<double> wantedBodyHeight() const override { return wanted; }
     void appeared() override { ++appearances; }
+    QList<MenuEntry> menuEntries() override { return entries; }
 
+    QList<MenuEntry> entries;
     std::optional<double> wanted = 300;
     int appearances = 0;
 };
@@ -64,6 +66,7 @@ private Q_SLOTS:
     void toolWithoutViewSaysWhatItIs();
     void saysWhenNoToolIsEnabled();
     void menuOffersOnlyWhatExists();
+    void menuBeginsWithWhatTheToolOffers();
     void isIdleWhenNothingMoves();
     void looksAfterMotionAsIfItHadNeverMoved();
     void forgetsTheTileThatAMenuLeftHovered();
@@ -238,6 +241,28 @@ void NotchPanelTest::menuOffersOnlyWhatExists()
     QSignalSpy quit(&fixture.notch, &NotchPanel::quitRequested);
     actions[3]->trigger();
     QCOMPARE(quit.count(), 1);
+}
+
+void NotchPanelTest::menuBeginsWithWhatTheToolOffers()
+{
+    ProbeFixture fixture;
+    fixture.open(KestroModule::Clipboard);
+    int done = 0;
+    fixture.view->entries = {{.text = QStringLiteral("Copy all"), .action = [&done] { ++done; }}};
+    // In the header, which is not the tool's own.
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {450, 40}, {450, 40});
+    QApplication::sendEvent(&fixture.child<ModuleHeader>(), &event);
+    QList<QAction *> actions = fixture.platform.popups().menu()->actions();
+    QCOMPARE(actions.size(), 6);
+    QCOMPARE(actions[0]->text(), QStringLiteral("Copy all"));
+    QVERIFY(actions[1]->isSeparator());
+    actions[0]->trigger();
+    QCOMPARE(done, 1);
+    // Without anything of the tool it begins with the panel's own, and no line.
+    fixture.view->entries.clear();
+    QApplication::sendEvent(&fixture.notch, &event);
+    actions = fixture.platform.popups().menu()->actions();
+    QCOMPARE(actions.size(), 4);
 }
 
 void NotchPanelTest::isIdleWhenNothingMoves()
