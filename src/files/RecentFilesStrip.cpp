@@ -6,6 +6,7 @@
 #include "files/RecentRowsView.h"
 #include "foundation/MakeChild.h"
 #include "notch/NotchAppearance.h"
+#include "notch/controls/Hairline.h"
 #include "notch/controls/SectionLabel.h"
 #include "notch/controls/SoftButton.h"
 #include "records/Motion.h"
@@ -22,7 +23,6 @@ constexpr int kStripBottom = 10;
 constexpr int kHeaderLine = 17;
 constexpr int kHeaderGap = 5;
 constexpr int kListTop = kStripTop + kHeaderLine + kHeaderGap;
-constexpr double kStripHairline = 0.5;
 
 SoftButton::Content headerButton(const QString &text)
 {
@@ -148,7 +148,7 @@ void RecentFilesStrip::arrangeHeader()
 void RecentFilesStrip::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(QRectF(0, 0, width(), kStripHairline), m_context.appearance.palette().hairline);
+    painter.fillRect(QRectF(0, 0, width(), hairlineThickness(painter)), m_context.appearance.palette().hairline);
 }
 
 } // namespace ostrelle

@@ -4,6 +4,7 @@
 #include "notch/NotchAppearance.h"
 #include "notch/controls/CaretLineEdit.h"
 #include "notch/controls/GlyphButton.h"
+#include "notch/controls/Hairline.h"
 #include "platform/ClipboardPort.h"
 #include "platform/Haptics.h"
 #include "records/Motion.h"
@@ -19,7 +20,6 @@ namespace {
 
 constexpr double kCopySize = 9.5;
 constexpr int kGap = 4;
-constexpr double kHairline = 0.5;
 constexpr double kHoverFade = 0.16;
 constexpr int kAccessoryGap = 6;
 /// What a line edit keeps free beside its text.
@@ -154,7 +154,8 @@ void MetadataRow::paintEvent(QPaintEvent *)
     painter.setFont(Theme::font(FontRole::Caption));
     painter.setPen(palette.text3);
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, m_content.label);
-    painter.fillRect(QRectF(0, height() - kHairline, width(), kHairline), palette.hairline);
+    const double line = hairlineThickness(painter);
+    painter.fillRect(QRectF(0, height() - line, width(), line), palette.hairline);
 }
 
 } // namespace ostrelle
