@@ -10,8 +10,8 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kSymbolSize = 11;
-constexpr double kPressedOpacity = 0.75;
+constexpr double kMarkSize = 11;
+constexpr double kMarkPressedOpacity = 0.75;
 /// On the dark disc the light appearance's own colour would not be seen.
 constexpr double kMarkInLight = 0.8;
 
@@ -44,13 +44,13 @@ void ForgetBadge::paintEvent(QPaintEvent *)
 {
     const bool isDark = appearance().scheme() == ColorScheme::Dark;
     const QColor rest = isDark ? appearance().palette().text2 : faded(Qt::white, kMarkInLight);
-    const double opacity = m_shown.value() * presence() * (1 + (kPressedOpacity - 1) * pressAmount());
+    const double opacity = m_shown.value() * presence() * (1 + (kMarkPressedOpacity - 1) * pressAmount());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(faded(Theme::kHardware, opacity));
     painter.drawEllipse(shape());
-    paintGlyph(painter, u"xmark.circle.fill", shape(), kSymbolSize, GlyphWeight::Regular,
+    paintGlyph(painter, u"xmark.circle.fill", shape(), kMarkSize, GlyphWeight::Regular,
                faded(mixed(rest, Qt::white, hoverAmount()), opacity));
 }
 

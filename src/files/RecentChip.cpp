@@ -28,8 +28,8 @@ constexpr double kChipSpacing = 8;
 constexpr double kNameTop = 7;
 constexpr double kNameLine = 15;
 constexpr double kSummaryLine = 13;
-constexpr int kPlayDiameter = 26;
-constexpr int kPlayLeft = 9;
+constexpr int kChipPlayDiameter = 26;
+constexpr int kChipPlayLeft = 9;
 
 } // namespace
 
@@ -37,13 +37,13 @@ RecentChip::RecentChip(const ControlContext &context, QString symbol, QWidget *p
     : NotchButton(context, parent)
     , m_context(context)
     , m_symbol(std::move(symbol))
-    , m_play(makeChild<PlayBadge>(this, context, kPlayDiameter))
+    , m_play(makeChild<PlayBadge>(this, context, kChipPlayDiameter))
     , m_forget(makeChild<ForgetBadge>(this, context))
     , m_ring(context, 0, [this] { update(); })
 {
     setFixedSize(sizeHint());
     setFocusPolicy(Qt::TabFocus);
-    m_play.move(kPlayLeft, kOverhang + (kPlateHeight - kPlayDiameter) / 2);
+    m_play.move(kChipPlayLeft, kOverhang + (kPlateHeight - kChipPlayDiameter) / 2);
     m_forget.move(width() - ForgetBadge::kDiameter, 0);
     connect(&m_play, &QAbstractButton::clicked, this, &RecentChip::previewToggled);
     connect(&m_forget, &QAbstractButton::clicked, this, &RecentChip::forgotten);
