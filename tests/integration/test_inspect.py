@@ -90,7 +90,7 @@ class Inspect(unittest.TestCase):
         self.assertEqual(found[1]["info"]["name"], "caf%E9.png")
         again = self.objects(*names, "--jobs", "3")
         self.assertEqual(again, found)
-        self.assertEqual([each["file"] for each in self.objects("-", stdin=b"ö.png\n\nz.png")], ["ö.png", "z.png"])
+        self.assertEqual([each["file"] for each in self.objects("-", stdin="ö.png\n\nz.png".encode())], ["ö.png", "z.png"])
 
     def test_refusals_do_not_disturb_the_rest(self):
         self.write("good.png", png(1, 1))
