@@ -1,4 +1,5 @@
 #include "media_helper/HelperService.h"
+#include "media_helper/ImageCommand.h"
 
 #include <array>
 
@@ -18,6 +19,17 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
 
+constexpr std::array kImageReaders{
+    ImageFactsRow{FileKind::Jpeg, readJpegFacts},       ImageFactsRow{FileKind::Png, readPngFacts},
+    ImageFactsRow{FileKind::Gif, readGifFacts},         ImageFactsRow{FileKind::WebP, readWebPFacts},
+    ImageFactsRow{FileKind::Tiff, readTiffFacts, true}, ImageFactsRow{FileKind::Bmp, readBmpFacts},
+    ImageFactsRow{FileKind::Ico, readIcoFacts},         ImageFactsRow{FileKind::Psd, readPsdFacts},
+    ImageFactsRow{FileKind::Pnm, readPnmFacts},         ImageFactsRow{FileKind::Hdr, readHdrFacts},
+    ImageFactsRow{FileKind::Exr, readExrFacts},         ImageFactsRow{FileKind::Tga, readTgaFacts},
+};
+
+constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};
+
 } // namespace
 
 int main()
@@ -30,6 +42,10 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::ImageInfo,
+         [](ByteSource &source, const HelperRequest &request) {
+             return answerImageInfo(source, request, kImageFacts);
+         }},
     };
     return serveFiles(limits, commands);
 }

@@ -123,8 +123,8 @@ private:
             if (format.streams[i]->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
                 format.streams[i]->discard = AVDISCARD_ALL;
         }
-        const bool isTold = stream && stream->codecpar->sample_rate > 0 &&
-                            (stream->duration > 0 || m_container.format().duration > 0);
+        const bool isTold =
+            stream && stream->codecpar->sample_rate > 0 && (stream->duration > 0 || m_container.format().duration > 0);
         if (!isTold && !m_container.probeStreams())
             return false;
         m_stream = bestStream();
