@@ -1,5 +1,6 @@
 #include "media_helper/FontFolders.h"
 #include "media_helper/HelperService.h"
+#include "media_helper/ImageCommand.h"
 
 #include <array>
 
@@ -28,6 +29,19 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Refuse};
 
+constexpr std::array kImageReaders{
+    ImageFactsRow{FileKind::Heif, readHeifFacts},
+    ImageFactsRow{FileKind::JpegXl, readJpegXlFacts},
+    ImageFactsRow{FileKind::Jpeg2000, readJpeg2000Facts},
+    ImageFactsRow{FileKind::Svg, readSvgFacts},
+    ImageFactsRow{FileKind::Raw, readRawFacts},
+    // The light helper declines what is a camera's.
+    ImageFactsRow{FileKind::Tiff, readRawFacts},
+};
+
+/// A drawing is read whole, to be sure that it is one.
+constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Refuse, std::uint64_t(64) << 20U};
+
 } // namespace
 
 int main()
@@ -43,6 +57,10 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::ImageInfo,
+         [](ByteSource &source, const HelperRequest &request) {
+             return answerImageInfo(source, request, kImageFacts);
+         }},
     };
     return serveFiles(limits, commands);
 }
