@@ -48,15 +48,16 @@ ExitStatus runInspect(const Invocation &invocation)
         has(invocation, "--no-tempo") ? InspectionRun::TempoUse::TagsOnly : InspectionRun::TempoUse::Listen;
     InspectionRun run(names, jobs, tempoUse, [&](const Inspection &inspection) {
         progress.clear();
-        if (!inspection.isDone()) {
-            status =
-                fail(ExitStatus::Failed,
-                     QStringLiteral("inspect: %1 %2").arg(printable(displayName(inspection.file)), inspection.problem));
-        }
-        if (invocation.json)
+        if (!inspection.isDone())
+            status = ExitStatus::Failed;
+        if (invocation.json) {
             printOut(inspectionJson(inspection));
-        else if (inspection.isDone())
+        } else if (inspection.isDone()) {
             printOut(inspectionText(inspection));
+        } else {
+            fail(status,
+                 QStringLiteral("inspect: %1 %2").arg(printable(displayName(inspection.file)), inspection.problem));
+        }
         // Nobody reads on.
         if (std::ferror(stdout) != 0)
             run.stop();

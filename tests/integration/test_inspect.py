@@ -31,7 +31,7 @@ def clicks(path, seconds, bpm):
             level = int(20000 * (1 - i / 2000) * (1 if i // 200 % 2 else -1))
             samples[2 * (begin + i):2 * (begin + i) + 2] = struct.pack("<h", level)
         beat += 1
-    with wave.open(os.fspath(path), "wb") as file:
+    with wave.open(os.fsdecode(path), "wb") as file:
         file.setparams((1, 2, RATE, 0, "NONE", ""))
         file.writeframes(bytes(samples))
 
