@@ -60,6 +60,15 @@ HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, int size, Taker
 
 HelperPool::~HelperPool() = default;
 
+void HelperPool::warmUp()
+{
+    Slot &slot = m_slots.front();
+    if (slot.process)
+        return;
+    start(slot, HelperKind::Light);
+    slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
+}
+
 bool HelperPool::hand(HelperKind kind, quint64 number, HelperRequest request, int file)
 {
     Slot *slot = slotFor(kind);

@@ -44,6 +44,8 @@ public:
     ~HelperPool() override;
 
     int size() const { return static_cast<int>(m_slots.size()); }
+    /// Starts a light helper ahead of the first file, where none runs.
+    void warmUp();
     /// Gives an open file to a helper of this kind; false when both are busy. The descriptor stays the caller's.
     bool hand(HelperKind kind, quint64 number, HelperRequest request, int file);
 
