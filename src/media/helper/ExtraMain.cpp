@@ -1,3 +1,4 @@
+#include "media_helper/AudioCommand.h"
 #include "media_helper/FontFolders.h"
 #include "media_helper/HelperService.h"
 
@@ -28,6 +29,23 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Refuse};
 
+/// What the light helper declines: also of its own kinds, which may hold what only FFmpeg knows.
+constexpr std::array kSounds{
+    AudioFactsRow{FileKind::OtherMedia, readMediaFacts, readMp4Tempo},
+    AudioFactsRow{FileKind::Unknown, readMediaFacts},
+    AudioFactsRow{FileKind::Wav, readMediaFacts, readWavTempo},
+    AudioFactsRow{FileKind::Aiff, readMediaFacts, readAiffTempo},
+    AudioFactsRow{FileKind::Caf, readMediaFacts},
+    AudioFactsRow{FileKind::Mp3, readMediaFacts},
+    AudioFactsRow{FileKind::Aac, readMediaFacts},
+    AudioFactsRow{FileKind::Flac, readMediaFacts},
+    AudioFactsRow{FileKind::OggAudio, readMediaFacts},
+    AudioFactsRow{FileKind::Speex, readMediaFacts},
+    AudioFactsRow{FileKind::Mp4Audio, readMediaFacts, readMp4Tempo},
+};
+
+constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Refuse, 32U << 20U};
+
 } // namespace
 
 int main()
@@ -43,6 +61,8 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::AudioInfo,
+         [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
     };
     return serveFiles(limits, commands);
 }
