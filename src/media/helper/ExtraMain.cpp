@@ -1,3 +1,4 @@
+#include "media_helper/AudioCommand.h"
 #include "media_helper/FontFolders.h"
 #include "media_helper/HelperService.h"
 #include "media_helper/ImageCommand.h"
@@ -45,6 +46,22 @@ constexpr std::array kImageReaders{
 
 /// A drawing is read whole, to be sure that it is one.
 constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Refuse, std::uint64_t(64) << 20U};
+/// What the light helper declines: also of its own kinds, which may hold what only FFmpeg knows.
+constexpr std::array kSounds{
+    AudioFactsRow{FileKind::OtherMedia, readMediaFacts, readMp4Tempo},
+    AudioFactsRow{FileKind::Unknown, readMediaFacts},
+    AudioFactsRow{FileKind::Wav, readMediaFacts, readWavTempo},
+    AudioFactsRow{FileKind::Aiff, readMediaFacts, readAiffTempo},
+    AudioFactsRow{FileKind::Caf, readMediaFacts},
+    AudioFactsRow{FileKind::Mp3, readMediaFacts},
+    AudioFactsRow{FileKind::Aac, readMediaFacts},
+    AudioFactsRow{FileKind::Flac, readMediaFacts},
+    AudioFactsRow{FileKind::OggAudio, readMediaFacts},
+    AudioFactsRow{FileKind::Speex, readMediaFacts},
+    AudioFactsRow{FileKind::Mp4Audio, readMediaFacts, readMp4Tempo},
+};
+
+constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Refuse, 32U << 20U};
 
 } // namespace
 
@@ -65,6 +82,8 @@ int main()
          [](ByteSource &source, const HelperRequest &request) {
              return answerImageInfo(source, request, kImageFacts);
          }},
+        {HelperCommand::AudioInfo,
+         [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
     };
     return serveFiles(limits, commands);
 }

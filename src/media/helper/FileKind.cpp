@@ -72,6 +72,15 @@ constexpr std::array kMagics{
     Magic{0, "MAC "sv, FileKind::OtherMedia},                             // Monkey's Audio
     Magic{0, "wvpk"sv, FileKind::OtherMedia},                             // WavPack
     Magic{0, "MPCK"sv, FileKind::OtherMedia},                             // Musepack
+    Magic{0, "MP+"sv, FileKind::OtherMedia},                              // Musepack, before
+    Magic{0, "TTA1"sv, FileKind::OtherMedia},                             // True Audio
+    Magic{0, ".snd"sv, FileKind::OtherMedia},                             // AU
+    Magic{0, "riff\x2e\x91\xcf\x11"sv, FileKind::OtherMedia},             // Wave64
+    Magic{0, "Creative Voice File"sv, FileKind::OtherMedia},
+    Magic{0, "#!AMR"sv, FileKind::OtherMedia},
+    Magic{0, "DSD "sv, FileKind::OtherMedia},
+    Magic{0, "\x0b\x77"sv, FileKind::OtherMedia},         // AC-3
+    Magic{0, "\x7f\xfe\x80\x01"sv, FileKind::OtherMedia}, // DTS
     Magic{0, ".RMF"sv, FileKind::OtherMedia},
     Magic{0, "YUV4MPEG2 "sv, FileKind::OtherMedia},
 };

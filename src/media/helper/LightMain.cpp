@@ -1,3 +1,4 @@
+#include "media_helper/AudioCommand.h"
 #include "media_helper/HelperService.h"
 #include "media_helper/ImageCommand.h"
 
@@ -29,6 +30,21 @@ constexpr std::array kImageReaders{
 };
 
 constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};
+constexpr std::array kSounds{
+    AudioFactsRow{FileKind::Wav, readPcmFacts, readWavTempo},
+    AudioFactsRow{FileKind::Aiff, readPcmFacts, readAiffTempo},
+    AudioFactsRow{FileKind::Caf, readPcmFacts},
+    AudioFactsRow{FileKind::Mp3, readMpegFacts},
+    AudioFactsRow{FileKind::Aac, readAdtsFacts},
+    AudioFactsRow{FileKind::Flac, readFlacFacts},
+    AudioFactsRow{FileKind::OggAudio, readOggFacts},
+    AudioFactsRow{FileKind::Speex, readOggFacts},
+    AudioFactsRow{FileKind::Mp4Audio, readMp4Facts, readMp4Tempo},
+    // MP4 under its other names; the rest is declined.
+    AudioFactsRow{FileKind::OtherMedia, readMp4Facts, readMp4Tempo},
+};
+
+constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Decline, 4U << 20U};
 
 } // namespace
 
@@ -46,6 +62,8 @@ int main()
          [](ByteSource &source, const HelperRequest &request) {
              return answerImageInfo(source, request, kImageFacts);
          }},
+        {HelperCommand::AudioInfo,
+         [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
     };
     return serveFiles(limits, commands);
 }
