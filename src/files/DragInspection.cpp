@@ -20,7 +20,7 @@ DragInspection::DragInspection(const FactsQuestion &question, TaskScheduler &sch
 
 void DragInspection::start()
 {
-    m_patience = m_scheduler.after(kPatience, this, [this] { tell(); });
+    m_patience = m_scheduler.after(kPatience, this, [this] { Q_EMIT found(m_contents); });
     askOn();
 }
 
@@ -40,8 +40,10 @@ void DragInspection::askOn()
         });
     }
     m_isAsking = false;
-    if (!m_isWaiting)
-        tell();
+    if (!m_isWaiting) {
+        m_patience.cancel();
+        Q_EMIT found(m_contents);
+    }
 }
 
 void DragInspection::take(const QStringList &paths, const QList<FileFacts> &facts)
@@ -57,15 +59,6 @@ void DragInspection::take(const QStringList &paths, const QList<FileFacts> &fact
         m_contents.hasImage = m_contents.hasImage || isImage(path, fact);
         m_contents.hasAudio = m_contents.hasAudio || isAudio(path, fact);
     }
-}
-
-void DragInspection::tell()
-{
-    m_patience.cancel();
-    if (m_told == m_contents)
-        return;
-    m_told = m_contents;
-    Q_EMIT found(m_contents);
 }
 
 } // namespace ostrelle

@@ -9,7 +9,6 @@
 
 #include <chrono>
 #include <functional>
-#include <optional>
 
 namespace ostrelle {
 
@@ -45,13 +44,13 @@ public:
     void start();
 
 Q_SIGNALS:
-    /// Once, or once more when something that took longer than kPatience changes it.
+    /// Once when everything is known, before that once when kPatience is over. What else has been learned about the
+    /// files by then is known at the second time, too, also when the contents are the same.
     void found(const DragContents &contents);
 
 private:
     void askOn();
     void take(const QStringList &paths, const QList<FileFacts> &facts);
-    void tell();
 
     FactsQuestion m_question;
     TaskScheduler &m_scheduler;
@@ -61,7 +60,6 @@ private:
     bool m_isWaiting = false;
     QSet<QString> m_suffixes; ///< judged already
     DragContents m_contents;
-    std::optional<DragContents> m_told;
     Task m_patience;
 };
 

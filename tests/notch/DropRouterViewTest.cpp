@@ -64,8 +64,10 @@ double zoneContrast(RouterFixture &fixture)
     const QImage without = fixture.pictureWithoutZones();
     double most = 1;
     for (int y = 0; y < with.height(); ++y) {
-        for (int x = 0; x < with.width(); ++x)
-            most = std::max(most, contrast(with.pixel(x, y), without.pixel(x, y)));
+        for (int x = 0; x < with.width(); ++x) {
+            if (with.pixel(x, y) != without.pixel(x, y))
+                most = std::max(most, contrast(with.pixel(x, y), without.pixel(x, y)));
+        }
     }
     return most;
 }
