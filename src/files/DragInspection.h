@@ -14,7 +14,7 @@ namespace ostrelle {
 
 class TaskScheduler;
 
-/// What a drag holds, as far as it decides which tools can take it.
+/// What a drag holds, as far as it decides which tools can take it. With a folder in it nothing else does.
 struct DragContents
 {
     bool hasFolder = false;
@@ -24,8 +24,8 @@ struct DragContents
     friend bool operator==(const DragContents &, const DragContents &) = default;
 };
 
-/// Asks what stands at these paths: one answer per path, in order, on the main thread, at once or later, none when
-/// `context` is gone by then. What hangs is answered with Unknown in the end.
+/// Asks what stands at these standardised paths: one answer per path, in order, on the main thread, at once or later,
+/// none when `context` is gone by then. What hangs is answered with Unknown in the end.
 using FactsQuestion = std::function<void(const QStringList &paths, const QObject *context,
                                          const std::function<void(const QList<FileFacts> &)> &answer)>;
 
@@ -35,7 +35,7 @@ class DragInspection : public QObject
 {
     Q_OBJECT
 public:
-    /// What is not known after so long counts as plain files, until it is.
+    /// What is not known after so long counts as the plain files that the names speak of, until it is.
     static constexpr std::chrono::milliseconds kPatience{100};
 
     DragInspection(const FactsQuestion &question, TaskScheduler &scheduler, const QStringList &paths);
@@ -50,7 +50,7 @@ Q_SIGNALS:
 
 private:
     void askOn();
-    void take(const QStringList &paths, const QList<FileFacts> &facts);
+    void judgeNames(const QStringList &paths);
 
     FactsQuestion m_question;
     TaskScheduler &m_scheduler;

@@ -157,6 +157,8 @@ void NotchDropDelegateTest::offersWhatCanTakeTheDrag_data()
     QTest::newRow("audio") << QStringList{text, audio} << Modules{} << Modules{M::Assets, M::AudioInfo};
     QTest::newRow("audio and image") << QStringList{audio, image} << Modules{}
                                      << Modules{M::Assets, M::ImageInfo, M::AudioInfo};
+    QTest::newRow("folder with a slash") << QStringList{QStringLiteral("/d//sub/")} << Modules{}
+                                         << Modules{M::Assets, M::Projects};
     QTest::newRow("folder last") << QStringList{image, audio, folder} << Modules{} << Modules{M::Assets, M::Projects};
     QTest::newRow("folder, no shelf") << QStringList{folder} << Modules{M::Assets} << Modules{M::Projects};
     QTest::newRow("folder, no projects") << QStringList{folder, image} << Modules{M::Projects} << Modules{M::Assets};
@@ -308,7 +310,7 @@ void NotchDropDelegateTest::doesNotWaitForAHangingFileSystem()
     notch.clock.advance(99ms);
     QVERIFY(notch.viewModel.dropTargets().isEmpty());
     notch.clock.advance(1ms);
-    QCOMPARE(notch.viewModel.dropTargets(), Modules{KestroModule::Assets});
+    QCOMPARE(notch.viewModel.dropTargets(), (Modules{KestroModule::Assets, KestroModule::ImageInfo}));
     // What comes later still counts.
     notch.facts.answer();
     QCOMPARE(notch.viewModel.dropTargets(), (Modules{KestroModule::Assets, KestroModule::Projects}));
