@@ -1,12 +1,12 @@
 #include "files/AssetGridView.h"
 
 #include "files/AssetListModel.h"
+#include "files/PathToolTip.h"
 #include "notch/NotchAppearance.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QTextDocument>
 
 #include <algorithm>
 #include <utility>
@@ -111,11 +111,8 @@ QString AssetGridView::toolTipOf(const Hit &hit) const
         return QStringLiteral("Remove from shelf");
     case Part::PlayBadge:
         return hit.id == m_playing ? QStringLiteral("Stop") : QStringLiteral("Play");
-    case Part::Tile: {
-        // A name may look like markup.
-        const QString path = assets().item(assets().rowOf(hit.id)).path;
-        return Qt::mightBeRichText(path) ? Qt::convertFromPlainText(path) : path;
-    }
+    case Part::Tile:
+        return pathToolTip(assets().item(assets().rowOf(hit.id)).path);
     }
     Q_UNREACHABLE();
 }
