@@ -64,7 +64,7 @@ void ClipboardListView::select(const QUuid &id, Arrival arrival)
         return;
     scrollTo(currentIndex());
     if (arrival == Arrival::AtOnce)
-        settleScroll();
+        scroll().settle();
 }
 
 void ClipboardListView::followResults()
@@ -88,8 +88,8 @@ void ClipboardListView::settleSearch()
     if (currentIndex().isValid())
         scrollTo(currentIndex());
     else
-        scrollSmoothly(0);
-    settleScroll();
+        scroll().moveTo(0);
+    scroll().settle();
 }
 
 void ClipboardListView::rowsMoved()

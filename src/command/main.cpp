@@ -1,9 +1,12 @@
 #include "command/CommandLine.h"
+#include "command/FileName.h"
 #include "command/Help.h"
 #include "command/Output.h"
 #include "foundation/CoreDumps.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
+#include <QStringList>
 
 #include <clocale>
 #include <cstdio>
@@ -33,7 +36,10 @@ int main(int argc, char **argv)
     forbidCoreDumps();
     std::setlocale(LC_ALL, "");
     const QCoreApplication application(argc, argv);
-    ExitStatus status = run(parseCommandLine(QCoreApplication::arguments().mid(1)));
+    QStringList words;
+    for (int i = 1; i < argc; ++i)
+        words.append(wordOfBytes(QByteArray(argv[i])));
+    ExitStatus status = run(parseCommandLine(words));
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         status = fail(ExitStatus::Failed, QStringLiteral("cannot write the output"));
     return static_cast<int>(status);

@@ -1,8 +1,8 @@
 #include "files/AssetGridView.h"
 
 #include "files/AssetListModel.h"
+#include "files/PathToolTip.h"
 #include "notch/NotchAppearance.h"
-#include "notch/controls/PlainToolTip.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -122,7 +122,7 @@ QString AssetGridView::toolTipOf(const Hit &hit) const
     case Part::PlayBadge:
         return hit.id == m_playing ? QStringLiteral("Stop") : QStringLiteral("Play");
     case Part::Tile:
-        return plainToolTip(assets().item(assets().rowOf(hit.id)).path);
+        return pathToolTip(assets().item(assets().rowOf(hit.id)).path);
     }
     Q_UNREACHABLE();
 }

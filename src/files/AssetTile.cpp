@@ -156,8 +156,9 @@ void AssetTile::paintName(QPainter &painter, const ControlContext &context) cons
     const Theme::Palette &palette = context.appearance.palette();
     const QRectF line((AssetGridLayout::kTileSide - kNameWidth) / 2, kSquareSide + kNameGap, kNameWidth, kNameHeight);
     painter.setFont(Theme::font(FontRole::Micro));
-    const QColor color = mixed(palette.text2, palette.text1, isSelected ? 1 : hover);
-    painter.setPen(faded(color, isMissing ? kMissingOpacity : 1));
+    const QColor &resting = isMissing ? palette.text3 : palette.text2;
+    const QColor &active = isMissing ? palette.text2 : palette.text1;
+    painter.setPen(mixed(resting, active, isSelected ? 1 : hover));
     painter.drawText(line, kNameFlags, QFontMetricsF(painter.font()).elidedText(name, Qt::ElideMiddle, kNameWidth));
 }
 

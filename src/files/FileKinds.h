@@ -2,7 +2,7 @@
 
 #include "files/FileFacts.h"
 
-#include <QStringList>
+class QString;
 
 namespace ostrelle {
 
@@ -10,13 +10,7 @@ namespace ostrelle {
 
 /// False for a folder; else whether the name's type, or one that it descends from, is an audio type.
 bool isAudio(const QString &path, const FileFacts &facts);
-/// The same for video, which may have audio with it.
-bool isVideo(const QString &path, const FileFacts &facts);
 /// The same for images.
 bool isImage(const QString &path, const FileFacts &facts);
-
-/// Patterns, as "*.caf", of the names that are audio, or images, without the desktop's database saying so.
-QStringList extraAudioPatterns();
-QStringList extraImagePatterns();
 
 } // namespace ostrelle

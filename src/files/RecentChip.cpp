@@ -1,12 +1,12 @@
 #include "files/RecentChip.h"
 
 #include "files/ForgetBadge.h"
+#include "files/PathToolTip.h"
 #include "files/PlayingRing.h"
 #include "files/RecentWell.h"
 #include "foundation/MakeChild.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/PlainToolTip.h"
 #include "notch/controls/PlayBadge.h"
 #include "notch/controls/RowPlate.h"
 #include "records/Motion.h"
@@ -58,7 +58,7 @@ void RecentChip::setEntry(const RecentEntry &entry)
     m_entry = entry;
     setAccessibleName(entry.description());
     setAccessibleDescription(entry.path);
-    setToolTip(plainToolTip(entry.path));
+    setToolTip(pathToolTip(entry.path));
     m_ring.animateTo(entry.isPlaying ? 1 : 0, Motion::hover());
     m_play.setPlaying(entry.isPlaying);
     m_play.setProgress(entry.progress);

@@ -2,6 +2,7 @@
 
 #include "files/AudioPreview.h"
 #include "files/FilePresence.h"
+#include "files/PathToolTip.h"
 #include "files/PlayedPart.h"
 #include "files/RecentFiles.h"
 #include "files/RecentThumbnails.h"
@@ -48,6 +49,7 @@ QVariant RecentListModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return file(index.row()).name;
     case Qt::ToolTipRole:
+        return pathToolTip(file(index.row()).path);
     case Qt::AccessibleDescriptionRole:
         return file(index.row()).path;
     case Qt::AccessibleTextRole:

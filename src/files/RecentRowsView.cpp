@@ -1,7 +1,6 @@
 #include "files/RecentRowsView.h"
 
 #include "files/RecentListModel.h"
-#include "notch/controls/PlainToolTip.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -121,7 +120,7 @@ QString RecentRowsView::toolTipOf(const Hit &hit) const
     case Part::PlayBadge:
         return m_recents.entry(row).isPlaying ? QStringLiteral("Stop") : QStringLiteral("Play");
     case Part::Row:
-        return plainToolTip(m_recents.file(row).path);
+        return m_recents.index(row).data(Qt::ToolTipRole).toString();
     }
     Q_UNREACHABLE();
 }

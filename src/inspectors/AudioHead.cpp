@@ -1,6 +1,7 @@
 #include "inspectors/AudioHead.h"
 
 #include "files/AudioPreview.h"
+#include "files/PathToolTip.h"
 #include "files/RecentWell.h"
 #include "foundation/MakeChild.h"
 #include "inspectors/SeekBar.h"
@@ -8,7 +9,6 @@
 #include "notch/AccessibleRole.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/PlainToolTip.h"
 #include "notch/controls/PlayBadge.h"
 #include "notch/controls/RowPlate.h"
 #include "records/Motion.h"
@@ -77,7 +77,7 @@ void AudioHead::setFile(const QString &path, double duration)
     m_path = path;
     m_duration = std::isfinite(duration) ? duration : 0;
     setAccessibleName(lastPathComponent(path).toString());
-    setToolTip(plainToolTip(path));
+    setToolTip(pathToolTip(path));
     followPreview();
     update();
 }

@@ -1,12 +1,12 @@
 #include "inspectors/AudioInfoModuleView.h"
 
 #include "files/AudioPreview.h"
-#include "files/FileKinds.h"
 #include "files/RecentFilesStrip.h"
 #include "files/RecentRowsView.h"
 #include "foundation/MakeChild.h"
 #include "inspectors/AudioDetail.h"
 #include "inspectors/AudioInspector.h"
+#include "media_client/MediaKind.h"
 
 #include <QAbstractButton>
 #include <QKeyEvent>
@@ -32,7 +32,7 @@ AudioInfoModuleView::AudioInfoModuleView(AudioInspector &inspector, const Surrou
                          .chooserMessage = QStringLiteral("Choose an audio file to inspect."),
                          .chooserKind = QStringLiteral("Audio files"),
                          .mimeTypes = {QStringLiteral("audio/*")},
-                         .namePatterns = extraAudioPatterns(),
+                         .namePatterns = extraNamePatterns(NamedKind::Audio),
                          .symbol = QStringLiteral("waveform"),
                          .hasThumbnails = false,
                          .isPlayable = true,

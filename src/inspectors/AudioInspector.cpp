@@ -1,8 +1,8 @@
 #include "inspectors/AudioInspector.h"
 
 #include "files/AudioPreview.h"
-#include "files/FileKinds.h"
 #include "inspectors/FactSource.h"
+#include "media_client/MediaKind.h"
 
 namespace ostrelle {
 
@@ -29,7 +29,7 @@ AudioInspector::AudioInspector(const Surroundings &surroundings, FactSource &fac
 
 bool AudioInspector::supports(const QString &path)
 {
-    return isAudio(path, FileFacts()) || isVideo(path, FileFacts());
+    return mediaKindOf(path) == MediaKind::Audio;
 }
 
 void AudioInspector::load(const QString &path)

@@ -1,9 +1,9 @@
 #include "inspectors/ImageInfoModuleView.h"
 
-#include "files/FileKinds.h"
 #include "foundation/MakeChild.h"
 #include "inspectors/ImageDetail.h"
 #include "inspectors/ImageInspector.h"
+#include "media_client/MediaKind.h"
 
 namespace ostrelle {
 
@@ -20,7 +20,7 @@ ImageInfoModuleView::ImageInfoModuleView(ImageInspector &inspector, const Surrou
                          .chooserMessage = QStringLiteral("Choose an image to inspect."),
                          .chooserKind = QStringLiteral("Images"),
                          .mimeTypes = {QStringLiteral("image/*")},
-                         .namePatterns = extraImagePatterns(),
+                         .namePatterns = extraNamePatterns(NamedKind::Image),
                          .symbol = QStringLiteral("photo"),
                          .hasThumbnails = true,
                          .isPlayable = false,

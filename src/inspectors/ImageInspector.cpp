@@ -1,8 +1,8 @@
 #include "inspectors/ImageInspector.h"
 
-#include "files/FileKinds.h"
 #include "files/ThumbnailSource.h"
 #include "inspectors/FactSource.h"
+#include "media_client/MediaKind.h"
 
 namespace ostrelle {
 
@@ -16,7 +16,7 @@ ImageInspector::ImageInspector(const Surroundings &surroundings, FactSource &fac
 
 bool ImageInspector::supports(const QString &path)
 {
-    return isImage(path, FileFacts());
+    return mediaKindOf(path) == MediaKind::Image;
 }
 
 void ImageInspector::load(const QString &path)

@@ -1,11 +1,11 @@
 #include "inspectors/ThumbnailBox.h"
 
+#include "files/PathToolTip.h"
 #include "files/RoundedPicture.h"
 #include "notch/AccessibleRole.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/PlainToolTip.h"
 #include "records/Motion.h"
 #include "records/PathText.h"
 
@@ -38,7 +38,7 @@ ThumbnailBox::ThumbnailBox(const ControlContext &context, QWidget *parent)
 void ThumbnailBox::setPicture(const QString &path, const QImage &picture, int longerSide)
 {
     setAccessibleName(lastPathComponent(path).toString());
-    setToolTip(plainToolTip(path));
+    setToolTip(pathToolTip(path));
     if (picture == m_shown.picture)
         return;
     m_previous = std::exchange(m_shown, {picture, longerSide});

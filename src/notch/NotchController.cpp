@@ -193,8 +193,16 @@ std::optional<QSizeF> NotchController::settledWindowSize() const
 
 QRectF NotchController::interactiveRect() const
 {
-    // The interaction size, and more while a drag is to be caught.
-    const QSizeF size = m_viewModel.geometry().catchArea;
+    return atTopCentre(m_viewModel.geometry().catchArea);
+}
+
+QRectF NotchController::surfaceRect() const
+{
+    return atTopCentre(m_viewModel.geometry().interactionSize);
+}
+
+QRectF NotchController::atTopCentre(const QSizeF &size) const
+{
     if (!m_panel || size.isEmpty())
         return {};
     const QSizeF fitting = size.boundedTo(m_panel->size());

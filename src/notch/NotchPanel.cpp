@@ -171,15 +171,13 @@ void NotchPanel::leaveEvent(QEvent *)
 void NotchPanel::mousePressEvent(QMouseEvent *event)
 {
     // While a drag is to be caught, presses beside the surface come here too.
-    const QSizeF surface = m_viewModel.geometry().interactionSize;
-    const bool isOnSurface = QRectF(QPointF((width() - surface.width()) / 2, 0), surface).contains(event->position());
-    m_wasPressed = event->button() == Qt::LeftButton && isOnSurface;
+    m_wasPressed = event->button() == Qt::LeftButton && m_controller.surfaceRect().contains(event->position());
 }
 
 void NotchPanel::mouseReleaseEvent(QMouseEvent *event)
 {
     const bool isClick = std::exchange(m_wasPressed, false) && event->button() == Qt::LeftButton &&
-                         m_controller.interactiveRect().contains(event->position());
+                         m_controller.surfaceRect().contains(event->position());
     if (!isClick)
         return;
     if (isExpanded())

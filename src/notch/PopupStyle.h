@@ -2,12 +2,16 @@
 
 #include "notch/NotchAppearance.h"
 
+#include <QBitmap>
 #include <QString>
 
 namespace ostrelle {
 
 /// The style sheet of a menu of the notch.
 QString menuStyleSheet(const NotchAppearance &appearance);
+
+/// The shape of a popup with round corners. A mask and not translucency: it looks the same without a compositor.
+QBitmap roundedMask(const QSize &size, double radius);
 
 /// Gives all tooltips of the program the notch's looks. Call again when the appearance changed.
 void applyToolTipStyle(const NotchAppearance &appearance);

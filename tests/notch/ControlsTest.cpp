@@ -6,6 +6,7 @@
 #include "notch/controls/MetadataGrid.h"
 #include "notch/controls/MetadataRow.h"
 #include "notch/controls/PlayBadge.h"
+#include "notch/controls/SmoothScroll.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
@@ -13,7 +14,9 @@
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 using namespace ostrelle;
 using namespace std::chrono_literals;
@@ -55,7 +58,58 @@ private Q_SLOTS:
     void metadataRowCopiesExactlyItsValue();
     void metadataGridKeepsTheRowsThatStay();
     void playBadgeShakesAndComesBack();
+    void scrollGoesByStepsAndPixels();
+    void scrollStaysWhereOthersMoveIt();
 };
+
+namespace {
+
+struct Scroll : ControlFixture
+{
+    QScrollBar bar;
+    SmoothScroll scroll;
+
+    Scroll()
+        : scroll(context, bar, 60)
+    {
+        bar.setRange(0, 500);
+    }
+    void turnWheel(int angle, int pixels = 0)
+    {
+        scroll.turnWheel(QWheelEvent({}, {}, {0, pixels}, {0, angle}, Qt::NoButton, {}, Qt::NoScrollPhase, false));
+    }
+};
+
+} // namespace
+
+void ControlsTest::scrollGoesByStepsAndPixels()
+{
+    Scroll stage;
+    stage.turnWheel(-120);
+    stage.turnWheel(-120); // on its way
+    QCOMPARE(stage.bar.value(), 0);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 120);
+    stage.turnWheel(-120, -7);
+    QCOMPARE(stage.bar.value(), 127);
+    stage.turnWheel(1200);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 0);
+}
+
+void ControlsTest::scrollStaysWhereOthersMoveIt()
+{
+    Scroll stage;
+    stage.scroll.moveTo(400);
+    stage.clock.advance(60ms);
+    QVERIFY(stage.bar.value() > 0 && stage.bar.value() < 400);
+    stage.bar.setValue(50);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 50);
+    stage.turnWheel(-120);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 110);
+}
 
 void ControlsTest::ordinaryGlyphButtonGlowsUnderThePointer()
 {

@@ -21,8 +21,10 @@ struct Patience
     std::uint32_t cpuSeconds;
 };
 
-constexpr Patience patienceWith(HelperKind kind)
+constexpr Patience patienceWith(HelperKind kind, HelperCommand command)
 {
+    if (command == HelperCommand::AudioInfo || command == HelperCommand::ImageInfo)
+        return {2s, 2};
     return kind == HelperKind::Light ? Patience{10s, 6} : Patience{20s, 12};
 }
 
@@ -48,21 +50,31 @@ MediaFailure failureOf(HelperStatus status)
 
 } // namespace
 
-HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, Taker taker)
+HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, int size, Taker taker)
     : m_scheduler(scheduler)
     , m_folder(std::move(folder))
     , m_taker(std::move(taker))
+    , m_slots(static_cast<std::size_t>(size))
 {
 }
 
 HelperPool::~HelperPool() = default;
+
+void HelperPool::warmUp()
+{
+    Slot &slot = m_slots.front();
+    if (slot.process)
+        return;
+    start(slot, HelperKind::Light);
+    slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
+}
 
 bool HelperPool::hand(HelperKind kind, quint64 number, HelperRequest request, int file)
 {
     Slot *slot = slotFor(kind);
     if (!slot)
         return false;
-    const Patience patience = patienceWith(kind);
+    const Patience patience = patienceWith(kind, request.command);
     request.id = ++m_lastRequest;
     request.cpuSeconds = patience.cpuSeconds;
     slot->job = number;

@@ -8,9 +8,9 @@
 #include <QObject>
 #include <QString>
 
-#include <array>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace ostrelle {
 
@@ -31,7 +31,7 @@ struct HelperReply
     QByteArray payload;
 };
 
-/// At most two helper processes, started on demand and ended a few seconds after their last file. A file that takes too
+/// A few helper processes, started on demand and ended a few seconds after their last file. A file that takes too
 /// long, or that its helper dies of, costs that helper only: the next file starts another. Main thread.
 class HelperPool : public QObject
 {
@@ -39,10 +39,13 @@ class HelperPool : public QObject
 public:
     using Taker = std::function<void(quint64 number, HelperReply reply)>;
 
-    /// `taker` gets each reply, from the event loop.
-    HelperPool(TaskScheduler &scheduler, QString folder, Taker taker);
+    /// At most `size` at a time. `taker` gets each reply, from the event loop.
+    HelperPool(TaskScheduler &scheduler, QString folder, int size, Taker taker);
     ~HelperPool() override;
 
+    int size() const { return static_cast<int>(m_slots.size()); }
+    /// Starts a light helper ahead of the first file, where none runs.
+    void warmUp();
     /// Gives an open file to a helper of this kind; false when both are busy. The descriptor stays the caller's.
     bool hand(HelperKind kind, quint64 number, HelperRequest request, int file);
 
@@ -65,7 +68,7 @@ private:
     const QString m_folder;
     Taker m_taker;
     quint32 m_lastRequest = 0;
-    std::array<Slot, 2> m_slots;
+    std::vector<Slot> m_slots; ///< its size never changes
 };
 
 } // namespace ostrelle

@@ -20,22 +20,23 @@ Q_LOGGING_CATEGORY(logMedia, "ostrelle.media")
 
 /// Opening and looking into the cache.
 constexpr auto kAdmissionDeadline = 3s;
-/// Files opened ahead of the helpers. No more, so that what is asked for next still comes first.
-constexpr int kAdmittedAhead = 4;
+/// Files opened ahead of each helper. No more, so that what is asked for next still comes first.
+constexpr int kAdmittedAhead = 2;
 
 /// More than any object of facts takes.
 constexpr quint32 kFactsLimit = 16 * 1024;
 
+bool isAboutFacts(HelperCommand command)
+{
+    return command != HelperCommand::Thumbnail && command != HelperCommand::ToPng;
+}
+
 quint32 outputLimitOf(const HelperRequest &request)
 {
-    switch (request.command) {
-    case HelperCommand::Thumbnail:
-        break;
-    case HelperCommand::ToPng:
-        return MediaClient::kPngLimit;
-    default:
+    if (isAboutFacts(request.command))
         return kFactsLimit;
-    }
+    if (request.command == HelperCommand::ToPng)
+        return MediaClient::kPngLimit;
     return 4 * (request.side * request.side + request.cacheSide * request.cacheSide);
 }
 
@@ -96,12 +97,12 @@ struct MediaClient::Job
     Deliver deliver;
 };
 
-MediaClient::MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent)
+MediaClient::MediaClient(TaskScheduler &scheduler, const Places &places, int helpers, QObject *parent)
     : QObject(parent)
     , m_scheduler(scheduler)
     , m_cache(places.thumbnails)
     , m_admission(m_cache, [this](quint64 number, AdmittedFile file) { takeAdmitted(number, std::move(file)); })
-    , m_helpers(scheduler, places.helpers,
+    , m_helpers(scheduler, places.helpers, helpers,
                 [this](quint64 number, HelperReply reply) { takeReply(number, std::move(reply)); })
 {
 }
@@ -245,14 +246,19 @@ void MediaClient::startMore()
     }
     const auto ready = std::count_if(m_jobs.begin(), m_jobs.end(),
                                      [](const auto &entry) { return entry.second.stage == Stage::Ready; });
-    for (int room = kAdmittedAhead - m_admitting - static_cast<int>(ready); room > 0; --room) {
+    for (int room = kAdmittedAhead * m_helpers.size() - m_admitting - static_cast<int>(ready); room > 0; --room) {
         Job *job = foremost(Stage::Waiting);
         if (!job)
             return;
         job->stage = Stage::Admitting;
         ++m_admitting;
         const bool readsCache = job->cacheUse == CacheUse::ReadAndFill;
-        m_admission.admit({job->number, job->path, job->bytes, readsCache ? static_cast<int>(job->request.side) : 0});
+        m_admission.admit({.number = job->number,
+                           .path = job->path,
+                           .bytes = job->bytes,
+                           .cacheSide = readsCache ? static_cast<int>(job->request.side) : 0,
+                           // A thumbnail of a link is the link's; who asks about a link means what it leads to.
+                           .followsLinks = isAboutFacts(job->request.command)});
         job->deadline = m_scheduler.after(kAdmissionDeadline, this, [this, number = job->number] {
             finish(number, replyOf(MediaFailure::Unreadable));
         });

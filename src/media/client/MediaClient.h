@@ -21,9 +21,8 @@
 namespace ostrelle {
 
 /// Pictures of files and of copied bytes, decoded by helper processes that can do nothing else. Nothing blocks: files
-/// are opened on other threads, helpers are waited for by their sockets, everything has a deadline. At most two helpers
-/// run, for as long as there is work and a few seconds more. Of what waits, the request made (or raised) last comes
-/// first.
+/// are opened on other threads, helpers are waited for by their sockets, everything has a deadline. A few helpers run,
+/// for as long as there is work and a few seconds more. Of what waits, the request made (or raised) last comes first.
 ///
 /// Main thread. An answer comes from the event loop, never from within the call; exactly once, unless its handle went
 /// away, or the client.
@@ -54,7 +53,11 @@ public:
         QString thumbnails; ///< the desktop's cache of them, AppPaths::thumbnails()
     };
 
-    MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent = nullptr);
+    /// What the running program has.
+    static constexpr int kHelpers = 2;
+
+    /// `helpers` is the most that run at a time.
+    MediaClient(TaskScheduler &scheduler, const Places &places, int helpers = kHelpers, QObject *parent = nullptr);
     ~MediaClient() override;
 
     /// A picture of the file at an absolute path: of images the image, of video a frame, of audio the cover, of
@@ -72,6 +75,9 @@ public:
     [[nodiscard]] MediaRequest imageInfo(const QString &path, ImageInfoAnswer answer);
     /// The tempo of the audio file at an absolute path, by listening to it; none when there is none to be found.
     [[nodiscard]] MediaRequest tempo(const QString &path, TempoAnswer answer);
+
+    /// Lets a helper start while the first request is still to come.
+    void warmUp() { m_helpers.warmUp(); }
 
     /// The requests that have no answer yet.
     int pendingCount() const { return static_cast<int>(m_jobs.size()); }

@@ -19,11 +19,21 @@ enum class FileKind {
     Svg,
     Heif, ///< and AVIF
     JpegXl,
+    Jpeg2000,
+    Exr,
+    Hdr, ///< Radiance
+    Pnm, ///< PBM, PGM, PPM, PAM, PFM
+    Tga, ///< has no mark of its own, so the name has to say it
     Raw,
     Pdf,
-    Mp3,
+    Wav,  ///< and RF64
+    Aiff, ///< and AIFF-C
+    Caf,
+    Mp3, ///< MPEG audio of any layer, and what begins with an ID3v2 tag
+    Aac, ///< bare, in ADTS
     Flac,
-    OggAudio,
+    OggAudio, ///< Vorbis or Opus
+    Speex,    ///< in Ogg
     Mp4Audio,
     OtherMedia, ///< video, and audio of the less common kinds
 };

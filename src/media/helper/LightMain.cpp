@@ -1,4 +1,6 @@
+#include "media_helper/AudioCommand.h"
 #include "media_helper/HelperService.h"
+#include "media_helper/ImageCommand.h"
 
 #include <array>
 
@@ -7,15 +9,42 @@ namespace {
 using namespace ostrelle;
 
 constexpr std::array kDecoders{
-    DecoderRow{FileKind::Jpeg, decodeJpeg},         DecoderRow{FileKind::Png, decodePng},
-    DecoderRow{FileKind::Gif, decodeGif},           DecoderRow{FileKind::WebP, decodeWebP},
-    DecoderRow{FileKind::Tiff, decodeTiff},         DecoderRow{FileKind::Bmp, decodeBmp},
-    DecoderRow{FileKind::Ico, decodeIco},           DecoderRow{FileKind::Mp3, decodeMp3Cover},
-    DecoderRow{FileKind::Flac, decodeFlacCover},    DecoderRow{FileKind::OggAudio, decodeOggCover},
-    DecoderRow{FileKind::Mp4Audio, decodeMp4Cover},
+    DecoderRow{FileKind::Jpeg, decodeJpeg},        DecoderRow{FileKind::Png, decodePng},
+    DecoderRow{FileKind::Gif, decodeGif},          DecoderRow{FileKind::WebP, decodeWebP},
+    DecoderRow{FileKind::Tiff, decodeTiff},        DecoderRow{FileKind::Bmp, decodeBmp},
+    DecoderRow{FileKind::Ico, decodeIco},          DecoderRow{FileKind::Mp3, decodeMp3Cover},
+    DecoderRow{FileKind::Wav, decodeWavCover},     DecoderRow{FileKind::Aiff, decodeAiffCover},
+    DecoderRow{FileKind::Flac, decodeFlacCover},   DecoderRow{FileKind::OggAudio, decodeOggCover},
+    DecoderRow{FileKind::Speex, decodeSpeexCover}, DecoderRow{FileKind::Mp4Audio, decodeMp4Cover},
 };
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
+
+constexpr std::array kImageReaders{
+    ImageFactsRow{FileKind::Jpeg, readJpegFacts},       ImageFactsRow{FileKind::Png, readPngFacts},
+    ImageFactsRow{FileKind::Gif, readGifFacts},         ImageFactsRow{FileKind::WebP, readWebPFacts},
+    ImageFactsRow{FileKind::Tiff, readTiffFacts, true}, ImageFactsRow{FileKind::Bmp, readBmpFacts},
+    ImageFactsRow{FileKind::Ico, readIcoFacts},         ImageFactsRow{FileKind::Psd, readPsdFacts},
+    ImageFactsRow{FileKind::Pnm, readPnmFacts},         ImageFactsRow{FileKind::Hdr, readHdrFacts},
+    ImageFactsRow{FileKind::Exr, readExrFacts},         ImageFactsRow{FileKind::Tga, readTgaFacts},
+};
+
+constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};
+constexpr std::array kSounds{
+    AudioFactsRow{FileKind::Wav, readPcmFacts, readWavTempo},
+    AudioFactsRow{FileKind::Aiff, readPcmFacts, readAiffTempo},
+    AudioFactsRow{FileKind::Caf, readPcmFacts},
+    AudioFactsRow{FileKind::Mp3, readMpegFacts},
+    AudioFactsRow{FileKind::Aac, readAdtsFacts},
+    AudioFactsRow{FileKind::Flac, readFlacFacts},
+    AudioFactsRow{FileKind::OggAudio, readOggFacts},
+    AudioFactsRow{FileKind::Speex, readOggFacts},
+    AudioFactsRow{FileKind::Mp4Audio, readMp4Facts, readMp4Tempo},
+    // MP4 under its other names; the rest is declined.
+    AudioFactsRow{FileKind::OtherMedia, readMp4Facts, readMp4Tempo},
+};
+
+constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Decline, 4U << 20U};
 
 } // namespace
 
@@ -29,6 +58,12 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::ImageInfo,
+         [](ByteSource &source, const HelperRequest &request) {
+             return answerImageInfo(source, request, kImageFacts);
+         }},
+        {HelperCommand::AudioInfo,
+         [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
     };
     return serveFiles(limits, commands);
 }

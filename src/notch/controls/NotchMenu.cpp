@@ -2,9 +2,6 @@
 
 #include "notch/PopupStyle.h"
 
-#include <QBitmap>
-#include <QPainter>
-
 namespace ostrelle {
 namespace {
 
@@ -27,14 +24,7 @@ NotchMenu::NotchMenu(const NotchAppearance &appearance, QWidget *parent)
 void NotchMenu::resizeEvent(QResizeEvent *event)
 {
     QMenu::resizeEvent(event);
-    // A mask and not translucency: it looks the same without a compositor.
-    QBitmap shape(size());
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0, 0, -1, -1), kRadius, kRadius);
-    painter.end();
-    setMask(shape);
+    setMask(roundedMask(size(), kRadius));
 }
 
 } // namespace ostrelle

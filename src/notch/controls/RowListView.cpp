@@ -15,10 +15,7 @@ namespace ostrelle {
 namespace {
 
 constexpr double kListResponse = 0.22;
-constexpr double kWheelResponse = 0.16;
 constexpr double kRowsPerWheelStep = 1.5;
-constexpr double kNotch = 120; ///< eighths of a degree in one step of a wheel
-constexpr double kPixelRest = 0.25;
 
 } // namespace
 
@@ -26,8 +23,7 @@ RowListView::RowListView(const ControlContext &context, const RowListMeasures &m
     : QListView(parent)
     , m_context(context)
     , m_measures(measures)
-    , m_scroll(
-          context, 0, [this] { showScroll(); }, kPixelRest)
+    , m_scroll(context, *verticalScrollBar(), kRowsPerWheelStep * measures.pitch)
     , m_glide(context, 0, [this] {
         rowsMoved();
         viewport()->update();
@@ -45,10 +41,6 @@ RowListView::RowListView(const ControlContext &context, const RowListMeasures &m
     viewport()->setMouseTracking(true);
     viewport()->setAutoFillBackground(false);
     connect(&context.appearance, &NotchAppearance::changed, viewport(), qOverload<>(&QWidget::update));
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
-        if (!m_isShowingScroll)
-            m_scroll.jumpTo(value);
-    });
 }
 
 int RowListView::rowsPerPage() const
@@ -107,33 +99,7 @@ void RowListView::scrollTo(const QModelIndex &index, ScrollHint)
         return;
     executeDelayedItemsLayout();
     const double middle = m_measures.topPadding + index.row() * m_measures.pitch + m_measures.rowHeight / 2.0;
-    scrollSmoothly(std::round(middle - viewport()->height() / 2.0));
-}
-
-void RowListView::scrollSmoothly(double target)
-{
-    const double maximum = verticalScrollBar()->maximum();
-    m_scroll.animateTo(std::clamp(target, 0.0, maximum), Motion::damped(kListResponse));
-}
-
-void RowListView::settleScroll()
-{
-    m_scroll.jumpTo(m_scroll.target());
-    showScroll();
-}
-
-void RowListView::scrollBy(double distance)
-{
-    const double maximum = verticalScrollBar()->maximum();
-    m_scroll.jumpTo(std::clamp(m_scroll.value() + distance, 0.0, maximum));
-    showScroll();
-}
-
-void RowListView::showScroll()
-{
-    m_isShowingScroll = true;
-    verticalScrollBar()->setValue(static_cast<int>(std::lround(m_scroll.value())));
-    m_isShowingScroll = false;
+    m_scroll.moveTo(std::round(middle - viewport()->height() / 2.0));
 }
 
 void RowListView::glideThrough(const std::function<void()> &change)
@@ -241,22 +207,13 @@ void RowListView::updateGeometries()
     const int content = m_measures.topPadding + rowCount() * m_measures.pitch -
                         (m_measures.pitch - m_measures.rowHeight) + m_measures.bottomPadding;
     verticalScrollBar()->setRange(0, std::max(content - viewport()->height(), 0));
-    if (m_scroll.target() > verticalScrollBar()->maximum()) {
-        m_scroll.jumpTo(verticalScrollBar()->maximum());
-        showScroll();
-    }
+    m_scroll.clamp();
     rowsMoved();
 }
 
 void RowListView::wheelEvent(QWheelEvent *event)
 {
-    const int pixels = event->pixelDelta().y();
-    const int angle = event->angleDelta().y();
-    const double distance = -(pixels != 0 ? pixels : angle * kRowsPerWheelStep * m_measures.pitch / kNotch);
-    const double maximum = verticalScrollBar()->maximum();
-    m_scroll.animateTo(std::clamp(m_scroll.target() + distance, 0.0, maximum), Motion::damped(kWheelResponse));
-    if (pixels != 0 || std::abs(angle) < kNotch)
-        settleScroll();
+    m_scroll.turnWheel(*event);
     event->accept();
 }
 

@@ -107,6 +107,9 @@ void X11PanelHost::place(const QString &screenName, const QSizeF &size)
     if (isMoved || !isShown || m_window.scale() != m_panel->devicePixelRatioF()) {
         m_window.update(*m_panel); // its round trip also means that the window is mapped when the keyboard is asked for
     }
+    if (before.size() != after.size()) {
+        m_window.announceSize();
+    }
 }
 
 void X11PanelHost::raise()

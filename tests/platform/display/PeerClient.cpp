@@ -60,9 +60,15 @@ void PeerClient::synchronize()
 void PeerClient::readEvents()
 {
     synchronize();
+    const int shapeNotify = xcb_get_extension_data(xcb(), &xcb_shape_id)->first_event + XCB_SHAPE_NOTIFY;
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(xcb())}) {
-        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) {
+        const int type = event->response_type & 0x7f;
+        if (type == XCB_BUTTON_PRESS) {
             ++m_presses[reinterpret_cast<const xcb_button_press_event_t &>(*event).event];
+        } else if (type == shapeNotify) {
+            const auto &told = reinterpret_cast<const xcb_shape_notify_event_t &>(*event);
+            m_toldHeight =
+                told.shape_kind == XCB_SHAPE_SK_BOUNDING && !told.shaped ? told.extents_height : m_toldHeight;
         }
     }
 }
@@ -299,6 +305,18 @@ QRect PeerClient::boundingExtents(xcb_window_t window)
     return reply ? QRect(reply->bounding_shape_extents_x, reply->bounding_shape_extents_y,
                          reply->bounding_shape_extents_width, reply->bounding_shape_extents_height)
                  : QRect();
+}
+
+void PeerClient::watchShape(xcb_window_t window)
+{
+    xcb_shape_select_input(xcb(), window, 1);
+    synchronize();
+}
+
+int PeerClient::toldHeight()
+{
+    readEvents();
+    return m_toldHeight;
 }
 
 QRect PeerClient::frame(xcb_window_t window)

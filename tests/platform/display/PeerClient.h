@@ -51,6 +51,9 @@ public:
     QByteArray propertyName(xcb_window_t window, const char *property); ///< name of its first atom
     bool hasProperty(xcb_window_t window, const char *property);
     QRect boundingExtents(xcb_window_t window);
+    void watchShape(xcb_window_t window);
+    /// Of the watched window without a shape of its own, as the server has told latest; -1: not yet.
+    int toldHeight();
     QRect frame(xcb_window_t window); ///< on the root window
     bool hasOwner(const char *selection);
     QRgb pixel(const QPoint &native); ///< what the screen shows there
@@ -77,6 +80,7 @@ private:
     std::unique_ptr<xcb_connection_t, Disconnected> m_connection;
     const xcb_screen_t *m_screen;
     QMap<xcb_window_t, int> m_presses;
+    int m_toldHeight = -1;
     QList<xcb_window_t> m_managed; ///< open windows that the window manager knows
 };
 

@@ -87,6 +87,10 @@ void X11FileDragsTest::servesEverySource_data()
     plain("files in the second type only", options("--type text/uri-list https://example.org/ "
                                                    "--type x-special/gnome-copied-files",
                                                    copied));
+    plain("a browser's URLs and titles",
+          options("--type text/x-moz-url", QStringLiteral("file:///tmp/two%20words\nA title\nhttps://example.org/page\n"
+                                                          "file:///tmp/title\nfile:///tmp/a%0Ab\n\n"
+                                                          "file:///tmp/gr%C3%BCn\n")));
     plain("a portal's key", options("--type application/vnd.portal.filetransfer a-key"));
     const QStringList uris = options("source file:///tmp/two%20words https://example.org/page file:///tmp/a%0Ab "
                                      "file:///tmp/gr%C3%BCn");

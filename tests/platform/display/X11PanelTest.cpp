@@ -68,6 +68,7 @@ private Q_SLOTS:
     void isShapedToItsOutlineWithoutACompositorOnly();
     void asksForBlurOfItsOutlineWhileTheCompositorOffersIt();
     void preparesANewNativeWindowLikeTheFirst();
+    void tellsOtherProgramsThatItHasGrown();
     void capturesWhatIsBehindWithoutThePanel_data();
     void capturesWhatIsBehindWithoutThePanel();
 
@@ -208,6 +209,15 @@ void X11PanelTest::preparesANewNativeWindowLikeTheFirst()
     QVERIFY(window() != first);
     QCOMPARE(m_peer->propertyName(window(), "_NET_WM_WINDOW_TYPE"), QByteArray("_NET_WM_WINDOW_TYPE_DOCK"));
     QCOMPARE(m_peer->boundingExtents(window()), shape);
+}
+
+void X11PanelTest::tellsOtherProgramsThatItHasGrown()
+{
+    m_peer->ownSelection("_NET_WM_CM_S0");
+    QTRY_COMPARE(host().glass(), PanelHost::Glass::Snapshot);
+    m_peer->watchShape(window());
+    host().place(m_platform->screens().primary()->name, QSizeF(680, 400));
+    QTRY_COMPARE(m_peer->toldHeight(), int(400 * m_panel->devicePixelRatioF()));
 }
 
 void X11PanelTest::capturesWhatIsBehindWithoutThePanel_data()
