@@ -22,7 +22,7 @@ constexpr double kPlaceRest = 0.25; ///< logical pixels
 
 double placeOfChip(int row)
 {
-    return double(row) * (RecentChip::kPlateWidth + kChipGap);
+    return RecentChipRow::kMargin + double(row) * (RecentChip::kPlateWidth + kChipGap);
 }
 
 } // namespace
@@ -47,7 +47,8 @@ RecentChipRow::RecentChipRow(const ControlContext &context, RecentListModel &rec
                                                        .font = FontRole::CaptionMedium}))
 {
     setAttribute(Qt::WA_NoSystemBackground);
-    m_more.setGeometry(static_cast<int>(placeOfChip(kMostChips)), RecentChip::kOverhang, kMoreSide, kMoreSide);
+    m_more.setGeometry(static_cast<int>(placeOfChip(kMostChips)), kMargin, kMoreSide, kMoreSide);
+    static_assert(kMargin == RecentChip::kOverhang);
     connect(&m_more, &QAbstractButton::clicked, this, &RecentChipRow::allWanted);
     connect(&recents, &RecentListModel::followed, this, &RecentChipRow::follow);
     connect(&recents, &QAbstractItemModel::dataChanged, this, &RecentChipRow::refresh);
@@ -61,7 +62,7 @@ RecentChipRow::~RecentChipRow() = default;
 
 QSize RecentChipRow::sizeHint() const
 {
-    return {static_cast<int>(placeOfChip(kMostChips)) + kMoreSide, RecentChip::kPlateHeight + RecentChip::kOverhang};
+    return {static_cast<int>(placeOfChip(kMostChips)) + kMoreSide + kMargin, RecentChip::kPlateHeight + 2 * kMargin};
 }
 
 void RecentChipRow::setOpacity(double opacity)

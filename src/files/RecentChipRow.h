@@ -24,6 +24,8 @@ class RecentChipRow : public QWidget
     Q_OBJECT
 public:
     static constexpr int kMostChips = 3;
+    /// Around the chips, for what shows beyond their edges.
+    static constexpr int kMargin = 5;
 
     /// `symbol` stands where there is no picture.
     RecentChipRow(const ControlContext &context, RecentListModel &recents, QString symbol, QWidget *parent);

@@ -1,7 +1,6 @@
 #include "files/RecentFilesStrip.h"
 
 #include "files/AudioPreview.h"
-#include "files/RecentChip.h"
 #include "files/RecentChipRow.h"
 #include "files/RecentRowsView.h"
 #include "foundation/MakeChild.h"
@@ -130,25 +129,28 @@ void RecentFilesStrip::applyExpansion()
 void RecentFilesStrip::resizeEvent(QResizeEvent *)
 {
     arrangeHeader();
-    m_chips.setGeometry(0, kListTop - RecentChip::kOverhang, width(), RecentChip::kPlateHeight + RecentChip::kOverhang);
-    m_rows.setGeometry(0, kListTop, width(), kExpandedHeight - kListTop - kStripBottom);
+    const QSize chips = m_chips.sizeHint();
+    m_chips.setGeometry(kSide - RecentChipRow::kMargin, kListTop - RecentChipRow::kMargin, chips.width(),
+                        chips.height());
+    m_rows.setGeometry(kSide, kListTop, width() - 2 * kSide, kExpandedHeight - kListTop - kStripBottom);
 }
 
 void RecentFilesStrip::arrangeHeader()
 {
-    int right = width();
+    int right = width() - kSide;
     for (SoftButton *button : {&m_clear, &m_toggle}) {
         const QSize size = button->sizeHint();
         right -= size.width();
         button->setGeometry(right, kStripTop, size.width(), kHeaderLine);
     }
-    m_label.setGeometry(0, kStripTop, right, kHeaderLine);
+    m_label.setGeometry(kSide, kStripTop, right - kSide, kHeaderLine);
 }
 
 void RecentFilesStrip::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(QRectF(0, 0, width(), hairlineThickness(painter)), m_context.appearance.palette().hairline);
+    painter.fillRect(QRectF(kSide, 0, width() - 2 * kSide, hairlineThickness(painter)),
+                     m_context.appearance.palette().hairline);
 }
 
 } // namespace ostrelle

@@ -22,6 +22,8 @@ class RecentFilesStrip : public QWidget
 public:
     static constexpr int kCollapsedHeight = 82;
     static constexpr int kExpandedHeight = 168;
+    /// At both sides of what is in it.
+    static constexpr int kSide = 14;
 
     /// `symbol` stands where there is no picture.
     RecentFilesStrip(const ControlContext &context, const RecentListModel::Surroundings &surroundings,

@@ -249,7 +249,7 @@ void InspectorView::arrange()
     const double shown = m_context.appearance.reducesMotion() ? m_shown.target() : m_shown.value();
     const auto above = static_cast<int>(std::lround(kWellHeight + (m_kind.detailHeight - kWellHeight) * shown));
     const int strip = m_strip.isExpanded() ? RecentFilesStrip::kExpandedHeight : RecentFilesStrip::kCollapsedHeight;
-    m_strip.setGeometry(kWellSide, above, width() - 2 * kWellSide, strip);
+    m_strip.setGeometry(0, above, width(), strip);
     m_overlay.setGeometry(rect());
 }
 

@@ -81,10 +81,10 @@ struct OpenStrip : FilesFixture
         QObject::connect(&*view, &RecentFilesStrip::clearWanted, [this] { recents.clear(); });
         QObject::connect(&*view, &RecentFilesStrip::expansionWanted, [this](bool expanded) {
             view->setExpanded(expanded);
-            view->resize(560, expanded ? 168 : 82);
+            view->resize(588, expanded ? 168 : 82);
         });
-        view->resize(560, 82);
-        window.resize(560, 168);
+        view->resize(588, 82);
+        window.resize(588, 168);
         window.show();
         window.activateWindow();
         const bool isActive = QTest::qWaitForWindowActive(&window);
@@ -205,7 +205,7 @@ void RecentFilesStripTest::showsTheNewestAsChips()
     QCOMPARE(strip.title(), QStringLiteral("Recent"));
     for (int i = 0; i < strip.chips().size(); ++i) {
         const QRect place(strip.chips()[i]->mapTo(&*strip.view, QPoint()), strip.chips()[i]->size());
-        QCOMPARE(place.adjusted(0, RecentChip::kOverhang, -RecentChip::kOverhang, 0), QRect(i * 166, 30, 158, 42));
+        QCOMPARE(place.adjusted(0, RecentChip::kOverhang, -RecentChip::kOverhang, 0), QRect(14 + i * 166, 30, 158, 42));
     }
 }
 

@@ -45,8 +45,8 @@ def make_pictures(folder):
     return {
         "png": convert(folder / "harbour.png", "-size", "3840x2160", "gradient:#9fd8f2-#1f7a80", "-fill", "#e85d86",
                        "-draw", "polygon 2000,300 2000,1300 2500,1300", "-fill", "#fff", "-draw",
-                       "polygon 1600,1400 2300,1400 2100,1700 1750,1700", "-alpha", "set", "-units", "PixelsPerInch",
-                       "-density", "144"),
+                       "polygon 1600,1400 2300,1400 2100,1700 1750,1700", "-alpha", "set", "-depth", "8", "-units",
+                       "PixelsPerInch", "-density", "144"),
         "tiff": convert(folder / "ridge-04.tif", "-size", "1200x800", "gradient:#f7b267-#a8446e", "-fill", "#5b2a57",
                         "-draw", "polygon 0,800 400,390 700,800"),
         "jpeg": convert(folder / "poppy-still.jpg", "-size", "960x1200", "xc:#f6efe2", "-fill", "#e2574c", "-draw",
