@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -32,6 +33,10 @@ int main(int argc, char **argv)
 {
     forbidCoreDumps();
     std::setlocale(LC_ALL, "");
+    // A write beyond a file-size limit then fails as on a full disk. No handler is passed on to another program.
+    std::signal(SIGXFSZ, [](int) {});
+    if (!qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN"))
+        qSetMessagePattern(QStringLiteral("ostrelle: %{message}"));
     const QCoreApplication application(argc, argv);
     ExitStatus status = run(parseCommandLine(QCoreApplication::arguments().mid(1)));
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
