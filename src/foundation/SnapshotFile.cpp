@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QObject>
+#include <QPointer>
 
 #include <mutex>
 #include <optional>
@@ -35,6 +36,7 @@ struct SnapshotFile::Writer
 
     void writeNewest();
     void report(bool isFailing);
+    void tellSaved(const QPointer<const QObject> &context, const std::function<void(bool)> &answer);
     std::optional<QString> write(const QByteArray &bytes);
 
     const QString path;
@@ -93,6 +95,17 @@ void SnapshotFile::Writer::writeNewest()
         newest = std::move(encode);
 }
 
+void SnapshotFile::Writer::tellSaved(const QPointer<const QObject> &context, const std::function<void(bool)> &answer)
+{
+    QMetaObject::invokeMethod(
+        &answers,
+        [isSaved = isSaved(), context, answer] {
+            if (context)
+                answer(isSaved);
+        },
+        Qt::QueuedConnection);
+}
+
 void SnapshotFile::Writer::report(bool isFailing)
 {
     QMetaObject::invokeMethod(
@@ -148,6 +161,14 @@ void SnapshotFile::observeSaving(std::function<void(bool)> observer)
 void SnapshotFile::retry()
 {
     m_writer->retry();
+}
+
+void SnapshotFile::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    retry();
+    m_writer->queue.post([writer = m_writer.get(), guard = QPointer(context), answer = std::move(answer)] {
+        writer->tellSaved(guard, answer);
+    });
 }
 
 bool SnapshotFile::flush()

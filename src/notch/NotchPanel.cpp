@@ -11,6 +11,7 @@
 #include "notch/NotchViewModel.h"
 #include "notch/PanelBackdrop.h"
 #include "notch/PopupStyle.h"
+#include "notch/ToolView.h"
 #include "notch/controls/NotchMenu.h"
 #include "platform/PanelHost.h"
 #include "platform/Platform.h"
@@ -214,6 +215,11 @@ void NotchPanel::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
         m_controller.escapePressed();
+        return;
+    }
+    // From the header or the strip: the tool has taken its own.
+    if (event->matches(QKeySequence::Undo) && openTool() != nullptr) {
+        openTool()->undo();
         return;
     }
     const QList<KestroModule> modules = m_settings.activeModules();
