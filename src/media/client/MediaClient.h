@@ -6,7 +6,9 @@
 #include "media_client/DesktopThumbnails.h"
 #include "media_client/FileAdmission.h"
 #include "media_client/HelperPool.h"
+#include "media_client/HelperProcess.h"
 #include "media_client/ImageInfo.h"
+#include "media_client/JobQueue.h"
 #include "media_client/MediaPicture.h"
 #include "media_client/MediaRequest.h"
 
@@ -14,7 +16,6 @@
 #include <QString>
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <variant>
 
@@ -54,7 +55,8 @@ public:
         QString thumbnails; ///< the desktop's cache of them, AppPaths::thumbnails()
     };
 
-    MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent = nullptr);
+    MediaClient(TaskScheduler &scheduler, const Places &places, HelperPriority priority = HelperPriority::Usual,
+                QObject *parent = nullptr);
     ~MediaClient() override;
 
     /// A picture of the file at an absolute path: of images the image, of video a frame, of audio the cover, of
@@ -78,20 +80,19 @@ public:
 
 private:
     friend class MediaRequest;
-    enum class Stage { Waiting, Admitting, Ready, Running };
-    struct Job;
-    using Deliver = std::function<void(HelperReply &reply)>;
 
-    MediaRequest add(Job job);
+    MediaRequest add(MediaJob job);
     void drop(quint64 number);
     void raise(quint64 number);
-    bool isPending(quint64 number) const;
+    bool isPending(quint64 number);
 
+    void startSoon();
     void startMore();
-    Job *foremost(Stage stage);
+    bool start(MediaJob &job);
+    void admitMore(HelperKind kind);
     void takeAdmitted(quint64 number, AdmittedFile file);
     void takeReply(quint64 number, HelperReply reply);
-    void remember(Job &job, const HelperReply &reply);
+    void remember(MediaJob &job, const HelperReply &reply);
     void finish(quint64 number, HelperReply reply);
 
     TaskScheduler &m_scheduler;
@@ -100,10 +101,7 @@ private:
     HelperPool m_helpers;
     /// Writes the cache.
     SerialQueue m_writer;
-    std::map<quint64, Job> m_jobs;
-    quint64 m_lastNumber = 0;
-    quint64 m_lastTurn = 0;
-    int m_admitting = 0;
+    JobQueue m_jobs;
     Task m_start;
 };
 
