@@ -212,7 +212,8 @@ MediaClient &Services::media()
 {
     return ensure(m_media, [this] {
         return std::make_unique<MediaClient>(
-            scheduler(), MediaClient::Places{QCoreApplication::applicationDirPath(), AppPaths::thumbnails()});
+            scheduler(), MediaClient::Places{QCoreApplication::applicationDirPath(), AppPaths::thumbnails()},
+            MediaClient::Helpers{.priority = HelperPriority::Background});
     });
 }
 

@@ -149,9 +149,11 @@ void AssetsModuleView::dragOut(const QUuid &grabbed, const QList<QUuid> &ids)
     }
     if (drag.paths.isEmpty())
         return;
-    const AssetTile tile = m_grid.tile(m_assets.rowOf(grabbed));
+    const int row = m_assets.rowOf(grabbed);
+    const AssetTile tile = m_grid.tile(row);
     const AssetDragPreview preview{.picture = tile.picture,
-                                   .icon = tile.icon,
+                                   .icon =
+                                       m_grid.icon(row, AssetDragPreview::kSide).value_or(tile.icon.value_or(QImage())),
                                    .symbol = tile.symbol,
                                    .count = static_cast<int>(drag.paths.size())};
     drag.picture = preview.rendered(devicePixelRatioF());

@@ -20,6 +20,8 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
@@ -48,6 +50,8 @@ private Q_SLOTS:
     void offersTheTilesActionsInItsMenu();
     void takesDrops();
     void showsPicturesAndHowFarTheyAre();
+    void showsAnIconAsSoonAsItIsLoaded();
+    void paintsOnlyTheTileOfANewPicture();
     void looksTheSameAfterMovement();
     void isAListToAssistiveTechnology();
 };
@@ -215,6 +219,25 @@ struct OpenTool : FilesFixture
     ControlContext context{.appearance = appearance, .clock = frames};
     std::optional<AssetsModuleView> view;
     bool isHeld = false;
+};
+
+/// What is painted of a widget from now on.
+class PaintedRegion : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget &widget) { widget.installEventFilter(this); }
+    const QRegion &region() const { return m_region; }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_region += static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+
+private:
+    QRegion m_region;
 };
 
 QStringList numbered(int count)
@@ -536,6 +559,57 @@ void AssetsModuleViewTest::showsPicturesAndHowFarTheyAre()
     QVERIFY(tool.grid().tile(0).isMissing);
     const QColor dimmed = tool.picture().pixelColor(middle);
     QVERIFY(dimmed.blue() > dimmed.red() && dimmed != QColor(Qt::blue));
+}
+
+void AssetsModuleViewTest::showsAnIconAsSoonAsItIsLoaded()
+{
+    OpenTool tool({QStringLiteral("0")});
+    const QPoint middle = tool.squareAt(0).toPoint();
+    tool.platform.fileIcons().holdBack();
+    const QColor plate = tool.picture().pixelColor(middle);
+    QCOMPARE(tool.picture().pixelColor(middle + QPoint(0, 24)), plate); // and no symbol meanwhile
+    PaintedRegion painted(*tool.grid().viewport());
+    tool.platform.fileIcons().release();
+    QCoreApplication::processEvents();
+    QVERIFY(painted.region().contains(middle));
+    QCOMPARE(tool.picture().pixelColor(middle), QColor(Qt::blue));
+}
+
+void AssetsModuleViewTest::paintsOnlyTheTileOfANewPicture()
+{
+    OpenTool tool(numbered(20));
+    QWidget &viewport = *tool.grid().viewport();
+    const auto *progress = tool.view->findChild<ThumbnailProgress *>(); // lies above
+    QImage red(120, 90, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    tool.picture();
+    const auto drawn = [&viewport](QImage image, const QRegion &region) {
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_Clear);
+        for (const QRect &rect : region)
+            painter.fillRect(rect, Qt::transparent);
+        painter.end();
+        viewport.render(&image, region.boundingRect().topLeft(), region, QWidget::DrawChildren);
+        return image;
+    };
+    QImage blank(viewport.size(), QImage::Format_ARGB32_Premultiplied);
+    blank.fill(Qt::transparent);
+    // In the first row, and where the last one in sight fades out.
+    for (const int row : {0, 13}) {
+        while (tool.source.waiting().first() != OpenTool::pathOf(QString::number(row)))
+            tool.source.serve({});
+        tool.settle();
+        const QImage stale = drawn(blank, viewport.rect());
+        PaintedRegion painted(viewport);
+        tool.source.serve(red);
+        QCoreApplication::processEvents();
+        QVERIFY(painted.region().contains((tool.squareAt(row) - QPointF(0, 20)).toPoint()));
+        const QRect tile = (painted.region() - progress->geometry()).boundingRect();
+        QVERIFY(tile.width() < 110 && tile.height() < 110);
+        const QImage fresh = drawn(blank, viewport.rect());
+        QVERIFY(fresh != stale);
+        QCOMPARE(drawn(stale, painted.region()), fresh);
+    }
 }
 
 void AssetsModuleViewTest::looksTheSameAfterMovement()
