@@ -6,6 +6,7 @@
 #include "notch/NotchAppearance.h"
 
 #include <QApplication>
+#include <QEnterEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -134,6 +135,10 @@ void AssetGridView::refreshHover()
 bool AssetGridView::viewportEvent(QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::Enter: // also when a menu above has closed
+        m_pointer = static_cast<QEnterEvent *>(event)->position();
+        refreshHover();
+        break;
     case QEvent::Leave:
         m_pointer.reset();
         refreshHover();

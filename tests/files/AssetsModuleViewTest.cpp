@@ -18,6 +18,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QEnterEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -395,6 +396,15 @@ void AssetsModuleViewTest::badgesActWhereTheyAreSeen()
     tool.point(tool.nameAt(6));
     QCOMPARE(tool.grid().tile(6).hover, 1.0);
     QCOMPARE(toolTip(), QStringLiteral("/a/4"));
+    // A menu opens over it, and closes.
+    QEvent leaves(QEvent::Leave);
+    QApplication::sendEvent(tool.grid().viewport(), &leaves);
+    tool.settle();
+    QCOMPARE(tool.grid().tile(6).hover, 0.0);
+    QEnterEvent comesBack(tool.nameAt(6), tool.nameAt(6), tool.nameAt(6));
+    QApplication::sendEvent(tool.grid().viewport(), &comesBack);
+    tool.settle();
+    QCOMPARE(tool.grid().tile(6).hover, 1.0);
     tool.point(tool.removeBadgeAt(6));
     QCOMPARE(tool.grid().tile(6).hover, 1.0);
     QCOMPARE(toolTip(), QStringLiteral("Remove from shelf"));
