@@ -35,14 +35,14 @@ RequestAnswer moveProject(ProjectsService &projects, const QJsonObject &request)
 void openProject(ProjectsService &projects, FilePresence &presence, FileOpening &opening, const QJsonObject &request,
                  const RequestRouter::Reply &reply)
 {
-    QString path;
+    std::optional<QString> path;
     const RequestAnswer answer =
         onNumberedProject(projects, request, [&](int index) { path = projects.projects().at(index).path; });
-    if (path.isEmpty()) {
+    if (!path) {
         reply(answer);
         return;
     }
-    presence.ask({path}, &projects, [&opening, path, reply](const QList<FileFacts> &facts) {
+    presence.ask({*path}, &projects, [&opening, path = *path, reply](const QList<FileFacts> &facts) {
         if (facts.first().isFolder() || facts.first().kind == FileFacts::Kind::Unknown) {
             opening.open(path, {});
             reply(RequestAnswer::done());
@@ -83,7 +83,7 @@ void addProjectsRequests(RequestRouter &router, ProjectsService &projects, FileP
         });
     });
     router.addLater(QStringLiteral("projects.open"),
-                    [&](const QJsonObject &request, const RequestRouter::Reply &reply) {
+                    [&projects, &presence, &opening](const QJsonObject &request, const RequestRouter::Reply &reply) {
                         openProject(projects, presence, opening, request, reply);
                     });
 }

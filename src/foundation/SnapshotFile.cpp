@@ -95,11 +95,13 @@ void SnapshotFile::Writer::writeNewest()
         newest = std::move(encode);
 }
 
+/// In the queue after the write that it is about; what has come since does not count.
 void SnapshotFile::Writer::tellSaved(const QPointer<const QObject> &context, const std::function<void(bool)> &answer)
 {
+    const std::lock_guard lock(mutex);
     QMetaObject::invokeMethod(
         &answers,
-        [isSaved = isSaved(), context, answer] {
+        [isSaved = failure.isEmpty(), context, answer] {
             if (context)
                 answer(isSaved);
         },

@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QRegularExpression>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -92,6 +93,7 @@ private Q_SLOTS:
     void keepsAnUndecodableStoreUntilItSaves();
     void givesEveryRecordAnIdOfItsOwn();
     void tellsWhenTheListIsOnTheDisk();
+    void tellsOfAListThoughTheNextOneIsWaiting();
 };
 
 void RecordListsTest::standardizesPathsInTheTextAlone()
@@ -293,6 +295,26 @@ void RecordListsTest::tellsWhenTheListIsOnTheDisk()
     store.whenSaved(this, tell);
     QTRY_COMPARE(isSaved, std::optional(true));
     QCOMPARE(contents(path + QStringLiteral("/shelf.json")), QByteArray("[]"));
+}
+
+void RecordListsTest::tellsOfAListThoughTheNextOneIsWaiting()
+{
+    const QTemporaryDir folder;
+    JsonListFile file(folder.filePath(QStringLiteral("list.json")), QStringLiteral("The list"));
+    QSemaphore begun;
+    QSemaphore mayGoOn;
+    file.save([&] {
+        begun.release();
+        mayGoOn.acquire();
+        return QJsonArray();
+    });
+    begun.acquire();
+    std::optional<bool> isSaved;
+    file.whenSaved(this, [&](bool saved) { isSaved = saved; });
+    file.save([] { return QJsonArray{1}; });
+    mayGoOn.release();
+    QTRY_COMPARE(isSaved, std::optional(true));
+    QVERIFY(file.flush());
 }
 
 OSTRELLE_TEST(RecordListsTest)
