@@ -98,7 +98,8 @@ QByteArray film(const QList<int> &brightness)
     return bytes;
 }
 
-QByteArray songWith(const QByteArray &cover)
+/// An ID3v2 tag with a picture in it.
+QByteArray tagWith(const QByteArray &cover)
 {
     const QByteArray frame = QByteArray("\0image/png\0\3\0", 13) + cover;
     QByteArray size(4, '\0');
@@ -107,7 +108,26 @@ QByteArray songWith(const QByteArray &cover)
     QByteArray tag("ID3\3\0\0", 6);
     for (int shift = 21; shift >= 0; shift -= 7)
         tag += char(body.size() >> shift & 0x7f);
-    return tag + body + QByteArray(2000, '\0');
+    return tag + body;
+}
+
+QByteArray songWith(const QByteArray &cover)
+{
+    return tagWith(cover) + QByteArray(2000, '\0');
+}
+
+QByteArray wavChunk(const char *name, const QByteArray &content)
+{
+    QByteArray size(4, '\0');
+    qToLittleEndian<quint32>(quint32(content.size()), size.data());
+    return name + size + content + QByteArray(content.size() % 2, '\0');
+}
+
+QByteArray wavWith(const QByteArray &cover)
+{
+    const QByteArray format("\1\0\1\0\x40\x1f\0\0\x80\x3e\0\0\2\0\x10\0", 16);
+    return wavChunk("RIFF", "WAVE" + wavChunk("fmt ", format) + wavChunk("data", QByteArray(1000, '\0')) +
+                                wavChunk("id3 ", tagWith(cover)));
 }
 
 } // namespace
@@ -274,10 +294,12 @@ void PictureDecodingTest::videoShowsAPictureThatIsNotBlack()
 
 void PictureDecodingTest::songsShowTheirCover()
 {
-    const QImage cover = imageOf(pictureOf(songWith(encoded(turnable(300, 300), "png")), 100));
-    QCOMPARE(cover.size(), QSize(100, 100));
-    QVERIFY(isNear(cover.pixelColor(80, 50), Qt::green));
-    QCOMPARE(failureOf(songWith("no picture at all")), MediaFailure::NoPicture);
+    for (const auto &made : {songWith, wavWith}) {
+        const QImage cover = imageOf(pictureOf(made(encoded(turnable(300, 300), "png")), 100));
+        QCOMPARE(cover.size(), QSize(100, 100));
+        QVERIFY(isNear(cover.pixelColor(80, 50), Qt::green));
+        QCOMPARE(failureOf(made("no picture at all")), MediaFailure::NoPicture);
+    }
 }
 
 void PictureDecodingTest::squareIsTheMiddle()

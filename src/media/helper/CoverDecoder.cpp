@@ -2,6 +2,7 @@
 #include "media_helper/Decoders.h"
 #include "media_helper/FileKind.h"
 
+#include <taglib/aifffile.h>
 #include <taglib/attachedpictureframe.h>
 #include <taglib/flacfile.h>
 #include <taglib/flacpicture.h>
@@ -11,8 +12,10 @@
 #include <taglib/mpegfile.h>
 #include <taglib/oggflacfile.h>
 #include <taglib/opusfile.h>
+#include <taglib/speexfile.h>
 #include <taglib/tiostream.h>
 #include <taglib/vorbisfile.h>
+#include <taglib/wavfile.h>
 
 #include <algorithm>
 #include <utility>
@@ -117,6 +120,20 @@ HelperStatus decodeMp3Cover(ByteSource &source, PictureBuilder &builder)
     return decodeCover(id3Picture(file.ID3v2Tag()), builder);
 }
 
+HelperStatus decodeWavCover(ByteSource &source, PictureBuilder &builder)
+{
+    TagStream stream(source);
+    TagLib::RIFF::WAV::File file(&stream, false);
+    return decodeCover(id3Picture(file.ID3v2Tag()), builder);
+}
+
+HelperStatus decodeAiffCover(ByteSource &source, PictureBuilder &builder)
+{
+    TagStream stream(source);
+    TagLib::RIFF::AIFF::File file(&stream, false);
+    return decodeCover(id3Picture(file.tag()), builder);
+}
+
 HelperStatus decodeFlacCover(ByteSource &source, PictureBuilder &builder)
 {
     TagStream stream(source);
@@ -131,6 +148,12 @@ HelperStatus decodeOggCover(ByteSource &source, PictureBuilder &builder)
     if (picture.isEmpty())
         picture = oggPicture<TagLib::Ogg::Opus::File>(stream);
     return decodeCover(picture, builder);
+}
+
+HelperStatus decodeSpeexCover(ByteSource &source, PictureBuilder &builder)
+{
+    TagStream stream(source);
+    return decodeCover(oggPicture<TagLib::Ogg::Speex::File>(stream), builder);
 }
 
 HelperStatus decodeMp4Cover(ByteSource &source, PictureBuilder &builder)

@@ -20,8 +20,11 @@ Decode decodeTiff;
 Decode decodeBmp;
 Decode decodeIco;
 Decode decodeMp3Cover;
+Decode decodeWavCover;
+Decode decodeAiffCover;
 Decode decodeFlacCover;
 Decode decodeOggCover;
+Decode decodeSpeexCover;
 Decode decodeMp4Cover;
 
 /// For pictures inside other files, which are JPEG or PNG.

@@ -13,6 +13,8 @@ using namespace ostrelle;
 
 constexpr std::array kDecoders{
     DecoderRow{FileKind::OtherMedia, decodeMedia},
+    DecoderRow{FileKind::Caf, decodeMedia},
+    DecoderRow{FileKind::Aac, decodeMedia},
     DecoderRow{FileKind::Pdf, decodePdf},
     DecoderRow{FileKind::Svg, decodeSvg},
     DecoderRow{FileKind::Heif, decodeHeif},

@@ -1,5 +1,7 @@
 #include "media_helper/FileKind.h"
 
+#include "media_helper/AudioFrameHeader.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -43,12 +45,10 @@ constexpr std::array kMagics{
     Magic{4, "ftypM4A "sv, FileKind::Mp4Audio},
     Magic{4, "ftypM4B "sv, FileKind::Mp4Audio},
     Magic{0, "ID3"sv, FileKind::Mp3},
-    Magic{0, "\xff\xfb"sv, FileKind::Mp3},
-    Magic{0, "\xff\xf3"sv, FileKind::Mp3},
-    Magic{0, "\xff\xfa"sv, FileKind::Mp3},
     Magic{0, "fLaC"sv, FileKind::Flac},
     Magic{28, "\1vorbis"sv, FileKind::OggAudio},
     Magic{28, "OpusHead"sv, FileKind::OggAudio},
+    Magic{28, "Speex   "sv, FileKind::Speex},
     Magic{4, "ftyp"sv, FileKind::OtherMedia},
     Magic{4, "moov"sv, FileKind::OtherMedia},
     Magic{4, "mdat"sv, FileKind::OtherMedia},
@@ -56,9 +56,10 @@ constexpr std::array kMagics{
     Magic{0, "\x1a\x45\xdf\xa3"sv, FileKind::OtherMedia}, // Matroska, WebM
     Magic{0, "OggS"sv, FileKind::OtherMedia},
     Magic{8, "AVI "sv, FileKind::OtherMedia},
-    Magic{8, "WAVE"sv, FileKind::OtherMedia},
-    Magic{8, "AIFF"sv, FileKind::OtherMedia},
-    Magic{8, "AIFC"sv, FileKind::OtherMedia},
+    Magic{8, "WAVE"sv, FileKind::Wav},
+    Magic{8, "AIFF"sv, FileKind::Aiff},
+    Magic{8, "AIFC"sv, FileKind::Aiff},
+    Magic{0, "caff\0\1"sv, FileKind::Caf},
     Magic{0, "FLV\1"sv, FileKind::OtherMedia},
     Magic{0, "\x30\x26\xb2\x75\x8e\x66\xcf\x11"sv, FileKind::OtherMedia}, // ASF: WMV, WMA
     Magic{0, "\0\0\1\xba"sv, FileKind::OtherMedia},                       // MPEG program stream
@@ -132,6 +133,10 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
         if (part(text, magic.offset, magic.bytes.size()) == magic.bytes)
             return magic.kind;
     }
+    if (beginsWithFrames(head, readMpegFrameHeader))
+        return FileKind::Mp3;
+    if (beginsWithFrames(head, readAdtsFrameHeader))
+        return FileKind::Aac;
     if (text.substr(0, 1024).find("%PDF-"sv) != std::string_view::npos)
         return FileKind::Pdf;
     if (isSvg(text))

@@ -21,9 +21,14 @@ enum class FileKind {
     JpegXl,
     Raw,
     Pdf,
-    Mp3,
+    Wav,  ///< and RF64
+    Aiff, ///< and AIFF-C
+    Caf,
+    Mp3, ///< MPEG audio of any layer, and what begins with an ID3v2 tag
+    Aac, ///< bare, in ADTS
     Flac,
-    OggAudio,
+    OggAudio, ///< Vorbis or Opus
+    Speex,    ///< in Ogg
     Mp4Audio,
     OtherMedia, ///< video, and audio of the less common kinds
 };
