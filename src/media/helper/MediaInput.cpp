@@ -3,56 +3,16 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/opt.h>
 }
 
 #include <algorithm>
-#include <cerrno>
 
 namespace ostrelle {
 namespace {
 
-constexpr int kBufferSize = 64 * 1024;
-/// How far FFmpeg looks to find out what streams there are.
-constexpr std::int64_t kProbedBytes = 8 << 20;
-constexpr std::int64_t kProbedMicroseconds = 3'000'000;
 /// Packets without a picture that are read before a file counts as endless.
 constexpr int kMostPackets = 5000;
 constexpr std::int64_t kMostPixels = 100'000'000;
-
-int readBytes(void *reader, std::uint8_t *data, int size)
-{
-    const std::size_t count = static_cast<ByteReader *>(reader)->read({data, static_cast<std::size_t>(size)});
-    return count > 0 ? static_cast<int>(count) : AVERROR_EOF;
-}
-
-std::int64_t seekTo(void *opaque, std::int64_t offset, int whence)
-{
-    auto &reader = *static_cast<ByteReader *>(opaque);
-    const auto size = static_cast<std::int64_t>(reader.source().size());
-    if ((whence & AVSEEK_SIZE) != 0)
-        return size;
-    switch (whence & ~AVSEEK_FORCE) {
-    case SEEK_CUR:
-        offset += static_cast<std::int64_t>(reader.position());
-        break;
-    case SEEK_END:
-        offset += size;
-        break;
-    default:
-        break;
-    }
-    if (offset < 0)
-        return AVERROR(EINVAL);
-    reader.seek(static_cast<std::uint64_t>(offset));
-    return offset;
-}
-
-/// Lists and playlists name other files; there are none here.
-int refuseToOpen(AVFormatContext *, AVIOContext **, const char *, int, AVDictionary **)
-{
-    return AVERROR(EACCES);
-}
 
 /// A real video before a cover.
 AVStream *pictureStream(const AVFormatContext &format)
@@ -71,36 +31,8 @@ AVStream *pictureStream(const AVFormatContext &format)
 
 } // namespace
 
-void FreeMedia::operator()(AVCodecContext *codec) const
-{
-    avcodec_free_context(&codec);
-}
-
-void FreeMedia::operator()(AVFormatContext *format) const
-{
-    avformat_close_input(&format);
-}
-
-void FreeMedia::operator()(AVFrame *frame) const
-{
-    av_frame_free(&frame);
-}
-
-void FreeMedia::operator()(AVIOContext *input) const
-{
-    av_freep(&input->buffer);
-    avio_context_free(&input);
-}
-
-void FreeMedia::operator()(AVPacket *packet) const
-{
-    av_packet_free(&packet);
-}
-
 MediaInput::MediaInput(OnlyOpen, ByteSource &source)
-    : m_reader(source)
-    , m_input(avio_alloc_context(static_cast<unsigned char *>(av_malloc(kBufferSize)), kBufferSize, 0, &m_reader,
-                                 readBytes, nullptr, seekTo))
+    : m_container(source)
     , m_packet(av_packet_alloc())
 {
 }
@@ -108,30 +40,16 @@ MediaInput::MediaInput(OnlyOpen, ByteSource &source)
 std::unique_ptr<MediaInput> MediaInput::open(ByteSource &source, const char *format)
 {
     std::unique_ptr<MediaInput> input = std::make_unique<MediaInput>(OnlyOpen{}, source);
-    return input->openFormat(format) && input->openCodec() ? std::move(input) : nullptr;
+    return input->openStream(format) && input->openCodec() ? std::move(input) : nullptr;
 }
 
-bool MediaInput::openFormat(const char *format)
+bool MediaInput::openStream(const char *format)
 {
-    AVFormatContext *context = avformat_alloc_context();
-    if (!context || !m_input)
+    if (!m_container.open(format) || !m_container.probeStreams())
         return false;
-    context->pb = m_input.get();
-    context->flags |= AVFMT_FLAG_CUSTOM_IO;
-    context->io_open = refuseToOpen;
-    context->probesize = kProbedBytes;
-    context->max_analyze_duration = kProbedMicroseconds;
-    // On failure it frees the context by itself.
-    if (avformat_open_input(&context, nullptr, format ? av_find_input_format(format) : nullptr, nullptr) < 0)
-        return false;
-    m_format.reset(context);
-    if (avformat_find_stream_info(context, nullptr) < 0)
-        return false;
-    m_stream = pictureStream(*context);
-    for (unsigned i = 0; i < context->nb_streams; ++i) {
-        if (context->streams[i] != m_stream)
-            context->streams[i]->discard = AVDISCARD_ALL;
-    }
+    m_stream = pictureStream(m_container.format());
+    if (m_stream)
+        m_container.keepOnly(*m_stream);
     return m_stream != nullptr;
 }
 
@@ -155,13 +73,13 @@ bool MediaInput::isCover() const
 
 std::int64_t MediaInput::duration() const
 {
-    return std::max<std::int64_t>(m_format->duration, 0);
+    return std::max<std::int64_t>(m_container.format().duration, 0);
 }
 
 bool MediaInput::seek(std::int64_t time)
 {
-    const std::int64_t begin = m_format->start_time == AV_NOPTS_VALUE ? 0 : m_format->start_time;
-    if (av_seek_frame(m_format.get(), -1, begin + time, AVSEEK_FLAG_BACKWARD) < 0)
+    const std::int64_t begin = m_container.format().start_time == AV_NOPTS_VALUE ? 0 : m_container.format().start_time;
+    if (av_seek_frame(&m_container.format(), -1, begin + time, AVSEEK_FLAG_BACKWARD) < 0)
         return false;
     avcodec_flush_buffers(m_codec.get());
     m_isAtEnd = false;
@@ -171,7 +89,7 @@ bool MediaInput::seek(std::int64_t time)
 bool MediaInput::sendNextPacket()
 {
     for (int read = 0; read < kMostPackets; ++read) {
-        if (av_read_frame(m_format.get(), m_packet.get()) < 0) {
+        if (av_read_frame(&m_container.format(), m_packet.get()) < 0) {
             m_isAtEnd = true;
             return avcodec_send_packet(m_codec.get(), nullptr) >= 0;
         }

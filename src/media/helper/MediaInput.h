@@ -1,29 +1,11 @@
 #pragma once
 
-#include "media_helper/ByteSource.h"
+#include "media_helper/MediaContainer.h"
 
 #include <cstdint>
 #include <memory>
 
-struct AVCodecContext;
-struct AVFormatContext;
-struct AVFrame;
-struct AVIOContext;
-struct AVPacket;
-struct AVStream;
-
 namespace ostrelle {
-
-/// FFmpeg's objects, each freed by its own function.
-struct FreeMedia
-{
-    void operator()(AVCodecContext *codec) const;
-    void operator()(AVFormatContext *format) const;
-    void operator()(AVFrame *frame) const;
-    void operator()(AVIOContext *input) const;
-    void operator()(AVPacket *packet) const;
-};
-using MediaFrame = std::unique_ptr<AVFrame, FreeMedia>;
 
 /// The picture stream of a media file: its video, or the cover that a song carries.
 class MediaInput
@@ -49,15 +31,13 @@ public:
     MediaFrame nextFrame();
 
 private:
-    bool openFormat(const char *format);
+    bool openStream(const char *format);
     bool openCodec();
     bool sendNextPacket();
 
-    ByteReader m_reader;
-    std::unique_ptr<AVIOContext, FreeMedia> m_input;
-    std::unique_ptr<AVFormatContext, FreeMedia> m_format;
-    std::unique_ptr<AVCodecContext, FreeMedia> m_codec;
-    std::unique_ptr<AVPacket, FreeMedia> m_packet;
+    MediaContainer m_container;
+    MediaCodec m_codec;
+    MediaPacket m_packet;
     AVStream *m_stream = nullptr;
     bool m_isAtEnd = false;
 };
