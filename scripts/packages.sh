@@ -7,6 +7,7 @@ build_packages=(
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
   libjxl-dev
+  libkissfft-dev libsoxr-dev
 )
 run_packages=(
   libqt6svg6 fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
