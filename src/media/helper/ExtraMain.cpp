@@ -1,5 +1,6 @@
 #include "media_helper/FontFolders.h"
 #include "media_helper/HelperService.h"
+#include "media_helper/TempoCommand.h"
 
 #include <array>
 
@@ -28,6 +29,22 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Refuse};
 
+constexpr std::array kAudio{
+    AudioRow{FileKind::OtherMedia, openMediaAudio},
+    AudioRow{FileKind::Mp4Audio, openMediaAudio},
+    AudioRow{FileKind::Aac, openMediaAudio},
+    AudioRow{FileKind::Speex, openMediaAudio},
+    // Of these the light helper declines what its libraries do not know.
+    AudioRow{FileKind::Wav, openMediaAudio},
+    AudioRow{FileKind::Aiff, openMediaAudio},
+    AudioRow{FileKind::Caf, openMediaAudio},
+    AudioRow{FileKind::Mp3, openMediaAudio},
+    AudioRow{FileKind::Flac, openMediaAudio},
+    AudioRow{FileKind::OggAudio, openMediaAudio},
+};
+
+constexpr AudioTable kHeard{kAudio, UnknownKinds::Refuse};
+
 } // namespace
 
 int main()
@@ -43,6 +60,7 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::Tempo, [](ByteSource &source, const HelperRequest &) { return answerTempo(source, kHeard); }},
     };
     return serveFiles(limits, commands);
 }

@@ -1,4 +1,5 @@
 #include "media_helper/HelperService.h"
+#include "media_helper/TempoCommand.h"
 
 #include <array>
 
@@ -18,6 +19,14 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
 
+constexpr std::array kMixedAudio{
+    AudioRow{FileKind::Mp3, openMixedMp3},      AudioRow{FileKind::Wav, openSampledAudio},
+    AudioRow{FileKind::Aiff, openSampledAudio}, AudioRow{FileKind::Caf, openSampledAudio},
+    AudioRow{FileKind::Flac, openSampledAudio}, AudioRow{FileKind::OggAudio, openSampledAudio},
+};
+
+constexpr AudioTable kHeard{kMixedAudio, UnknownKinds::Decline};
+
 } // namespace
 
 int main()
@@ -30,6 +39,7 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::Tempo, [](ByteSource &source, const HelperRequest &) { return answerTempo(source, kHeard); }},
     };
     return serveFiles(limits, commands);
 }
