@@ -1,6 +1,6 @@
 #include "tempo/Autocorrelation.h"
 
-#include "Patterns.h"
+#include "support/Pattern.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 

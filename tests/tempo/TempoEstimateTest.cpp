@@ -1,6 +1,5 @@
 #include "tempo/TempoEstimate.h"
 
-#include "Patterns.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
@@ -41,7 +40,10 @@ private Q_SLOTS:
     void foldsAndRounds();
     void asksTheLowBandForRelatedLags_data();
     void asksTheLowBandForRelatedLags();
+    void weighsTheMultiplesOfALag_data();
+    void weighsTheMultiplesOfALag();
     void takesTheFasterOfEqualTempi();
+    void scoresNoLagBelowTheShortest();
     void needsLongEnvelopes();
     void needsAPeakThatStandsOut();
 };
@@ -129,10 +131,50 @@ void TempoEstimateTest::asksTheLowBandForRelatedLags()
     QCOMPARE(tempoFrom(envelopes).value_or(kNone), expected);
 }
 
+void TempoEstimateTest::weighsTheMultiplesOfALag_data()
+{
+    QTest::addColumn<int>("period");
+    QTest::addColumn<int>("otherPeriod");
+    QTest::addColumn<float>("otherLevel");
+    QTest::addColumn<double>("expected");
+    const auto row = [](const char *name, int period, int otherPeriod, float otherLevel, double expected) {
+        QTest::newRow(name) << period << otherPeriod << otherLevel << expected;
+    };
+    // 108 is three times a lag of 36, 96 twice and 192 four times one of 48: where one outweighs the other, by other
+    // means than this code, tells the weights from any that are a sixth larger or smaller.
+    row("third against second and fourth, just above", 108, 96, 0.7F, 143.6);
+    row("just below", 108, 96, 0.8F, 107.7);
+    row("fourth against third, just below", 192, 108, 1.25F, 107.7);
+    row("third against fourth, just above", 108, 192, 0.7F, 143.6);
+}
+
+void TempoEstimateTest::weighsTheMultiplesOfALag()
+{
+    QFETCH(int, period);
+    QFETCH(int, otherPeriod);
+    QFETCH(float, otherLevel);
+    QFETCH(double, expected);
+    std::vector<float> low = train(std::size_t(period), kLength);
+    const std::vector<float> other = train(std::size_t(otherPeriod), kLength);
+    for (std::size_t i = 0; i < kLength; ++i)
+        low[i] += otherLevel * other[i];
+    QCOMPARE(tempoFrom({train(48, kLength), low}).value_or(kNone), expected);
+}
+
 void TempoEstimateTest::takesTheFasterOfEqualTempi()
 {
     // A lag of 64 scores exactly what one of 32 does. A low band without any change is not asked.
     QCOMPARE(tempoFrom({train(32, kLength), std::vector<float>(kLength)}).value_or(kNone), 161.5);
+}
+
+void TempoEstimateTest::scoresNoLagBelowTheShortest()
+{
+    // A peak at 26 between a score of 0 and one of 4.4 lies at 26.05; between two of 4.4 it would be 99.4 a minute.
+    constexpr std::size_t kPeriod = 26;
+    std::vector<float> pairs(220 * kPeriod);
+    for (std::size_t i = 0; i < pairs.size(); i += kPeriod)
+        pairs[i] = pairs[i + 1] = kPeriod / 2.0F;
+    QCOMPARE(tempoFrom({pairs, std::vector<float>(pairs.size())}).value_or(kNone), 99.0);
 }
 
 void TempoEstimateTest::needsLongEnvelopes()

@@ -120,7 +120,14 @@ public:
             m_container.format().duration_estimation_method == AVFMT_DURATION_FROM_BITRATE || m_format.frames < 0;
         if (!isGuessed)
             return m_format.frames;
-        return seek(limit) ? std::min(limit, m_heardUpTo) : 0;
+        m_heardUpTo = 0;
+        if (!seek(limit) || m_heardUpTo > limit)
+            return std::min(limit, m_heardUpTo);
+        // There is no such place, but every packet is known now. The last may be cut off, so those before it are heard.
+        if (const AVIndexEntry *last =
+                avformat_index_get_entry(m_stream, avformat_index_get_entries_count(m_stream) - 1))
+            seek(av_rescale_q(last->timestamp - m_begin, m_stream->time_base, {1, m_format.sampleRate}));
+        return std::min(limit, m_heardUpTo);
     }
 
 private:

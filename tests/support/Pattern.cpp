@@ -1,4 +1,4 @@
-#include "Patterns.h"
+#include "support/Pattern.h"
 
 #include "tempo/OnsetEnvelopes.h"
 
