@@ -34,6 +34,7 @@ constexpr std::array kAudio{
     AudioRow{FileKind::Mp4Audio, openMediaAudio},
     AudioRow{FileKind::Aac, openMediaAudio},
     AudioRow{FileKind::Speex, openMediaAudio},
+    AudioRow{FileKind::Unknown, openMediaAudio},
     // Of these the light helper declines what its libraries do not know.
     AudioRow{FileKind::Wav, openMediaAudio},
     AudioRow{FileKind::Aiff, openMediaAudio},

@@ -35,8 +35,8 @@ CommandAnswer answerTempo(ByteSource &source, const AudioTable &table)
     const std::unique_ptr<AudioStream> stream = row != table.rows.end() ? row->open(source) : nullptr;
     CommandAnswer answer;
     if (!stream) {
-        const bool isForOthers = table.others == UnknownKinds::Decline && kind != FileKind::Unknown;
-        answer.header.status = isForOthers ? HelperStatus::Declined : HelperStatus::Unsupported;
+        const bool mayDecline = table.others == UnknownKinds::Decline;
+        answer.header.status = mayDecline ? HelperStatus::Declined : HelperStatus::Unsupported;
         return answer;
     }
     const std::optional<std::vector<float>> samples = monoSamples(*stream);

@@ -18,7 +18,7 @@ struct AudioRow
 struct AudioTable
 {
     std::span<const AudioRow> rows;
-    /// Also of what a row's library does not know.
+    /// What to do with kinds without a row, and what a row's library does not know.
     UnknownKinds others = UnknownKinds::Refuse;
 };
 
