@@ -45,7 +45,7 @@ private:
     std::unique_ptr<TemporaryHome> m_home;
     std::unique_ptr<SystemTaskScheduler> m_scheduler;
     std::unique_ptr<MediaClient> m_client;
-    QString m_song; ///< 64 seconds
+    QString m_song; ///< 40 seconds
     QString m_long; ///< of three parts with tempi of their own
 };
 
@@ -120,7 +120,7 @@ void TempoOfFilesTest::initTestCase()
 {
     m_home = std::make_unique<TemporaryHome>();
     std::vector<float> samples;
-    addPart(samples, kTempo, 64);
+    addPart(samples, kTempo, 40);
     writeFile(m_home->path(QStringLiteral("low.wav")), wavOf(samples));
     samples.clear();
     addPart(samples, 90, 30);
