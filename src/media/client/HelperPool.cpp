@@ -30,12 +30,20 @@ constexpr Patience patienceWith(HelperKind kind, HelperCommand command)
 {
     if (command == HelperCommand::AudioInfo || command == HelperCommand::ImageInfo)
         return {2s, 2};
-    return kind == HelperKind::Light ? Patience{10s, 6} : Patience{20s, 12};
+    return kind == HelperKind::Extra ? Patience{20s, 12} : Patience{10s, 6};
 }
 
 QString executableOf(HelperKind kind)
 {
-    return kind == HelperKind::Light ? QStringLiteral("/ostrelle-media") : QStringLiteral("/ostrelle-media-extra");
+    switch (kind) {
+    case HelperKind::Light:
+        return QStringLiteral("/ostrelle-media");
+    case HelperKind::Sound:
+        return QStringLiteral("/ostrelle-media-sound");
+    case HelperKind::Extra:
+        break;
+    }
+    return QStringLiteral("/ostrelle-media-extra");
 }
 
 MediaFailure failureOf(HelperStatus status)
@@ -75,10 +83,10 @@ void HelperPool::warmUp()
     slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
 }
 
-bool HelperPool::hasHelper(HelperKind kind) const
+int HelperPool::countOf(HelperKind kind) const
 {
-    return std::any_of(m_slots.begin(), m_slots.end(),
-                       [kind](const Slot &slot) { return slot.process && slot.kind == kind; });
+    return static_cast<int>(std::count_if(m_slots.begin(), m_slots.end(),
+                                          [kind](const Slot &slot) { return slot.process && slot.kind == kind; }));
 }
 
 bool HelperPool::isFull() const
@@ -88,9 +96,9 @@ bool HelperPool::isFull() const
     return m_priority == HelperPriority::Background && busy >= std::max(QThread::idealThreadCount() - 1, 1);
 }
 
-bool HelperPool::hand(HelperKind kind, Takeover takeover, quint64 number, HelperRequest request, int file)
+bool HelperPool::hand(HelperKind kind, const IsNeeded &isNeeded, quint64 number, HelperRequest request, int file)
 {
-    Slot *slot = isFull() ? nullptr : slotFor(kind, takeover);
+    Slot *slot = isFull() ? nullptr : slotFor(kind, isNeeded);
     if (!slot)
         return false;
     const Patience patience = patienceWith(kind, request.command);
@@ -110,20 +118,21 @@ bool HelperPool::hand(HelperKind kind, Takeover takeover, quint64 number, Helper
     return true;
 }
 
-/// An idle helper of the kind, a new one, or a new one in the place of an idle one of the other kind.
-HelperPool::Slot *HelperPool::slotFor(HelperKind kind, Takeover takeover)
+/// An idle helper of the kind, a new one, or a new one in the place of an idle one of another kind, which has to be one
+/// of several where its kind is still needed.
+HelperPool::Slot *HelperPool::slotFor(HelperKind kind, const IsNeeded &isNeeded)
 {
-    Slot *idle = nullptr;
-    Slot *empty = nullptr;
+    Slot *chosen = nullptr;
     for (Slot &slot : m_slots) {
         if (!slot.process)
-            empty = &slot;
+            chosen = &slot;
         else if (!slot.job && slot.kind == kind)
             return &slot;
-        else if (!slot.job)
-            idle = &slot;
     }
-    Slot *chosen = empty || takeover == Takeover::Never ? empty : idle;
+    for (Slot &slot : m_slots) {
+        if (!chosen && !slot.job && (!isNeeded(slot.kind) || (countOf(kind) == 0 && countOf(slot.kind) > 1)))
+            chosen = &slot;
+    }
     if (chosen)
         start(*chosen, kind);
     return chosen;

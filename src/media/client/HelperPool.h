@@ -20,6 +20,7 @@ enum class HelperPriority;
 
 enum class HelperKind {
     Light, ///< ostrelle-media: the common kinds, starts in a few milliseconds
+    Sound, ///< ostrelle-media-sound: sound that is decoded or not compressed, of the common kinds
     Extra, ///< ostrelle-media-extra: everything else, starts slowly
 };
 
@@ -32,9 +33,6 @@ struct HelperReply
     QByteArray payload;
 };
 
-/// May a helper of the other kind that has nothing to do be ended to make room?
-enum class Takeover { Never, OfIdle };
-
 /// A few helper processes, started on demand and ended a few seconds after their last file. A file that takes too
 /// long, or that its helper dies of, costs that helper only: the next file starts another. In the background, one
 /// processor is left to others: on two of them the helpers take turns, unless one is slow. Main thread.
@@ -43,6 +41,7 @@ class HelperPool : public QObject
     Q_OBJECT
 public:
     using Taker = std::function<void(quint64 number, HelperReply reply)>;
+    using IsNeeded = std::function<bool(HelperKind kind)>;
 
     /// At most `size` at a time. `taker` gets each reply, from the event loop.
     HelperPool(TaskScheduler &scheduler, QString folder, int size, HelperPriority priority, Taker taker);
@@ -52,10 +51,9 @@ public:
     /// Starts a light helper ahead of the first file, where none runs.
     void warmUp();
 
-    /// Gives an open file to a helper of this kind; false when it has to wait. The descriptor stays the caller's.
-    bool hand(HelperKind kind, Takeover takeover, quint64 number, HelperRequest request, int file);
-    /// One of this kind runs, busy or not.
-    bool hasHelper(HelperKind kind) const;
+    /// Gives an open file to a helper of this kind; false when it has to wait. The descriptor stays the caller's. Idle
+    /// helpers of a kind that `isNeeded` soon are not all ended to make room.
+    bool hand(HelperKind kind, const IsNeeded &isNeeded, quint64 number, HelperRequest request, int file);
 
 Q_SIGNALS:
     /// A file takes so long that another one need not wait for it.
@@ -73,7 +71,8 @@ private:
     };
 
     bool isFull() const;
-    Slot *slotFor(HelperKind kind, Takeover takeover);
+    Slot *slotFor(HelperKind kind, const IsNeeded &isNeeded);
+    int countOf(HelperKind kind) const;
     std::optional<quint64> endJob(Slot &slot);
     void start(Slot &slot, HelperKind kind);
     void retire(Slot &slot);

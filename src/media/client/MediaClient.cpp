@@ -218,12 +218,13 @@ bool MediaClient::isPending(quint64 number)
 
 void MediaClient::startMore()
 {
-    std::vector kinds{HelperKind::Light, HelperKind::Extra};
+    std::vector kinds{HelperKind::Light, HelperKind::Sound, HelperKind::Extra};
     while (MediaJob *job = m_jobs.foremost(MediaJob::Stage::Ready, kinds)) {
         if (!start(*job))
             std::erase(kinds, job->helper);
     }
     admitMore(HelperKind::Light);
+    admitMore(HelperKind::Sound);
     admitMore(HelperKind::Extra);
 }
 
@@ -234,9 +235,8 @@ bool MediaClient::start(MediaJob &job)
     if (job.usesCache && !job.admitted.cached)
         request.cacheSide = static_cast<quint32>(DesktopThumbnails::sideFor(static_cast<int>(request.side)));
     request.outputLimit = outputLimitOf(request);
-    const HelperKind other = job.helper == HelperKind::Light ? HelperKind::Extra : HelperKind::Light;
-    const bool leavesOther = m_helpers.hasHelper(job.helper) && m_jobs.isNear(other);
-    if (!m_helpers.hand(job.helper, leavesOther ? Takeover::Never : Takeover::OfIdle, job.number, request, file))
+    const auto isNeeded = [this](HelperKind kind) { return m_jobs.isNear(kind); };
+    if (!m_helpers.hand(job.helper, isNeeded, job.number, request, file))
         return false;
     job.stage = MediaJob::Stage::Running;
     return true;
