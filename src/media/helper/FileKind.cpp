@@ -152,6 +152,11 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
         return FileKind::Svg;
     if (isTransportStream(text))
         return FileKind::OtherMedia;
+    // Cut out of a longer one.
+    if (holdsFrames(head, readMpegFrameHeader))
+        return FileKind::Mp3;
+    if (holdsFrames(head, readAdtsFrameHeader))
+        return FileKind::Aac;
     return FileKind::Unknown;
 }
 
