@@ -28,6 +28,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void factsAreThoseOfTheStream_data();
     void factsAreThoseOfTheStream();
+    void piecesOfStreamsAreKnown();
     void staleCountsOfFramesAreNotBelieved();
     void tagsBehindTheSoundDoNotCount_data();
     void tagsBehindTheSoundDoNotCount();
@@ -216,6 +217,21 @@ void AudioFactsTest::factsAreThoseOfTheStream()
     QVERIFY2(std::abs(info.bitrateKbps.value_or(kNone) - expected) <= slack,
              qPrintable(QStringLiteral("%1 for %2").arg(info.bitrateKbps.value_or(kNone)).arg(expected)));
     QVERIFY(!info.bpm);
+}
+
+void AudioFactsTest::piecesOfStreamsAreKnown()
+{
+    const QByteArray song = made(QStringLiteral("lame --quiet -t -b 128 in.wav song.mp3"), QStringLiteral("song.mp3"));
+    const auto mp3 = std::get<AudioInfo>(factsOf(QStringLiteral("piece"), song.mid(1000)));
+    QVERIFY(std::abs(mp3.duration - kSeconds) < 0.1);
+    // A recording of what has been on the air for an hour.
+    const auto made = [this](const char *name, const char *codec) {
+        runTool(m_home->path(), QStringLiteral("ffmpeg -v error -y -i in.wav -c:a %1 -output_ts_offset 3600 %2")
+                                    .arg(QLatin1String(codec), QLatin1String(name)));
+        return std::get<AudioInfo>(audioInfoOf(*m_client, path(QLatin1String(name))));
+    };
+    QVERIFY(std::abs(made("air.ogg", "libvorbis").duration - kSeconds) < 0.1);
+    QVERIFY(std::abs(made("air.opus", "libopus").duration - kSeconds) < 0.1);
 }
 
 /// Joined by hand, or cut: the header in the first frame still counts the frames that there once were.

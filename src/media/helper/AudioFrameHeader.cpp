@@ -86,4 +86,24 @@ bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readH
     return rest.size() < kFrameHeaderBytes || (second && second->signature == first->signature);
 }
 
+bool holdsFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader)
+{
+    for (; head.size() > kFrameHeaderBytes; head = head.subspan(1)) {
+        std::size_t at = 0;
+        std::uint32_t signature = 0;
+        int frames = 0;
+        while (frames < 3 && at < head.size()) {
+            const auto header = readHeader(head.subspan(at));
+            if (!header || (frames > 0 && header->signature != signature))
+                break;
+            signature = header->signature;
+            at += header->byteSize;
+            ++frames;
+        }
+        if (frames == 3)
+            return true;
+    }
+    return false;
+}
+
 } // namespace ostrelle
