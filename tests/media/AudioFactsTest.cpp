@@ -296,6 +296,8 @@ void AudioFactsTest::whatIsNoSoundIsRefused_data()
     QTest::newRow("wav without a format") << QByteArray("RIFF\x40\0\0\0WAVEdata\x40\0\0\0", 20) + QByteArray(64, 'x');
     QTest::newRow("mp4 without a movie") << mp4Box("ftyp", "M4A \0\0\0\0") + mp4Box("mdat", QByteArray(500, 'x'));
     QTest::newRow("ogg of nothing") << "OggS" + QByteArray(24, '\0') + "\1vorbis" + QByteArray(60, '\0');
+    const QByteArray frame = QByteArray("\xff\xfb\x90\x40", 4) + QByteArray(413, '\0');
+    QTest::newRow("frames in something else") << QByteArray(100, 'x') + frame.repeated(10) + QByteArray(50'000, 'x');
     QTest::newRow("zeros") << QByteArray(100'000, '\0');
 }
 

@@ -1,5 +1,6 @@
 #include "media_helper/AudioFrameHeader.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ostrelle {
@@ -86,21 +87,21 @@ bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readH
     return rest.size() < kFrameHeaderBytes || (second && second->signature == first->signature);
 }
 
-bool holdsFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader)
+bool endsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader)
 {
+    // Tables in programs have rows that look like two or three of them.
+    constexpr int kLeastFrames = 3;
     for (; head.size() > kFrameHeaderBytes; head = head.subspan(1)) {
+        auto header = readHeader(head);
+        const std::uint32_t signature = header ? header->signature : 0;
         std::size_t at = 0;
-        std::uint32_t signature = 0;
         int frames = 0;
-        while (frames < 3 && at < head.size()) {
-            const auto header = readHeader(head.subspan(at));
-            if (!header || (frames > 0 && header->signature != signature))
-                break;
-            signature = header->signature;
+        while (header && header->signature == signature && at + kFrameHeaderBytes < head.size()) {
             at += header->byteSize;
+            header = readHeader(head.subspan(std::min(at, head.size())));
             ++frames;
         }
-        if (frames == 3)
+        if (frames >= kLeastFrames && at + kFrameHeaderBytes >= head.size())
             return true;
     }
     return false;

@@ -169,9 +169,9 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
     if (isTransportStream(text))
         return FileKind::OtherMedia;
     // Cut out of a longer one.
-    if (holdsFrames(head, readMpegFrameHeader))
+    if (endsWithFrames(head, readMpegFrameHeader))
         return FileKind::Mp3;
-    if (holdsFrames(head, readAdtsFrameHeader))
+    if (endsWithFrames(head, readAdtsFrameHeader))
         return FileKind::Aac;
     return FileKind::Unknown;
 }
