@@ -53,7 +53,8 @@ struct InspectionRun::File
 };
 
 InspectionRun::InspectionRun(NameSource &names, int jobs, TempoUse tempoUse, Taker taker)
-    : m_client(m_scheduler, {QCoreApplication::applicationDirPath(), AppPaths::thumbnails()}, jobs)
+    : m_client(m_scheduler, {QCoreApplication::applicationDirPath(), AppPaths::thumbnails()},
+               MediaClient::Helpers{.most = jobs})
     , m_names(names)
     , m_jobs(jobs)
     , m_tempoUse(tempoUse)

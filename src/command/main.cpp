@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -35,6 +36,10 @@ int main(int argc, char **argv)
 {
     forbidCoreDumps();
     std::setlocale(LC_ALL, "");
+    // A write beyond a file-size limit then fails as on a full disk. No handler is passed on to another program.
+    std::signal(SIGXFSZ, [](int) {});
+    if (!qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN"))
+        qSetMessagePattern(QStringLiteral("ostrelle: %{message}"));
     const QCoreApplication application(argc, argv);
     QStringList words;
     for (int i = 1; i < argc; ++i)

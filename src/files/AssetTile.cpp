@@ -5,6 +5,7 @@
 #include "files/RoundedPicture.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
+#include "notch/controls/CentredImage.h"
 #include "notch/controls/ColorMix.h"
 #include "notch/controls/PlayBadge.h"
 
@@ -20,9 +21,10 @@ constexpr double kSquareSide = 62;
 constexpr double kSquareRadius = 10;
 constexpr double kPictureSide = 54;
 constexpr double kPictureRadius = 7;
-constexpr double kIconSide = 34;
 constexpr double kSymbolSize = 22;
 constexpr double kHoverScale = 1.04;
+/// Of the ring of the focus, the badge and what the pointer enlarges.
+constexpr double kOverhang = 8;
 constexpr double kRing = 1.5;
 constexpr double kPlayDiameter = 24;
 constexpr double kRemoveDiameter = 15;
@@ -59,6 +61,12 @@ QRectF removeBadge()
 }
 
 } // namespace
+
+QRectF AssetTile::paintedRect(const QPointF &place)
+{
+    return QRectF(place, QSizeF(AssetGridLayout::kTileSide, AssetGridLayout::kTileSide))
+        .adjusted(-kOverhang, -kOverhang, kOverhang, kOverhang);
+}
 
 QRectF AssetTile::square()
 {
@@ -123,9 +131,9 @@ void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) co
     painter.setOpacity(painter.opacity() * (isMissing ? kMissingOpacity : 1));
     if (!picture.isNull())
         paintRounded(painter, centred(square(), kPictureSide), kPictureRadius, picture);
-    else if (!icon.isNull())
-        icon.paint(&painter, centred(square(), kIconSide).toRect());
-    else
+    else if (icon && !icon->isNull())
+        paintCentred(painter, square(), *icon);
+    else if (icon)
         paintGlyph(painter, symbol, square(), kSymbolSize, GlyphWeight::Regular, palette.text2);
     painter.restore();
 }

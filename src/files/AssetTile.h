@@ -2,7 +2,6 @@
 
 #include "notch/controls/ControlContext.h"
 
-#include <QIcon>
 #include <QImage>
 #include <QRectF>
 #include <QString>
@@ -18,9 +17,9 @@ namespace ostrelle {
 struct AssetTile
 {
     QString name;
-    QImage picture; ///< square; null: the icon instead
-    QIcon icon;
-    QString symbol; ///< where there is no icon either
+    QImage picture;             ///< square; null: the icon instead
+    std::optional<QImage> icon; ///< nothing while it is being loaded
+    QString symbol;             ///< where the desktop has no icon
     bool isMissing = false;
     bool isSelected = false;
     bool showsFocus = false;
@@ -35,6 +34,10 @@ struct AssetTile
     double playShift = 0;                    ///< of the badge that shakes, to the right
     double playOpacity = 1;
 
+    static constexpr int kIconSide = 34;
+
+    /// All that a tile at this place may paint on.
+    static QRectF paintedRect(const QPointF &place);
     static QRectF square();
     static QRectF playBadgeRect();
     /// Where the badge is on a tile under the pointer.

@@ -9,6 +9,7 @@
 #include "media_client/MediaKind.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -45,6 +46,11 @@ AudioInfoModuleView::AudioInfoModuleView(AudioInspector &inspector, const Surrou
 {
     connect(&m_detail, &AudioDetail::doubleTimeToggled, &inspector, &AudioInspector::toggleDoubleTime);
     setDetail(m_detail);
+    // Buttons keep the arrow keys to themselves.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *focused) {
+        if (focused != nullptr && isAncestorOf(focused))
+            focused->installEventFilter(this);
+    });
     follow();
 }
 
@@ -54,6 +60,8 @@ void AudioInfoModuleView::follow()
 {
     m_detail.setInspection(m_inspector.inspection());
     showFile(m_inspector.inspection().info.has_value());
+    for (QWidget *action : InspectorView::headerActions())
+        action->installEventFilter(this);
 }
 
 QString AudioInfoModuleView::factsText() const
@@ -63,8 +71,6 @@ QString AudioInfoModuleView::factsText() const
 
 bool AudioInfoModuleView::handleKey(const QKeyEvent &event, const QWidget *focused)
 {
-    if (InspectorView::handleKey(event, focused))
-        return true;
     AudioPreview &preview = around().preview;
     const QString path = m_inspector.inspection().path;
     const bool isPlain = (event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) == Qt::NoModifier;
@@ -86,6 +92,20 @@ bool AudioInfoModuleView::handleKey(const QKeyEvent &event, const QWidget *focus
     default:
         return false;
     }
+}
+
+bool AudioInfoModuleView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress &&
+        handleKey(*static_cast<QKeyEvent *>(event), static_cast<QWidget *>(watched)))
+        return true;
+    return InspectorView::eventFilter(watched, event);
+}
+
+void AudioInfoModuleView::keyPressEvent(QKeyEvent *event)
+{
+    if (!handleKey(*event, this))
+        InspectorView::keyPressEvent(event);
 }
 
 } // namespace ostrelle

@@ -19,10 +19,12 @@ public:
 
 protected:
     QString factsText() const override;
-    bool handleKey(const QKeyEvent &event, const QWidget *focused) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void follow();
+    bool handleKey(const QKeyEvent &event, const QWidget *focused);
 
     AudioInspector &m_inspector;
     AudioDetail &m_detail;

@@ -13,7 +13,6 @@
 #include "records/Motion.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 
 #include <cmath>
 #include <utility>
@@ -59,10 +58,8 @@ InspectorView::InspectorView(FileInspector &inspector, Kind kind, const Surround
 {
     m_refusal.hide();
     // The chrome shows them when it takes them over.
-    for (GlyphButton *action : {&m_choose, &m_clear}) {
-        action->hide();
-        action->installEventFilter(this);
-    }
+    m_choose.hide();
+    m_clear.hide();
     connect(&m_choose, &QAbstractButton::clicked, this, &InspectorView::choose);
     connect(&m_clear, &QAbstractButton::clicked, this, [this] { m_inspector.clear(); });
     connect(&m_strip, &RecentFilesStrip::opened, this, [this](const RecentFile &file) { m_inspector.open(file); });
@@ -73,11 +70,6 @@ InspectorView::InspectorView(FileInspector &inspector, Kind kind, const Surround
         setExpanded(false);
     });
     connect(&m_strip, &RecentFilesStrip::expansionWanted, this, &InspectorView::setExpanded);
-    // Some of them keep keys to themselves that the tool has a use for.
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *focused) {
-        if (focused != nullptr && isAncestorOf(focused))
-            focused->installEventFilter(this);
-    });
     m_strip.setVisible(!inspector.recents().items().isEmpty());
     if (inspector.isRejected())
         followRejection();
@@ -151,6 +143,12 @@ bool InspectorView::dropFiles(const QStringList &paths)
         return false;
     m_inspector.load(paths.first());
     return true;
+}
+
+void InspectorView::undo()
+{
+    if (m_inspector.recents().canUndo())
+        m_inspector.recents().undo();
 }
 
 void InspectorView::choose()
@@ -256,29 +254,6 @@ void InspectorView::arrange()
 void InspectorView::resizeEvent(QResizeEvent *)
 {
     arrange();
-}
-
-bool InspectorView::handleKey(const QKeyEvent &event, const QWidget *)
-{
-    if (!event.matches(QKeySequence::Undo))
-        return false;
-    if (m_inspector.recents().canUndo())
-        m_inspector.recents().undo();
-    return true;
-}
-
-bool InspectorView::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::KeyPress &&
-        handleKey(*static_cast<QKeyEvent *>(event), static_cast<QWidget *>(watched)))
-        return true;
-    return ToolView::eventFilter(watched, event);
-}
-
-void InspectorView::keyPressEvent(QKeyEvent *event)
-{
-    if (!handleKey(*event, this))
-        ToolView::keyPressEvent(event);
 }
 
 } // namespace ostrelle

@@ -27,7 +27,7 @@ class ThumbnailSource;
 struct FileChoice;
 
 /// What the tools look like that show the facts of one file: a well that invites files or says that one was refused, or
-/// the file's detail; below it the recent files. Files dropped anywhere on it are loaded. Ctrl+Z brings back what was
+/// the file's detail; below it the recent files. Files dropped anywhere on it are loaded. Undo brings back what was
 /// forgotten last.
 class InspectorView : public ToolView
 {
@@ -53,6 +53,7 @@ public:
     bool acceptsDrop(const QStringList &paths) const override;
     void setDropTargeted(bool targeted) override;
     bool dropFiles(const QStringList &paths) override;
+    void undo() override;
 
     RecentFilesStrip &strip() { return m_strip; }
 
@@ -84,11 +85,7 @@ protected:
     void showFile(bool hasFile);
     /// All facts on display as lines.
     virtual QString factsText() const = 0;
-    /// A key that no control has used, or any while a control of the tool has the focus; true when it is used up.
-    virtual bool handleKey(const QKeyEvent &event, const QWidget *focused);
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -120,11 +120,13 @@ void NotchController::suppressAutoCollapse()
 {
     m_autoCollapseRelease.cancel();
     m_isAutoCollapseSuppressed = true;
+    m_platform.panelHost().setGivingWay(true);
 }
 
 void NotchController::releaseAutoCollapse(std::chrono::nanoseconds delay)
 {
     m_autoCollapseRelease.cancel();
+    m_platform.panelHost().setGivingWay(false);
     if (delay > std::chrono::nanoseconds::zero())
         m_autoCollapseRelease = m_scheduler.after(delay, this, [this] { m_isAutoCollapseSuppressed = false; });
     else

@@ -49,8 +49,10 @@ public:
     /// Moves the panel to the screen of that name; nothing when it is there or there is no such screen.
     void follow(const QString &screenName);
     void startHoverDismissWatch();
-    /// While suppressed, outside presses, other applications and the hover-dismiss watch do not close the notch.
+    /// While suppressed, outside presses, other applications and the hover-dismiss watch do not close the notch, and
+    /// dialogs come above it.
     void suppressAutoCollapse();
+    /// The panel is in front again at once.
     void releaseAutoCollapse(std::chrono::nanoseconds delay);
     /// A press in the open panel takes the keyboard.
     void pressedInside();

@@ -192,7 +192,7 @@ void NotchPanel::makeMenu()
     if (ToolView *tool = openTool()) {
         const QList<MenuEntry> entries = tool->menuEntries();
         for (const MenuEntry &entry : entries)
-            connect(m_menu->addAction(entry.text), &QAction::triggered, tool, entry.action);
+            m_menu->addEntry(entry.text, tool, entry.action);
         if (!entries.isEmpty())
             m_menu->addSeparator();
     }
@@ -220,6 +220,11 @@ void NotchPanel::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
         m_controller.escapePressed();
+        return;
+    }
+    // From the header or the strip: the tool has taken its own.
+    if (event->matches(QKeySequence::Undo) && openTool() != nullptr) {
+        openTool()->undo();
         return;
     }
     const QList<KestroModule> modules = m_settings.activeModules();

@@ -41,12 +41,22 @@ QString menuStyleSheet(const NotchAppearance &appearance)
     const Theme::Palette &palette = appearance.palette();
     const QColor ground = groundTone(appearance);
     return QStringLiteral("QMenu { background: %1; border: 1px solid %2; border-radius: 8px; padding: 4px; }"
-                          "QMenu::item { color: %3; padding: 4px 14px; border-radius: 5px; }"
-                          "QMenu::item:selected { background: %4; }"
-                          "QMenu::item:disabled { color: %5; background: transparent; }"
+                          "QMenu::item { padding: 4px 14px; border-radius: 5px; }"
+                          "QMenu::item:selected { background: %3; }"
+                          "QMenu::item:disabled { color: %4; background: transparent; }"
                           "QMenu::separator { height: 1px; background: %2; margin: 4px 10px; }")
-        .arg(ground.name(), edgeTone(appearance).name(), flattened(palette.text1, ground).name(),
-             flattened(faded(palette.accent, 0.55), ground).name(), flattened(palette.text3, ground).name());
+        .arg(ground.name(), edgeTone(appearance).name(), flattened(faded(palette.accent, 0.55), ground).name(),
+             flattened(palette.text3, ground).name());
+}
+
+QColor menuTextColor(const NotchAppearance &appearance)
+{
+    return flattened(appearance.palette().text1, groundTone(appearance));
+}
+
+QColor menuWarningColor(const NotchAppearance &appearance)
+{
+    return flattened(appearance.palette().red, groundTone(appearance));
 }
 
 QBitmap roundedMask(const QSize &size, double radius)

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void factsAreThoseOfTheStream_data();
     void factsAreThoseOfTheStream();
+    void piecesOfStreamsAreKnown();
     void staleCountsOfFramesAreNotBelieved();
     void tagsBehindTheSoundDoNotCount_data();
     void tagsBehindTheSoundDoNotCount();
@@ -218,6 +219,21 @@ void AudioFactsTest::factsAreThoseOfTheStream()
     QVERIFY(!info.bpm);
 }
 
+void AudioFactsTest::piecesOfStreamsAreKnown()
+{
+    const QByteArray song = made(QStringLiteral("lame --quiet -t -b 128 in.wav song.mp3"), QStringLiteral("song.mp3"));
+    const auto mp3 = std::get<AudioInfo>(factsOf(QStringLiteral("piece"), song.mid(1000)));
+    QVERIFY(std::abs(mp3.duration - kSeconds) < 0.1);
+    // A recording of what has been on the air for an hour.
+    const auto made = [this](const char *name, const char *codec) {
+        runTool(m_home->path(), QStringLiteral("ffmpeg -v error -y -i in.wav -c:a %1 -output_ts_offset 3600 %2")
+                                    .arg(QLatin1String(codec), QLatin1String(name)));
+        return std::get<AudioInfo>(audioInfoOf(*m_client, path(QLatin1String(name))));
+    };
+    QVERIFY(std::abs(made("air.ogg", "libvorbis").duration - kSeconds) < 0.1);
+    QVERIFY(std::abs(made("air.opus", "libopus").duration - kSeconds) < 0.1);
+}
+
 /// Joined by hand, or cut: the header in the first frame still counts the frames that there once were.
 void AudioFactsTest::staleCountsOfFramesAreNotBelieved()
 {
@@ -280,6 +296,8 @@ void AudioFactsTest::whatIsNoSoundIsRefused_data()
     QTest::newRow("wav without a format") << QByteArray("RIFF\x40\0\0\0WAVEdata\x40\0\0\0", 20) + QByteArray(64, 'x');
     QTest::newRow("mp4 without a movie") << mp4Box("ftyp", "M4A \0\0\0\0") + mp4Box("mdat", QByteArray(500, 'x'));
     QTest::newRow("ogg of nothing") << "OggS" + QByteArray(24, '\0') + "\1vorbis" + QByteArray(60, '\0');
+    const QByteArray frame = QByteArray("\xff\xfb\x90\x40", 4) + QByteArray(413, '\0');
+    QTest::newRow("frames in something else") << QByteArray(100, 'x') + frame.repeated(10) + QByteArray(50'000, 'x');
     QTest::newRow("zeros") << QByteArray(100'000, '\0');
 }
 

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void budgetEndsWhatHasNoEnd();
     void liesAreBounded_data();
     void liesAreBounded();
+    void lengthIsThatOfWhatIsHeard_data();
+    void lengthIsThatOfWhatIsHeard();
     void everyDamageIsAnswered_data();
     void everyDamageIsAnswered();
     void configurationTellsWhatIsHeard_data();
@@ -273,6 +275,46 @@ void HeaderReadingTest::liesAreBounded()
         return;
     QVERIFY2(info->duration <= double(bytes.size()), qPrintable(QString::number(info->duration)));
     QVERIFY(info->channels.value_or(0) <= 1024);
+}
+
+void HeaderReadingTest::lengthIsThatOfWhatIsHeard_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<Reader>("reader");
+    QTest::addColumn<double>("samples");
+    const auto row = [](const char *name, const QByteArray &bytes, FileKind kind, ReadAudioFacts *read,
+                        double samples) { QTest::newRow(name) << bytes << Reader(kind, read) << samples; };
+    const QByteArray frame = QByteArray("\xff\xfb\x90\x44", 4) + QByteArray(413, '\0'); // 128 kbit/s
+    const QByteArray vbri = "VBRI" + QByteArray(6, '\0') + bigEndian(417 * 61, 4) + bigEndian(60, 4);
+    row("counted by vbri", replaced(frame, 36, vbri) + frame.repeated(60), FileKind::Mp3, readMpegFacts, 60 * 1152);
+
+    const QByteArray mp4 = made("ffmpeg -v error -y -i in.wav -c:a aac -f ipod out");
+    const qsizetype movie = mp4.lastIndexOf("moov") - 4;
+    const auto withComment = [&](QByteArray boxes, const QByteArray &comment) {
+        boxes.replace("edts", "free").replace("udta", "free");
+        const QByteArray item = mp4Box("mean", QByteArray(4, '\0') + "com.apple.iTunes") +
+                                mp4Box("name", QByteArray(4, '\0') + "iTunSMPB") +
+                                mp4Box("data", bigEndian(1, 4) + QByteArray(4, '\0') + comment);
+        const QByteArray meta = QByteArray(4, '\0') + mp4Box("ilst", mp4Box("----", item));
+        return mp4.left(movie) + mp4Box("moov", boxes + mp4Box("udta", mp4Box("meta", meta)));
+    };
+    const QByteArray inside = mp4.mid(movie + 8);
+    constexpr double kPriming = 1024;
+    constexpr double kHeard = 110'250;
+    row("edited", mp4, FileKind::Mp4Audio, readMp4Facts, kHeard);
+    row("commented", withComment(inside, " 00000000 00000400 00000256 000000000001AEAA 00000000"), FileKind::Mp4Audio,
+        readMp4Facts, kHeard);
+    row("commented with a lie", withComment(inside, " 00000000 00000400 00000256 FFFFFFFFFFFFFFFF 00000000"),
+        FileKind::Mp4Audio, readMp4Facts, kHeard + kPriming);
+    row("not edited", withComment(inside, "words"), FileKind::Mp4Audio, readMp4Facts, kHeard + kPriming);
+}
+
+void HeaderReadingTest::lengthIsThatOfWhatIsHeard()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(Reader, reader);
+    QFETCH(double, samples);
+    QCOMPARE(factsOf(bytes, reader.first, reader.second).value_or(AudioInfo()).duration, samples / 44100);
 }
 
 void HeaderReadingTest::everyDamageIsAnswered_data()

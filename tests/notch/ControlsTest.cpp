@@ -5,6 +5,7 @@
 #include "notch/controls/InlineSearchField.h"
 #include "notch/controls/MetadataGrid.h"
 #include "notch/controls/MetadataRow.h"
+#include "notch/controls/NotchMenu.h"
 #include "notch/controls/PlayBadge.h"
 #include "notch/controls/SmoothScroll.h"
 #include "support/TestBase.h"
@@ -60,6 +61,8 @@ private Q_SLOTS:
     void playBadgeShakesAndComesBack();
     void scrollGoesByStepsAndPixels();
     void scrollStaysWhereOthersMoveIt();
+    void aMenuWarnsOfWhatTakesSomethingAway_data();
+    void aMenuWarnsOfWhatTakesSomethingAway();
 };
 
 namespace {
@@ -371,6 +374,46 @@ void ControlsTest::playBadgeShakesAndComesBack()
     QVERIFY(stage.picture() != rest);
     stage.settle();
     QCOMPARE(stage.picture(), rest);
+}
+
+void ControlsTest::aMenuWarnsOfWhatTakesSomethingAway_data()
+{
+    QTest::addColumn<AppearancePreference>("appearance");
+    QTest::newRow("dark") << AppearancePreference::Dark;
+    QTest::newRow("light") << AppearancePreference::Light;
+}
+
+void ControlsTest::aMenuWarnsOfWhatTakesSomethingAway()
+{
+    QFETCH(AppearancePreference, appearance);
+    Stage stage;
+    stage.settings.setAppearance(appearance);
+    stage.settle();
+    NotchMenu menu(stage.appearance, &stage.ground);
+    QStringList chosen;
+    for (const auto &[text, purpose] : {std::pair(QStringLiteral("Open"), NotchMenu::Purpose::Ordinary),
+                                        std::pair(QStringLiteral("Remove"), NotchMenu::Purpose::Destructive)})
+        menu.addEntry(
+            text, &stage.ground, [&chosen, name = text] { chosen.append(name); }, purpose);
+    menu.resize(menu.sizeHint());
+    const QImage picture = menu.grab().toImage();
+    const auto redness = [&](int entry) {
+        const QRect place = menu.actionGeometry(menu.actions().at(entry));
+        int most = 0;
+        for (int y = place.top(); y <= place.bottom(); ++y) {
+            for (int x = place.left(); x <= place.right(); ++x) {
+                const QColor color = picture.pixelColor(x, y);
+                most = std::max(most, color.red() - std::max(color.green(), color.blue()));
+            }
+        }
+        return most;
+    };
+    QVERIFY2(redness(0) < 20, qPrintable(QString::number(redness(0))));
+    QVERIFY2(redness(1) > 120, qPrintable(QString::number(redness(1))));
+    menu.actions().at(1)->trigger();
+    QVERIFY(chosen.isEmpty());
+    QCoreApplication::processEvents();
+    QCOMPARE(chosen, QStringList{QStringLiteral("Remove")});
 }
 
 OSTRELLE_TEST(ControlsTest)

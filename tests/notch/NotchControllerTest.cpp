@@ -271,9 +271,11 @@ void NotchControllerTest::suppressionHoldsBackWhatClosesByItself()
     notch.platform.outsideActivity().activate(QStringLiteral("editor"));
     notch.clock.advance(10s);
     QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
+    QVERIFY(notch.platform.panelHost().isGivingWay());
 
     // The time outside counts from the release.
     notch.controller.releaseAutoCollapse(400ms);
+    QVERIFY(!notch.platform.panelHost().isGivingWay());
     notch.clock.advance(400ms + 480ms);
     QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
     notch.clock.advance(120ms);

@@ -27,10 +27,12 @@ public:
     std::optional<double> wantedBodyHeight() const override { return wanted; }
     void appeared() override { ++appearances; }
     QList<MenuEntry> menuEntries() override { return entries; }
+    void undo() override { ++undone; }
 
     QList<MenuEntry> entries;
     std::optional<double> wanted = 300;
     int appearances = 0;
+    int undone = 0;
 };
 
 struct ProbeFixture : PanelFixture
@@ -61,6 +63,7 @@ private Q_SLOTS:
     void pressInThePanelAsksForTheKeyboard();
     void digitsChooseOnTheSelectorOnly();
     void escapeGoesBackThenCloses();
+    void undoReachesTheToolFromTheWholePanel();
     void heightFollowsTheTool();
     void leavingAToolFromItsOwnCodeIsSafe();
     void toolWithoutViewSaysWhatItIs();
@@ -161,6 +164,23 @@ void NotchPanelTest::escapeGoesBackThenCloses()
     QCOMPARE(fixture.viewModel.phase(), Phase::Idle);
 }
 
+void NotchPanelTest::undoReachesTheToolFromTheWholePanel()
+{
+    ProbeFixture fixture;
+    fixture.open(KestroModule::Clipboard);
+    int expected = 0;
+    for (QWidget *focused : {static_cast<QWidget *>(fixture.view), static_cast<QWidget *>(&fixture.child<BackButton>()),
+                             static_cast<QWidget *>(fixture.child<ModuleStrip>().tiles().front())}) {
+        focused->setFocus();
+        fixture.pressKey(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(fixture.view->undone, ++expected);
+    }
+    fixture.pressKey(Qt::Key_Escape);
+    fixture.settle();
+    fixture.pressKey(Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(!fixture.viewModel.selection());
+}
+
 void NotchPanelTest::heightFollowsTheTool()
 {
     ProbeFixture fixture;
@@ -257,7 +277,7 @@ void NotchPanelTest::menuBeginsWithWhatTheToolOffers()
     QCOMPARE(actions[0]->text(), QStringLiteral("Copy all"));
     QVERIFY(actions[1]->isSeparator());
     actions[0]->trigger();
-    QCOMPARE(done, 1);
+    QTRY_COMPARE(done, 1);
     // Without anything of the tool it begins with the panel's own, and no line.
     fixture.view->entries.clear();
     QApplication::sendEvent(&fixture.notch, &event);

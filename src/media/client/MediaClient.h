@@ -6,7 +6,9 @@
 #include "media_client/DesktopThumbnails.h"
 #include "media_client/FileAdmission.h"
 #include "media_client/HelperPool.h"
+#include "media_client/HelperProcess.h"
 #include "media_client/ImageInfo.h"
+#include "media_client/JobQueue.h"
 #include "media_client/MediaPicture.h"
 #include "media_client/MediaRequest.h"
 
@@ -14,15 +16,15 @@
 #include <QString>
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <variant>
 
 namespace ostrelle {
 
 /// Pictures of files and of copied bytes, decoded by helper processes that can do nothing else. Nothing blocks: files
-/// are opened on other threads, helpers are waited for by their sockets, everything has a deadline. A few helpers run,
-/// for as long as there is work and a few seconds more. Of what waits, the request made (or raised) last comes first.
+/// are opened on other threads, helpers are waited for by their sockets, everything has a deadline. At most two helpers
+/// run, for as long as there is work and a few seconds more. Of what waits, the request made (or raised) last comes
+/// first.
 ///
 /// Main thread. An answer comes from the event loop, never from within the call; exactly once, unless its handle went
 /// away, or the client.
@@ -53,11 +55,14 @@ public:
         QString thumbnails; ///< the desktop's cache of them, AppPaths::thumbnails()
     };
 
-    /// What the running program has.
-    static constexpr int kHelpers = 2;
+    struct Helpers
+    {
+        int most = 2; ///< that run at a time
+        HelperPriority priority = HelperPriority::Usual;
+    };
 
-    /// `helpers` is the most that run at a time.
-    MediaClient(TaskScheduler &scheduler, const Places &places, int helpers = kHelpers, QObject *parent = nullptr);
+    MediaClient(TaskScheduler &scheduler, const Places &places, Helpers helpers, QObject *parent = nullptr);
+    MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent = nullptr);
     ~MediaClient() override;
 
     /// A picture of the file at an absolute path: of images the image, of video a frame, of audio the cover, of
@@ -84,20 +89,19 @@ public:
 
 private:
     friend class MediaRequest;
-    enum class Stage { Waiting, Admitting, Ready, Running };
-    struct Job;
-    using Deliver = std::function<void(HelperReply &reply)>;
 
-    MediaRequest add(Job job);
+    MediaRequest add(MediaJob job);
     void drop(quint64 number);
     void raise(quint64 number);
-    bool isPending(quint64 number) const;
+    bool isPending(quint64 number);
 
+    void startSoon();
     void startMore();
-    Job *foremost(Stage stage);
+    bool start(MediaJob &job);
+    void admitMore(HelperKind kind);
     void takeAdmitted(quint64 number, AdmittedFile file);
     void takeReply(quint64 number, HelperReply reply);
-    void remember(Job &job, const HelperReply &reply);
+    void remember(MediaJob &job, const HelperReply &reply);
     void finish(quint64 number, HelperReply reply);
 
     TaskScheduler &m_scheduler;
@@ -106,10 +110,7 @@ private:
     HelperPool m_helpers;
     /// Writes the cache.
     SerialQueue m_writer;
-    std::map<quint64, Job> m_jobs;
-    quint64 m_lastNumber = 0;
-    quint64 m_lastTurn = 0;
-    int m_admitting = 0;
+    JobQueue m_jobs;
     Task m_start;
 };
 

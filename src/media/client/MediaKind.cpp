@@ -18,10 +18,14 @@ constexpr std::array kMoreAudio{"caf"_L1, "bwf"_L1,  "rf64"_L1, "w64"_L1, "wave"
 constexpr std::array kMoreImages{"hdr"_L1, "rgbe"_L1, "pam"_L1, "pfm"_L1, "jfif"_L1, "apng"_L1, "psb"_L1, "jpx"_L1,
                                  "3fr"_L1, "erf"_L1,  "iiq"_L1, "mef"_L1, "mos"_L1,  "rwl"_L1,  "srw"_L1};
 
-template <typename Endings>
-bool holds(const Endings &endings, const QString &ending)
+/// Filed under audio, but only texts that say where sound is.
+constexpr std::array kPlaylists{"audio/x-mpegurl"_L1, "audio/x-scpls"_L1, "audio/x-ms-asx"_L1, "audio/x-iriver-pla"_L1,
+                                "audio/x-amzxml"_L1};
+
+template <typename Words>
+bool holds(const Words &words, const QString &word)
 {
-    return std::find(endings.begin(), endings.end(), ending) != endings.end();
+    return std::find(words.begin(), words.end(), word) != words.end();
 }
 
 } // namespace
@@ -33,6 +37,8 @@ NamedKind namedKind(const QString &name)
     const auto isOf = [&types](QLatin1StringView family) {
         return std::any_of(types.begin(), types.end(), [&](const QString &each) { return each.startsWith(family); });
     };
+    if (holds(kPlaylists, type.name()))
+        return NamedKind::Other;
     if (isOf("image/"_L1))
         return NamedKind::Image;
     if (isOf("audio/"_L1))

@@ -28,8 +28,10 @@ public:
     unsigned take(unsigned count)
     {
         unsigned value = 0;
-        for (; count > 0; --count, ++m_at)
-            value = value << 1U | (m_at < 8 * m_bytes.size() ? m_bytes[m_at / 8] >> (7 - m_at % 8) & 1U : 0U);
+        for (; count > 0; --count, ++m_at) {
+            const unsigned byte = m_at < 8 * m_bytes.size() ? m_bytes[m_at / 8] : 0;
+            value = value << 1U | (byte >> (7 - m_at % 8) & 1U);
+        }
         return value;
     }
 

@@ -94,7 +94,7 @@ CommandAnswer answerAudioInfo(ByteSource &source, const AudioFactsTable &table)
         return failure(mayDecline ? HelperStatus::Declined : HelperStatus::Unsupported);
     PartialSource sound(metered, file.begin, metered.size());
     auto facts = row->facts(sound);
-    if (!facts)
+    if (!facts || metered.isExhausted())
         return failure(mayDecline ? HelperStatus::Declined : refusal);
     if (facts->duration > static_cast<double>(source.size()) * 8 / kLeastBitsPerSecond)
         facts->duration = 0;

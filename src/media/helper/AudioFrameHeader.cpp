@@ -1,5 +1,6 @@
 #include "media_helper/AudioFrameHeader.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ostrelle {
@@ -84,6 +85,26 @@ bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readH
     const auto rest = head.subspan(first->byteSize);
     const auto second = readHeader(rest);
     return rest.size() < kFrameHeaderBytes || (second && second->signature == first->signature);
+}
+
+bool endsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader)
+{
+    // Tables in programs have rows that look like two or three of them.
+    constexpr int kLeastFrames = 3;
+    for (; head.size() > kFrameHeaderBytes; head = head.subspan(1)) {
+        auto header = readHeader(head);
+        const std::uint32_t signature = header ? header->signature : 0;
+        std::size_t at = 0;
+        int frames = 0;
+        while (header && header->signature == signature && at + kFrameHeaderBytes < head.size()) {
+            at += header->byteSize;
+            header = readHeader(head.subspan(std::min(at, head.size())));
+            ++frames;
+        }
+        if (frames >= kLeastFrames && at + kFrameHeaderBytes >= head.size())
+            return true;
+    }
+    return false;
 }
 
 } // namespace ostrelle

@@ -34,4 +34,7 @@ unsigned aacSampleRate(unsigned index);
 /// Whether `head` begins with a frame that is followed by another one of the same stream, as far as `head` reaches.
 bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader);
 
+/// Whether `head` is a piece of a stream: from one place on nothing but frames, at least three.
+bool endsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader);
+
 } // namespace ostrelle

@@ -7,6 +7,9 @@
 namespace ostrelle {
 namespace {
 
+/// Of a stream that frames are. In other files there may be bytes that look like a few.
+constexpr double kLeastShare = 0.5;
+
 AudioFacts factsOf(const AudioFrameHeader &header)
 {
     AudioFacts facts;
@@ -58,8 +61,10 @@ std::optional<AudioFacts> readMpegFacts(ByteSource &source)
         return facts;
     }
     const std::uint64_t begin = first->offset + (counted ? first->header.byteSize : 0);
-    if (const auto scan = scanFrames(stream, begin, first->header, readMpegFrameHeader))
-        addScanned(facts, *scan, first->header);
+    const auto scan = scanFrames(stream, begin, first->header, readMpegFrameHeader);
+    if (!scan || scan->share < kLeastShare)
+        return std::nullopt;
+    addScanned(facts, *scan, first->header);
     return facts;
 }
 
@@ -71,8 +76,10 @@ std::optional<AudioFacts> readAdtsFacts(ByteSource &source)
     if (!first || first->header.channels == 0)
         return std::nullopt;
     AudioFacts facts = factsOf(first->header);
-    if (const auto scan = scanFrames(stream, first->offset, first->header, readAdtsFrameHeader))
-        addScanned(facts, *scan, first->header);
+    const auto scan = scanFrames(stream, first->offset, first->header, readAdtsFrameHeader);
+    if (!scan || scan->share < kLeastShare)
+        return std::nullopt;
+    addScanned(facts, *scan, first->header);
     return facts;
 }
 

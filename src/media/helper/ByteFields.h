@@ -27,6 +27,15 @@ inline std::uint64_t littleEndian(ByteSpan bytes)
     return value;
 }
 
+/// Of seven bits a byte, as in ID3v2.
+inline std::uint64_t syncSafeNumber(ByteSpan bytes)
+{
+    std::uint64_t value = 0;
+    for (const std::uint8_t byte : bytes)
+        value = value << 7U | (byte & 0x7fU);
+    return value;
+}
+
 inline std::string_view asText(ByteSpan bytes)
 {
     return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};

@@ -2,6 +2,7 @@
 #include "media_helper/FontFolders.h"
 #include "media_helper/HelperService.h"
 #include "media_helper/ImageCommand.h"
+#include "media_helper/TempoCommand.h"
 
 #include <array>
 
@@ -62,6 +63,22 @@ constexpr std::array kSounds{
 };
 
 constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Refuse, 32U << 20U};
+constexpr std::array kAudio{
+    AudioRow{FileKind::OtherMedia, openMediaAudio},
+    AudioRow{FileKind::Mp4Audio, openMediaAudio},
+    AudioRow{FileKind::Aac, openMediaAudio},
+    AudioRow{FileKind::Speex, openMediaAudio},
+    AudioRow{FileKind::Unknown, openMediaAudio},
+    // Of these the light helper declines what its libraries do not know.
+    AudioRow{FileKind::Wav, openMediaAudio},
+    AudioRow{FileKind::Aiff, openMediaAudio},
+    AudioRow{FileKind::Caf, openMediaAudio},
+    AudioRow{FileKind::Mp3, openMediaAudio},
+    AudioRow{FileKind::Flac, openMediaAudio},
+    AudioRow{FileKind::OggAudio, openMediaAudio},
+};
+
+constexpr AudioTable kHeard{kAudio, UnknownKinds::Refuse};
 
 } // namespace
 
@@ -84,6 +101,7 @@ int main()
          }},
         {HelperCommand::AudioInfo,
          [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
+        {HelperCommand::Tempo, [](ByteSource &source, const HelperRequest &) { return answerTempo(source, kHeard); }},
     };
     return serveFiles(limits, commands);
 }

@@ -168,6 +168,11 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
         return FileKind::Pnm;
     if (isTransportStream(text))
         return FileKind::OtherMedia;
+    // Cut out of a longer one.
+    if (endsWithFrames(head, readMpegFrameHeader))
+        return FileKind::Mp3;
+    if (endsWithFrames(head, readAdtsFrameHeader))
+        return FileKind::Aac;
     return FileKind::Unknown;
 }
 

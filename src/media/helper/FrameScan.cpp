@@ -38,7 +38,8 @@ public:
     }
 
     double frames() const { return static_cast<double>(m_frames); }
-    double bytesPerFrame() const { return m_frames > 0 ? static_cast<double>(m_bytes) / frames() : 0; }
+    double bytes() const { return static_cast<double>(m_bytes); }
+    double bytesPerFrame() const { return m_frames > 0 ? bytes() / frames() : 0; }
     unsigned bitRate() const { return m_leastBitRate == m_mostBitRate ? m_mostBitRate : 0; }
 
 private:
@@ -79,15 +80,18 @@ std::optional<FrameScan> scanFrames(ByteSource &source, std::uint64_t begin, con
     const bool isWhole = size <= kReadWhole;
     Totals totals(model, readHeader);
     std::vector<std::uint8_t> bytes;
+    std::uint64_t looked = 0;
     const std::size_t parts = isWhole ? 1 : kParts;
     for (std::size_t part = 0; part < parts; ++part) {
         bytes.resize(isWhole ? size : kPartSize + kLongestFrame);
         bytes.resize(source.readAt(begin + size / parts * part, bytes));
         totals.add(bytes, isWhole ? size : kPartSize);
+        looked += std::min<std::uint64_t>(bytes.size(), isWhole ? size : kPartSize);
     }
     if (totals.frames() == 0)
         return std::nullopt;
-    FrameScan scan{totals.frames(), totals.bytesPerFrame(), totals.bitRate()};
+    FrameScan scan{totals.frames(), totals.bytesPerFrame(), totals.bitRate(),
+                   totals.bytes() / static_cast<double>(looked)};
     // Of frames of one bit rate every few are a byte longer, so that the mean is exact.
     if (scan.bitRate > 0)
         scan.bytesPerFrame = static_cast<double>(model.samples) / 8 * scan.bitRate / model.sampleRate;

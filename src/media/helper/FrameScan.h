@@ -12,6 +12,7 @@ struct FrameScan
     double bytesPerFrame = 0;
     /// All frames have one: bits per second; 0 when they differ, or do not say.
     unsigned bitRate = 0;
+    double share = 0; ///< of the bytes that were looked at: 1 when there is nothing but frames
 };
 
 /// A frame found in a stream.

@@ -25,20 +25,12 @@ constexpr std::uint64_t kLongestTempoFrame = 1024;
 /// Of a tag whose frames cannot be told apart before all of it was read.
 constexpr std::uint64_t kReadOfUnsynchronised = 1U << 20U;
 
-std::uint64_t syncSafe(ByteSpan bytes)
-{
-    std::uint64_t value = 0;
-    for (const std::uint8_t byte : bytes)
-        value = value << 7U | (byte & 0x7fU);
-    return value;
-}
-
 struct TagHeader
 {
     std::array<std::uint8_t, kTagHeader> bytes{};
     unsigned version() const { return bytes[3]; }
     bool has(unsigned flag) const { return (bytes[5] & flag) != 0; }
-    std::uint64_t bodySize() const { return syncSafe(ByteSpan(bytes).subspan(6, 4)); }
+    std::uint64_t bodySize() const { return syncSafeNumber(ByteSpan(bytes).subspan(6, 4)); }
 };
 
 std::optional<TagHeader> tagHeaderAt(ByteSource &source, std::uint64_t offset)
@@ -90,7 +82,7 @@ private:
         std::array<std::uint8_t, 4> size{};
         if (m_isOld || !m_header.has(kHasExtendedHeader) || !readWhole(m_body, 0, size))
             return 0;
-        return m_header.version() == 3 ? 4 + bigEndian(size) : syncSafe(size);
+        return m_header.version() == 3 ? 4 + bigEndian(size) : syncSafeNumber(size);
     }
 
     std::string_view identifier(ByteSpan head) const { return asText(head.first(m_isOld ? 3 : 4)); }
@@ -108,7 +100,7 @@ private:
             return bigEndian(bytes);
         // Some programs write plain numbers where seven bits of each byte should be used.
         const std::uint64_t plain = bigEndian(bytes);
-        const std::uint64_t safe = syncSafe(bytes);
+        const std::uint64_t safe = syncSafeNumber(bytes);
         return plain != safe && !isFrameAt(at + m_frameHeader + safe) && isFrameAt(at + m_frameHeader + plain) ? plain
                                                                                                                : safe;
     }

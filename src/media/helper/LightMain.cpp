@@ -30,10 +30,8 @@ constexpr std::array kImageReaders{
 };
 
 constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};
+/// The sound helper knows those that are not compressed.
 constexpr std::array kSounds{
-    AudioFactsRow{FileKind::Wav, readPcmFacts, readWavTempo},
-    AudioFactsRow{FileKind::Aiff, readPcmFacts, readAiffTempo},
-    AudioFactsRow{FileKind::Caf, readPcmFacts},
     AudioFactsRow{FileKind::Mp3, readMpegFacts},
     AudioFactsRow{FileKind::Aac, readAdtsFacts},
     AudioFactsRow{FileKind::Flac, readFlacFacts},
@@ -45,7 +43,6 @@ constexpr std::array kSounds{
 };
 
 constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Decline, 4U << 20U};
-
 } // namespace
 
 int main()

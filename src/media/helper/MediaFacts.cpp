@@ -58,12 +58,22 @@ double secondsOf(const AVFormatContext &format, const AVStream *stream)
     return stream && stream->duration > 0 ? static_cast<double>(stream->duration) * av_q2d(stream->time_base) : 0;
 }
 
+bool isSingleBit(AVCodecID codec)
+{
+    return codec >= AV_CODEC_ID_DSD_LSBF && codec <= AV_CODEC_ID_DSD_MSBF_PLANAR;
+}
+
 void addStream(AudioFacts &facts, const AVStream &stream)
 {
     const AVCodecParameters &codec = *stream.codecpar;
     facts.sampleRate = codec.sample_rate;
     facts.channels = codec.ch_layout.nb_channels;
     facts.bitDepth = bitDepthOf(codec);
+    // FFmpeg counts eight samples of one bit as one.
+    if (isSingleBit(codec.codec_id)) {
+        facts.sampleRate = 8.0 * codec.sample_rate;
+        facts.bitDepth = 1;
+    }
     facts.bitRate = bitRateOf(stream);
     if (!facts.bitRate && facts.bitDepth)
         facts.bitRate = *facts.sampleRate * *facts.channels * *facts.bitDepth;

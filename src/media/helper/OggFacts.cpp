@@ -25,6 +25,7 @@ struct Page
     std::uint64_t size = 0;
     std::int64_t position = 0; ///< of the last sample that ends in it; -1 when none does
     std::uint32_t serial = 0;
+    int packets = 0; ///< that end in it
 };
 
 std::optional<Page> pageAt(ByteSource &source, std::uint64_t offset)
@@ -39,8 +40,10 @@ std::optional<Page> pageAt(ByteSource &source, std::uint64_t offset)
     Page page;
     page.offset = offset;
     page.size = kPageHeader + segments.size();
-    for (const std::uint8_t length : segments)
+    for (const std::uint8_t length : segments) {
         page.size += length;
+        page.packets += length < 255 ? 1 : 0;
+    }
     page.position = static_cast<std::int64_t>(littleEndian(ByteSpan(header).subspan(6, 8)));
     page.serial = static_cast<std::uint32_t>(littleEndian(ByteSpan(header).subspan(14, 4)));
     return page.size <= source.size() - offset ? std::optional(page) : std::nullopt;
@@ -64,19 +67,29 @@ std::optional<Page> lastPage(ByteSource &source, std::uint32_t serial)
     return std::nullopt;
 }
 
-/// The position from which the stream counts.
-std::int64_t firstPosition(ByteSource &source, std::uint32_t serial)
+/// The first page of a stream at `offset` or behind it in which a sample ends.
+std::optional<Page> nextPage(ByteSource &source, std::uint64_t offset, std::uint32_t serial)
 {
-    std::uint64_t offset = 0;
     for (int pages = 0; pages < kMostHeaderPages; ++pages) {
         const auto page = pageAt(source, offset);
-        if (!page)
-            break;
-        if (page->serial == serial && page->position > 0)
-            return page->position > kLongestPageInSamples ? page->position : 0;
+        if (!page || (page->serial == serial && page->position > 0 && page->packets > 0))
+            return page;
         offset += page->size;
     }
-    return 0;
+    return std::nullopt;
+}
+
+/// The position from which the stream counts. Its first page tells where its packets end; how long they are is
+/// concluded from the second one.
+std::int64_t firstPosition(ByteSource &source, std::uint32_t serial)
+{
+    const auto first = nextPage(source, 0, serial);
+    if (!first || first->position <= kLongestPageInSamples)
+        return 0;
+    const auto second = nextPage(source, first->offset + first->size, serial);
+    if (!second || second->position < first->position)
+        return first->position;
+    return first->position - (second->position - first->position) / second->packets * first->packets;
 }
 
 struct Stream

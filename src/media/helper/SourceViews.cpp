@@ -21,10 +21,9 @@ std::size_t PartialSource::readAt(std::uint64_t offset, std::span<std::uint8_t> 
 std::size_t MeteredSource::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer)
 {
     const std::uint64_t jump = offset == m_position ? 0 : kJumpCost;
-    if (m_budget < jump + buffer.size()) {
-        m_budget = 0;
+    m_isExhausted = m_isExhausted || m_budget < jump + buffer.size();
+    if (m_isExhausted)
         return 0;
-    }
     const std::size_t count = m_whole.readAt(offset, buffer);
     m_budget -= jump + count;
     m_position = offset + count;

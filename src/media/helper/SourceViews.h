@@ -33,10 +33,13 @@ public:
     }
     std::uint64_t size() const override { return m_whole.size(); }
     std::size_t readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) override;
+    /// Whether more was wanted: what was made of the rest may be wrong.
+    bool isExhausted() const { return m_isExhausted; }
 
 private:
     ByteSource &m_whole;
     std::uint64_t m_budget;
+    bool m_isExhausted = false;
     std::uint64_t m_position = 0;
 };
 

@@ -38,7 +38,7 @@ std::uint64_t appendedId3Size(ByteSource &source, std::uint64_t end)
     const auto footer = lastBytes<kId3Footer>(source, end);
     if (asText(footer).substr(0, 3) != "3DI")
         return 0;
-    const std::uint64_t size = 2 * kId3Footer + (footer[6] << 21U | footer[7] << 14U | footer[8] << 7U | footer[9]);
+    const std::uint64_t size = 2 * kId3Footer + syncSafeNumber(ByteSpan(footer).subspan(6));
     return size <= end && id3TagSize(source, end - size) == size ? size : 0;
 }
 

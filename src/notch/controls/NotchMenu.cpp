@@ -2,6 +2,9 @@
 
 #include "notch/PopupStyle.h"
 
+#include <QAction>
+#include <QStyleOptionMenuItem>
+
 namespace ostrelle {
 namespace {
 
@@ -14,11 +17,32 @@ NotchMenu::NotchMenu(const NotchAppearance &appearance, QWidget *parent)
 {
     setToolTipsVisible(true);
     const auto apply = [this, &appearance] {
+        QPalette colors = palette();
+        colors.setColor(QPalette::ButtonText, menuTextColor(appearance));
+        setPalette(colors);
+        m_warning = menuWarningColor(appearance);
         setFont(Theme::font(FontRole::Body));
         setStyleSheet(menuStyleSheet(appearance));
     };
     connect(&appearance, &NotchAppearance::changed, this, apply);
     apply();
+}
+
+void NotchMenu::addEntry(const QString &text, const QObject *context, const std::function<void()> &action,
+                         Purpose purpose)
+{
+    const QAction *entry = addAction(text);
+    connect(entry, &QAction::triggered, context, action, Qt::QueuedConnection);
+    if (purpose == Purpose::Destructive)
+        m_destructive.append(entry);
+}
+
+void NotchMenu::initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const
+{
+    QMenu::initStyleOption(option, action);
+    // On the ground of the selected one it would not be read.
+    if (m_destructive.contains(action) && !option->state.testFlag(QStyle::State_Selected))
+        option->palette.setColor(QPalette::ButtonText, m_warning);
 }
 
 void NotchMenu::resizeEvent(QResizeEvent *event)

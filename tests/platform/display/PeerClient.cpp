@@ -6,6 +6,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 
 #include <xcb/shape.h>
@@ -129,7 +130,12 @@ xcb_window_t PeerClient::open(const QRect &frame, Kind kind, const QByteArray &n
     const QByteArray windowClass = name + '\0' + name + '\0';
     xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(windowClass.size()), windowClass.constData());
-    if (kind == Kind::Managed) {
+    if (kind == Kind::Dialog) {
+        const xcb_atom_t dialog = atom("_NET_WM_WINDOW_TYPE_DIALOG");
+        xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1,
+                            &dialog);
+    }
+    if (kind != Kind::OverrideRedirect) {
         m_managed.append(window);
     }
     xcb_map_window(xcb(), window);
@@ -296,6 +302,26 @@ bool PeerClient::hasProperty(xcb_window_t window, const char *property)
     const auto cookie = xcb_get_property(xcb(), 0, window, atom(property), XCB_ATOM_ANY, 0, 0);
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb(), cookie, nullptr));
     return reply && reply->type != XCB_ATOM_NONE;
+}
+
+xcb_window_t PeerClient::topLevel(xcb_window_t window)
+{
+    for (;;) {
+        const XcbReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), window), nullptr));
+        if (!tree || tree->parent == root()) {
+            return window;
+        }
+        window = tree->parent;
+    }
+}
+
+bool PeerClient::isAbove(xcb_window_t one, xcb_window_t other)
+{
+    const XcbReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), root()), nullptr));
+    const xcb_window_t *bottom = xcb_query_tree_children(tree.get());
+    const xcb_window_t *end = bottom + xcb_query_tree_children_length(tree.get());
+    return std::find(bottom, end, topLevel(one)) > std::find(bottom, end, topLevel(other));
 }
 
 QRect PeerClient::boundingExtents(xcb_window_t window)

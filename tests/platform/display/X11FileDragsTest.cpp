@@ -45,6 +45,7 @@ private Q_SLOTS:
     void takesOnlySoMuch_data();
     void takesOnlySoMuch();
     void refusesWhatHasNoFiles();
+    void aToolkitsSourceUnderstandsARefusal();
     void tellsTheSourceWhenTheAnswerChanges();
 
 private:
@@ -230,6 +231,19 @@ void X11FileDragsTest::refusesWhatHasNoFiles()
     QVERIFY(source.says("left"));
     QCOMPARE(desktop.entered, 0);
     takesTheNextDrag(desktop);
+}
+
+void X11FileDragsTest::aToolkitsSourceUnderstandsARefusal()
+{
+    DragDesktop desktop;
+    desktop.isAccepting = false;
+    OtherProgram source(QStringLiteral("toolkit-drags"), options("source file:///tmp/file"));
+    desktop.pickUp(source);
+    desktop.moveOverPanel();
+    desktop.moveAround(QPoint(950, 40), "the list is read", [&] { return !desktop.known.isEmpty(); });
+    desktop.letGo();
+    QVERIFY(source.says("ended none"));
+    QCOMPARE(desktop.dropped, QList<QStringList>());
 }
 
 void X11FileDragsTest::tellsTheSourceWhenTheAnswerChanges()

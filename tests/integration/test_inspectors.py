@@ -1,0 +1,123 @@
+"""Files of other programs shown by the inspectors: over their landing zones, inside their tools, and such as are none."""
+import json
+import os
+import subprocess
+import unittest
+
+from harness.desktop import Desktop
+from harness.drag import DragSource, uri
+from harness.peer import paste, xclip
+from harness.program import Program
+from harness.waiting import holds_for, wait_until
+from harness.wire import Wire
+
+MIDDLE = 640
+CAUGHT = (MIDDLE, 300)
+INSIDE = (MIDDLE, 190)
+
+
+class Inspectors(unittest.TestCase):
+    def setUp(self):
+        self.desktop = Desktop(1280, 800)
+        self.addCleanup(self.desktop.close)
+        self.files = self.desktop.folder / "files"
+        self.files.mkdir()
+        subprocess.run(["convert", "-size", "40x30", "xc:red", "-depth", "8", self.files / "picture.png"], check=True)
+        subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "sine=220:duration=2", "-metadata", "TBPM=128",
+                        self.files / "horn.mp3"], check=True)
+        (self.files / "notes.txt").write_text("Rail, quay, horn.\n")
+        (self.files / "empty.png").touch()
+        os.mkfifo(self.files / "pipe.png")
+        self.program = Program(self.desktop)
+        self.addCleanup(self.program.kill)
+        self.wire = Wire(self.program)
+
+    def tearDown(self):
+        self.wire.close()
+        if self.program.process.poll() is None:
+            self.program.stop()
+
+    def pick_up(self, name):
+        source = DragSource(self.desktop, "gtk", uri(self.files / name))
+        self.addCleanup(source.end)
+        source.pick_up()
+        return source
+
+    def count(self, tool):
+        return self.wire.status()["counts"][tool]
+
+    def drop_on_zone(self, name, tool):
+        source = self.pick_up(name)
+        wait_until(lambda: self.wire.status()["dragCatchArmed"], "the catch is armed", 5)
+        source.move(*CAUGHT)
+        zone = wait_until(lambda: self.wire.status()["dropZones"].get(tool), f"the zone of {tool}", 5)
+        source.move(zone["x"] + zone["width"] / 2, zone["y"] + zone["height"] / 2)
+        self.program.hear()
+        source.let_go()
+
+    def drop_inside(self, name):
+        source = self.pick_up(name)
+        source.move(*INSIDE)
+        self.program.hear()
+        source.let_go()
+
+    def facts(self):
+        """As the menu of the header copies them."""
+        xclip(self.desktop, b"nothing")
+        self.desktop.click(MIDDLE + 60, 24 + 22, button=3)
+        self.desktop.key("Down", "Return")
+        wait_until(lambda: paste(self.desktop) != b"nothing", "the facts are copied")
+        return dict(line.split("\t") for line in paste(self.desktop).decode().splitlines())
+
+    def test_what_is_let_go_over_its_zone_is_shown(self):
+        self.drop_on_zone("picture.png", "imageInfo")
+        wait_until(lambda: self.count("imageInfo") == 1, "the picture is shown", 5)
+        self.assertEqual(self.wire.status()["selection"], "imageInfo")
+        self.assertEqual(self.facts()["Dimensions"], "40 × 30")
+        self.program.call("close")
+        self.program.wait_phase("idle")
+        self.drop_on_zone("horn.mp3", "audioInfo")
+        wait_until(lambda: self.count("audioInfo") == 1, "the sound is shown", 5)
+        self.assertEqual(self.wire.status()["selection"], "audioInfo")
+        self.assertEqual(self.facts()["Tempo"], "128 BPM")
+        # They are remembered.
+        self.wire.close()
+        self.program.stop()
+        self.program.start()
+        self.wire = Wire(self.program)
+        self.assertEqual((self.count("imageInfo"), self.count("audioInfo")), (1, 1))
+
+    def test_an_open_tool_keeps_its_file_when_another_is_refused(self):
+        self.program.call("open", "imageInfo")
+        self.program.wait_phase("expanded")
+        self.drop_inside("picture.png")
+        wait_until(lambda: self.count("imageInfo") == 1, "the picture is shown", 5)
+        for name in ("notes.txt", "empty.png", "pipe.png"):
+            with self.subTest(name):
+                self.drop_inside(name)
+                holds_for(lambda: self.count("imageInfo") == 1, f"{name} is not kept", 0.5)
+                self.assertEqual(self.facts()["Dimensions"], "40 × 30")
+        self.assertEqual(self.wire.status()["phase"], "expanded")
+
+    def test_keys_forget_and_bring_back(self):
+        self.program.call("open", "imageInfo")
+        wait_until(lambda: self.wire.status()["hasFocus"], "the panel has the keyboard")
+        self.drop_inside("picture.png")
+        wait_until(lambda: self.count("imageInfo") == 1, "the picture is shown", 5)
+        wait_until(lambda: self.wire.status()["hasFocus"], "the panel has the keyboard")
+
+        def is_forgotten():
+            self.desktop.key("Tab", "Delete")
+            return self.count("imageInfo") == 0
+
+        wait_until(is_forgotten, "the file is forgotten")
+        self.desktop.key("ctrl+z")
+        wait_until(lambda: self.count("imageInfo") == 1, "it is back")
+        defaults = json.loads((self.desktop.home / "config" / "Ostrelle" / "defaults.json").read_text())
+        self.assertIn("$data", defaults["imageInfo.recents"])
+        self.desktop.key("Escape")
+        wait_until(lambda: self.wire.status()["selection"] is None, "back on the selector")
+
+
+if __name__ == "__main__":
+    unittest.main()
