@@ -6,7 +6,7 @@ import unittest
 
 from harness.desktop import Desktop
 from harness.drag import DragSource, uri
-from harness.peer import paste, xclip
+from harness.inspector import copied_facts
 from harness.program import Program
 from harness.waiting import holds_for, wait_until
 from harness.wire import Wire
@@ -62,12 +62,7 @@ class Inspectors(unittest.TestCase):
         source.let_go()
 
     def facts(self):
-        """As the menu of the header copies them."""
-        xclip(self.desktop, b"nothing")
-        self.desktop.click(MIDDLE + 60, 24 + 22, button=3)
-        self.desktop.key("Down", "Return")
-        wait_until(lambda: paste(self.desktop) != b"nothing", "the facts are copied")
-        return dict(line.split("\t") for line in paste(self.desktop).decode().splitlines())
+        return copied_facts(self.desktop, MIDDLE + 60, 24 + 22)
 
     def test_what_is_let_go_over_its_zone_is_shown(self):
         self.drop_on_zone("picture.png", "imageInfo")

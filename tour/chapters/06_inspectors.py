@@ -8,7 +8,7 @@ import subprocess
 import time
 
 from harness.drag import DragSource, uri
-from harness.peer import paste, xclip
+from harness.inspector import copied_facts
 from harness.waiting import holds_for, wait_until
 from harness.wire import Wire
 from stage import Stage
@@ -108,13 +108,10 @@ class Tool:
         assert self.count() == len(recents), "the stored files are listed"
 
     def facts(self):
-        """Label to value of the rows, as the menu of the header copies them."""
-        xclip(self.stage.desktop, b"nothing")
-        self.stage.desktop.click(self.stage.middle() + 60, 24 + 22, button=3)
-        self.stage.desktop.key("Down", "Return")
-        wait_until(lambda: paste(self.stage.desktop) != b"nothing", "the facts are copied")
+        """Label to value of the rows."""
+        facts = copied_facts(self.stage.desktop, self.stage.middle() + 60, 24 + 22)
         self.stage.park()
-        return dict(line.split("\t") for line in paste(self.stage.desktop).decode().splitlines())
+        return facts
 
     def click(self, x, y):
         """From the middle of the screen's top edge."""
