@@ -55,8 +55,11 @@ class Inspectors(unittest.TestCase):
         self.program.hear()
         source.let_go()
 
-    def drop_inside(self, name):
+    def drop_inside(self, name, tool="imageInfo"):
         source = self.pick_up(name)
+        # Afterwards: the press that picks up is one outside, which closes the panel.
+        self.program.call("open", tool)
+        self.program.wait_phase("expanded")
         source.move(*INSIDE)
         self.program.hear()
         source.let_go()
@@ -83,8 +86,6 @@ class Inspectors(unittest.TestCase):
         self.assertEqual((self.count("imageInfo"), self.count("audioInfo")), (1, 1))
 
     def test_an_open_tool_keeps_its_file_when_another_is_refused(self):
-        self.program.call("open", "imageInfo")
-        self.program.wait_phase("expanded")
         self.drop_inside("picture.png")
         wait_until(lambda: self.count("imageInfo") == 1, "the picture is shown", 5)
         for name in ("notes.txt", "empty.png", "pipe.png"):
@@ -95,8 +96,6 @@ class Inspectors(unittest.TestCase):
         self.assertEqual(self.wire.status()["phase"], "expanded")
 
     def test_keys_forget_and_bring_back(self):
-        self.program.call("open", "imageInfo")
-        wait_until(lambda: self.wire.status()["hasFocus"], "the panel has the keyboard")
         self.drop_inside("picture.png")
         wait_until(lambda: self.count("imageInfo") == 1, "the picture is shown", 5)
         wait_until(lambda: self.wire.status()["hasFocus"], "the panel has the keyboard")
