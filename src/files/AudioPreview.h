@@ -24,6 +24,19 @@ public:
     virtual void stop(const QString &path) = 0;
     /// Stops, whatever is being played.
     virtual void stop() = 0;
+
+    /// Where in the file it plays, seconds; 0 when nothing is being played.
+    virtual double position() const = 0;
+    virtual QBindable<double> bindablePosition() = 0;
+    /// Of what is being played, seconds; 0 while it is unknown.
+    virtual double length() const = 0;
+    virtual QBindable<double> bindableLength() = 0;
+    /// Goes on playing from there, as far as the file reaches; nothing when nothing is being played.
+    virtual void seek(double seconds) = 0;
+
+Q_SIGNALS:
+    /// The file could not be played, or not to its end.
+    void failed(const QString &path);
 };
 
 } // namespace ostrelle

@@ -6,19 +6,6 @@
 #include <QPointer>
 
 namespace ostrelle {
-namespace {
-
-struct Pending final : ThumbnailRequest::Entry
-{
-    explicit Pending(MediaRequest of)
-        : request(std::move(of))
-    {
-    }
-    MediaRequest request;
-};
-
-} // namespace
-
 MediaThumbnailSource::MediaThumbnailSource(MediaClient &client)
     : m_client(client)
 {
@@ -27,13 +14,13 @@ MediaThumbnailSource::MediaThumbnailSource(MediaClient &client)
 ThumbnailRequest MediaThumbnailSource::request(const QString &path, int pixelSize, QObject *context,
                                                std::function<void(QImage)> answer)
 {
-    return ThumbnailRequest(std::make_unique<Pending>(m_client.thumbnail(
+    return ThumbnailRequest::holding(m_client.thumbnail(
         path, pixelSize, MediaClient::CacheUse::ReadAndFill,
         [guard = QPointer<QObject>(context), answer = std::move(answer)](const PictureResult &result) {
             const auto *picture = std::get_if<MediaPicture>(&result);
             if (guard)
                 answer(picture ? imageOf(*picture) : QImage());
-        })));
+        }));
 }
 
 } // namespace ostrelle

@@ -19,9 +19,16 @@ public:
     void toggle(const QString &) override {}
     void stop(const QString &) override {}
     void stop() override {}
+    double position() const override { return 0; }
+    QBindable<double> bindablePosition() override { return &m_position; }
+    double length() const override { return 0; }
+    QBindable<double> bindableLength() override { return &m_length; }
+    void seek(double) override {}
 
 private:
     QProperty<QString> m_playingPath;
+    QProperty<double> m_position{0};
+    QProperty<double> m_length{0};
 };
 
 } // namespace ostrelle

@@ -1,39 +1,17 @@
 #pragma once
 
+#include "foundation/RequestHandle.h"
+
 #include <QImage>
 #include <QString>
 
 #include <functional>
-#include <memory>
-#include <utility>
 
 class QObject;
 
 namespace ostrelle {
 
-/// Handle of one requested thumbnail. Owning it keeps the request alive; after cancel(), destruction, or assignment of
-/// another request nothing of the old one is called. Cancelling twice is fine. Main thread.
-class [[nodiscard]] ThumbnailRequest
-{
-public:
-    /// What a source keeps per request; its destruction cancels.
-    class Entry
-    {
-    public:
-        virtual ~Entry() = default;
-    };
-
-    ThumbnailRequest() = default;
-    explicit ThumbnailRequest(std::unique_ptr<Entry> entry)
-        : m_entry(std::move(entry))
-    {
-    }
-
-    void cancel() { m_entry.reset(); }
-
-private:
-    std::unique_ptr<Entry> m_entry;
-};
+using ThumbnailRequest = RequestHandle;
 
 /// Makes small pictures of what files hold, outside this process. Main thread; nothing here waits.
 class ThumbnailSource
