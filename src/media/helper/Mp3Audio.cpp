@@ -11,7 +11,8 @@ namespace {
 
 /// How far a frame is looked for where there is none.
 constexpr long kResyncBytes = 256 * 1024;
-/// How many frames are decoded before a place that is gone to: at low rates a frame lives on what eleven before it left.
+/// How many frames are decoded before a place that is gone to: at low rates a frame lives on what eleven before it
+/// left.
 constexpr long kPreparingFrames = 12;
 /// How many frames tell whether the bit rate varies.
 constexpr int kProbedFrames = 40;
