@@ -20,6 +20,7 @@
 #include "foundation/MakeChild.h"
 #include "foundation/SaveRetry.h"
 #include "foundation/SystemTaskScheduler.h"
+#include "inspectors/AudioPreviewService.h"
 #include "media_client/MediaClient.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
@@ -242,7 +243,12 @@ FilePresence &Services::filePresence()
 
 AudioPreview &Services::audioPreview()
 {
-    return ensure(m_audioPreview, [] { return std::make_unique<NoAudioPreview>(); });
+    return ensure(m_audioPreview, [this]() -> std::unique_ptr<AudioPreview> {
+        const QString helpers = QCoreApplication::applicationDirPath();
+        if (!Playback::isInstalled(helpers))
+            return std::make_unique<NoAudioPreview>();
+        return std::make_unique<AudioPreviewService>(scheduler(), helpers, haptics(), platform().alertSound());
+    });
 }
 
 JsonListStore<ShelfItem> &Services::shelfStore()

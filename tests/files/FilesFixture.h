@@ -4,40 +4,19 @@
 
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
-#include "files/AudioPreview.h"
 #include "files/FilePresence.h"
 #include "foundation/DefaultsDatabase.h"
 #include "notch/NotchController.h"
 #include "notch/NotchViewModel.h"
+#include "support/FakeAudioPreview.h"
 #include "support/FakeClipboardPort.h"
 #include "support/FakePlatform.h"
 #include "support/ManualTaskScheduler.h"
 
-#include <QProperty>
 #include <QTemporaryDir>
 #include <QWidget>
 
 namespace ostrelle {
-
-/// A player that only says what it plays.
-class SilentPreview final : public AudioPreview
-{
-    Q_OBJECT
-public:
-    bool isAvailable() const override { return true; }
-    QString playingPath() const override { return m_playingPath; }
-    QBindable<QString> bindablePlayingPath() override { return &m_playingPath; }
-    void toggle(const QString &path) override { m_playingPath = m_playingPath.value() == path ? QString() : path; }
-    void stop(const QString &path) override
-    {
-        if (m_playingPath.value() == path)
-            stop();
-    }
-    void stop() override { m_playingPath = QString(); }
-
-private:
-    QProperty<QString> m_playingPath;
-};
 
 /// What the file services need: a data folder, files in memory, a clock that only the test moves, a notch.
 struct FilesFixture
@@ -46,7 +25,7 @@ struct FilesFixture
     StandInFiles files;
     ManualTaskScheduler clock;
     FilePresence presence{clock, files.lookUp()};
-    SilentPreview preview;
+    FakeAudioPreview preview;
     DefaultsDatabase database{folder.filePath(QStringLiteral("defaults.json"))};
     SettingsStore settings{database};
     FakeClipboardPort clipboard{clock};
