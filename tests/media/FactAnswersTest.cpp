@@ -1,6 +1,7 @@
 #include "media_client/AudioInfo.h"
 #include "media_client/ByteCount.h"
 #include "media_client/ImageInfo.h"
+#include "media_helper/FactsJson.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void refusesFiguresThatCannotBe_data();
     void refusesFiguresThatCannotBe();
     void namesFilesItself();
+    void answersAreJsonWhateverAFileSays();
 };
 
 void FactAnswersTest::writesAmounts_data()
@@ -137,6 +139,21 @@ void FactAnswersTest::namesFilesItself()
     QCOMPARE(image->format, QString());
     QCOMPARE(image->colorSpace, QStringLiteral("two lines"));
     QVERIFY(!image->hasAlpha);
+}
+
+void FactAnswersTest::answersAreJsonWhateverAFileSays()
+{
+    const std::vector<std::uint8_t> json = factsJson({{"pixelWidth", std::int64_t(2)},
+                                                      {"pixelHeight", std::int64_t(3)},
+                                                      {"dpi", std::numeric_limits<double>::infinity()},
+                                                      {"hasAlpha", true},
+                                                      {"colorSpace", "two\xff \"words\""}});
+    const auto info = imageInfoFromJson(QByteArray(reinterpret_cast<const char *>(json.data()), qsizetype(json.size())),
+                                        QStringLiteral("/m/photo"));
+    QVERIFY(info.has_value());
+    QCOMPARE(info->pixelHeight, 3);
+    QCOMPARE(info->colorSpace, QStringLiteral("two\uFFFD \"words\""));
+    QVERIFY(info->hasAlpha);
 }
 
 OSTRELLE_TEST(FactAnswersTest)

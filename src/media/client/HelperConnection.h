@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/FileDescriptor.h"
+#include "media_client/HelperPriority.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -20,7 +21,8 @@ class HelperConnection : public QObject
     Q_OBJECT
 public:
     /// Starts the process. It gets only those environment variables that every helper needs, and `variables`.
-    HelperConnection(const QString &executable, std::span<const char *const> variables, QObject *parent = nullptr);
+    HelperConnection(const QString &executable, HelperPriority priority, std::span<const char *const> variables,
+                     QObject *parent = nullptr);
     /// Kills it.
     ~HelperConnection() override;
 

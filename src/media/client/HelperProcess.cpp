@@ -34,9 +34,9 @@ bool isSound(const HelperRequest &request, const HelperAnswer &answer)
 
 } // namespace
 
-HelperProcess::HelperProcess(const QString &executable, QObject *parent)
+HelperProcess::HelperProcess(const QString &executable, HelperPriority priority, QObject *parent)
     : QObject(parent)
-    , m_connection(makeChild<HelperConnection>(this, executable, std::span<const char *const>()))
+    , m_connection(makeChild<HelperConnection>(this, executable, priority, std::span<const char *const>()))
 {
     connect(&m_connection, &HelperConnection::readable, this, &HelperProcess::receive);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media_client/HelperPriority.h"
 #include "media_common/HelperProtocol.h"
 
 #include <QByteArray>
@@ -16,7 +17,7 @@ class HelperProcess : public QObject
     Q_OBJECT
 public:
     /// Destroying it kills the process.
-    explicit HelperProcess(const QString &executable, QObject *parent = nullptr);
+    HelperProcess(const QString &executable, HelperPriority priority, QObject *parent = nullptr);
 
     /// Hands it a file, also while it is still starting. False when it cannot be reached any more.
     bool ask(const HelperRequest &request, int file);

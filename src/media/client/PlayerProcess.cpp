@@ -36,7 +36,8 @@ bool isSound(const PlaybackReport &report)
 
 PlayerProcess::PlayerProcess(const QString &executable, QObject *parent)
     : QObject(parent)
-    , m_connection(makeChild<HelperConnection>(this, executable, std::span<const char *const>(kServerVariables)))
+    , m_connection(makeChild<HelperConnection>(this, executable, HelperPriority::Usual,
+                                               std::span<const char *const>(kServerVariables)))
 {
     connect(&m_connection, &HelperConnection::readable, this, &PlayerProcess::receive);
 }

@@ -1,5 +1,6 @@
 #include "media_helper/AudioFrameHeader.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ostrelle {
@@ -40,6 +41,7 @@ std::optional<AudioFrameHeader> readMpegFrameHeader(std::span<const std::uint8_t
     const unsigned bitRate = (isVersion1 ? kBitRatesOfVersion1 : kBitRatesOfVersion2)[layer - 1][bitRateIndex] * 1000U;
     const unsigned padding = bytes[2] >> 1U & 1U;
     AudioFrameHeader header;
+    header.bitRate = bitRate;
     header.sampleRate = kMpegSampleRates[sampleRateIndex] >> (isVersion1 ? 0U : version == 2 ? 1U : 2U);
     header.channels = bytes[3] >> 6U == 3 ? 1 : 2;
     if (layer == 1) {
@@ -58,17 +60,21 @@ std::optional<AudioFrameHeader> readAdtsFrameHeader(std::span<const std::uint8_t
     constexpr unsigned kShortestHeader = 7;
     if (bytes.size() < kShortestHeader || bytes[0] != 0xff || (bytes[1] & 0xf6U) != 0xf0)
         return std::nullopt;
-    const unsigned sampleRateIndex = bytes[2] >> 2U & 15U;
     const unsigned channels = (bytes[2] & 1U) << 2U | bytes[3] >> 6U;
     AudioFrameHeader header;
+    header.sampleRate = aacSampleRate(bytes[2] >> 2U & 15U);
     header.byteSize = (bytes[3] & 3U) << 11U | static_cast<unsigned>(bytes[4]) << 3U | bytes[5] >> 5U;
-    if (sampleRateIndex >= kAacSampleRates.size() || header.byteSize <= kShortestHeader)
+    if (header.sampleRate == 0 || header.byteSize <= kShortestHeader)
         return std::nullopt;
-    header.sampleRate = kAacSampleRates[sampleRateIndex];
     header.channels = channels == 7 ? 8 : channels;
     header.samples = kSamplesPerAacBlock * ((bytes[6] & 3U) + 1);
     header.signature = static_cast<unsigned>(bytes[1]) << 16U | (bytes[2] & 0xfdU) << 8U | (bytes[3] & 0xc0U);
     return header;
+}
+
+unsigned aacSampleRate(unsigned index)
+{
+    return index < kAacSampleRates.size() ? kAacSampleRates[index] : 0;
 }
 
 bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader)
@@ -79,6 +85,26 @@ bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readH
     const auto rest = head.subspan(first->byteSize);
     const auto second = readHeader(rest);
     return rest.size() < kFrameHeaderBytes || (second && second->signature == first->signature);
+}
+
+bool endsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader)
+{
+    // Tables in programs have rows that look like two or three of them.
+    constexpr int kLeastFrames = 3;
+    for (; head.size() > kFrameHeaderBytes; head = head.subspan(1)) {
+        auto header = readHeader(head);
+        const std::uint32_t signature = header ? header->signature : 0;
+        std::size_t at = 0;
+        int frames = 0;
+        while (header && header->signature == signature && at + kFrameHeaderBytes < head.size()) {
+            at += header->byteSize;
+            header = readHeader(head.subspan(std::min(at, head.size())));
+            ++frames;
+        }
+        if (frames >= kLeastFrames && at + kFrameHeaderBytes >= head.size())
+            return true;
+    }
+    return false;
 }
 
 } // namespace ostrelle

@@ -13,6 +13,7 @@ struct AudioFrameHeader
     unsigned samples = 0;  ///< per channel
     unsigned sampleRate = 0;
     unsigned channels = 0; ///< 0: told inside the frame
+    unsigned bitRate = 0;  ///< bits per second; 0 where headers do not tell
     /// What all frames of one stream have in common, as a value to compare.
     std::uint32_t signature = 0;
 };
@@ -27,7 +28,13 @@ ReadFrameHeader readMpegFrameHeader;
 /// AAC in ADTS (ISO/IEC 13818-7, 6.2).
 ReadFrameHeader readAdtsFrameHeader;
 
+/// Frames per second by AAC's index; 0 when it means none.
+unsigned aacSampleRate(unsigned index);
+
 /// Whether `head` begins with a frame that is followed by another one of the same stream, as far as `head` reaches.
 bool beginsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader);
+
+/// Whether `head` is a piece of a stream: from one place on nothing but frames, at least three.
+bool endsWithFrames(std::span<const std::uint8_t> head, ReadFrameHeader &readHeader);
 
 } // namespace ostrelle

@@ -1,63 +1,11 @@
 #include "media_helper/AudioStream.h"
-#include "media_helper/ByteSource.h"
-
-#include <sndfile.h>
+#include "media_helper/SoundFile.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <vector>
 
 namespace ostrelle {
 namespace {
-
-struct CloseSoundFile
-{
-    void operator()(SNDFILE *file) const { sf_close(file); }
-};
-
-ByteReader &readerOf(void *reader)
-{
-    return *static_cast<ByteReader *>(reader);
-}
-
-sf_count_t fileLength(void *reader)
-{
-    return static_cast<sf_count_t>(readerOf(reader).source().size());
-}
-
-sf_count_t seekFile(sf_count_t offset, int whence, void *opaque)
-{
-    ByteReader &reader = readerOf(opaque);
-    sf_count_t begin = 0;
-    if (whence == SEEK_CUR)
-        begin = static_cast<sf_count_t>(reader.position());
-    else if (whence == SEEK_END)
-        begin = fileLength(opaque);
-    sf_count_t place = 0;
-    if (__builtin_add_overflow(begin, offset, &place) || place < 0)
-        return -1;
-    reader.seek(static_cast<std::uint64_t>(place));
-    return place;
-}
-
-sf_count_t readFile(void *bytes, sf_count_t count, void *reader)
-{
-    if (count <= 0)
-        return 0;
-    return static_cast<sf_count_t>(
-        readerOf(reader).read({static_cast<std::uint8_t *>(bytes), static_cast<std::size_t>(count)}));
-}
-
-sf_count_t writeNothing(const void *, sf_count_t, void *)
-{
-    return 0;
-}
-
-sf_count_t filePosition(void *reader)
-{
-    return static_cast<sf_count_t>(readerOf(reader).position());
-}
 
 /// Which channel of an Ogg stream (Vorbis I, 4.3.9; RFC 7845, 5.1.1.2) is which in the order of the speakers.
 constexpr std::array<std::array<std::uint8_t, 8>, 9> kOggOrders{{{},
@@ -80,9 +28,8 @@ public:
 
     bool open()
     {
-        SF_VIRTUAL_IO input{fileLength, seekFile, readFile, writeNothing, filePosition};
         SF_INFO facts{};
-        m_file.reset(sf_open_virtual(&input, SFM_READ, &facts, &m_reader));
+        m_file = openSoundFile(m_reader, facts);
         if (!m_file || facts.channels < 1 || facts.channels > AudioFormat::kMostChannels || facts.samplerate < 1 ||
             facts.samplerate > AudioFormat::kMostFramesPerSecond)
             return false;
@@ -122,7 +69,7 @@ private:
     }
 
     ByteReader m_reader;
-    std::unique_ptr<SNDFILE, CloseSoundFile> m_file;
+    SoundFile m_file;
     bool m_isReordered = false;
 };
 
