@@ -3,8 +3,9 @@ build_packages=(
   cmake ninja-build ccache g++ pkg-config
   qt6-base-dev libgl-dev libsimdjson-dev libbenchmark-dev
   libxcb1-dev libxcb-xfixes0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-xinput-dev libxcb-shm0-dev
-  libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xtest0-dev
+  libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xtest0-dev libx11-dev
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
+  libmpg123-dev libpulse-dev libswresample-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
   libjxl-dev libopenjp2-7-dev libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev
 )
@@ -19,4 +20,5 @@ tour_packages=(
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
   qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools sox lame flac vorbis-tools opus-tools speex
+  pulseaudio pulseaudio-utils
 )

@@ -24,6 +24,7 @@
 #include "foundation/SystemTaskScheduler.h"
 #include "inspectors/AudioInfoModuleView.h"
 #include "inspectors/AudioInspector.h"
+#include "inspectors/AudioPreviewService.h"
 #include "inspectors/ImageInfoModuleView.h"
 #include "inspectors/ImageInspector.h"
 #include "inspectors/MediaFactSource.h"
@@ -293,7 +294,12 @@ FilePicker &Services::filePicker()
 
 AudioPreview &Services::audioPreview()
 {
-    return ensure(m_audioPreview, [] { return std::make_unique<NoAudioPreview>(); });
+    return ensure(m_audioPreview, [this]() -> std::unique_ptr<AudioPreview> {
+        const QString helpers = QCoreApplication::applicationDirPath();
+        if (!Playback::isInstalled(helpers))
+            return std::make_unique<NoAudioPreview>();
+        return std::make_unique<AudioPreviewService>(scheduler(), helpers, haptics(), platform().alertSound());
+    });
 }
 
 JsonListStore<ShelfItem> &Services::shelfStore()

@@ -6,7 +6,7 @@
 
 namespace ostrelle {
 
-/// Where there is no player: never plays.
+/// Where no player is installed: never plays.
 class NoAudioPreview final : public AudioPreview
 {
     Q_OBJECT

@@ -7,6 +7,7 @@ class QString;
 
 namespace ostrelle {
 
+class AlertSound;
 class ClipboardPort;
 class DesktopAppearance;
 class DragOut;
@@ -48,6 +49,7 @@ public:
     virtual FileOpening &fileOpening() = 0;
     virtual FileChooser &fileChooser() = 0;
     virtual Haptics &haptics() = 0;
+    virtual AlertSound &alertSound() = 0;
 
     /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The
     /// process ends with a non-zero status right after it.

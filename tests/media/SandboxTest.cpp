@@ -1,3 +1,5 @@
+#include "SandboxAttempts.h"
+
 #include "foundation/FileDescriptor.h"
 #include "media_client/HelperProcess.h"
 #include "support/TestBase.h"
@@ -51,6 +53,7 @@ void SandboxTest::everyAttemptIsRefused_data()
     QTest::addColumn<QString>("probe");
     QTest::newRow("light") << QStringLiteral("sandbox-probe-light");
     QTest::newRow("extra") << QStringLiteral("sandbox-probe-extra");
+    QTest::newRow("connected") << QStringLiteral("sandbox-probe-connected");
 }
 
 void SandboxTest::everyAttemptIsRefused()
@@ -61,7 +64,7 @@ void SandboxTest::everyAttemptIsRefused()
     const QByteArray payload = ask(probe, HelperCommand::Thumbnail, 4096);
     std::vector<int> errors(std::size_t(payload.size()) / sizeof(int));
     std::memcpy(errors.data(), payload.constData(), errors.size() * sizeof(int));
-    QCOMPARE(errors.size(), std::size_t(16));
+    QCOMPARE(errors.size(), AttemptErrors().size());
     for (std::size_t attempt = 0; attempt < errors.size(); ++attempt)
         QVERIFY2(errors[attempt] == EPERM || errors[attempt] == EACCES,
                  qPrintable(QStringLiteral("attempt %1: error %2").arg(attempt).arg(errors[attempt])));

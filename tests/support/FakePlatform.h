@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "support/FakeAlertSound.h"
 #include "support/FakeDesktopAppearance.h"
 #include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
@@ -42,6 +43,7 @@ public:
     FakeFileOpening &fileOpening() override { return m_fileOpening; }
     FakeFileChooser &fileChooser() override { return m_fileChooser; }
     FakeHaptics &haptics() override { return m_haptics; }
+    FakeAlertSound &alertSound() override { return m_alertSound; }
 
     void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
     /// The display goes away.
@@ -63,6 +65,7 @@ private:
     FakeFileOpening m_fileOpening;
     FakeFileChooser m_fileChooser;
     FakeHaptics m_haptics;
+    FakeAlertSound m_alertSound;
     std::function<void()> m_displayLost;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Task.h"
+#include "media_client/HelperPriority.h"
 #include "media_client/MediaPicture.h"
 #include "media_common/HelperProtocol.h"
 
@@ -16,7 +17,6 @@ namespace ostrelle {
 
 class HelperProcess;
 class TaskScheduler;
-enum class HelperPriority;
 
 enum class HelperKind {
     Light, ///< ostrelle-media: the common kinds, starts in a few milliseconds

@@ -6,7 +6,7 @@
 #include "media_client/DesktopThumbnails.h"
 #include "media_client/FileAdmission.h"
 #include "media_client/HelperPool.h"
-#include "media_client/HelperProcess.h"
+#include "media_client/HelperPriority.h"
 #include "media_client/ImageInfo.h"
 #include "media_client/JobQueue.h"
 #include "media_client/MediaPicture.h"

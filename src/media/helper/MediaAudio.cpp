@@ -8,7 +8,7 @@ extern "C" {
 }
 
 #include <algorithm>
-#include <utility>
+#include <bit>
 #include <vector>
 
 namespace ostrelle {
@@ -62,9 +62,9 @@ public:
             return false;
         m_format.sampleRate = form.rate;
         m_format.channels = form.channels;
-        // FFmpeg numbers the speakers as the masks of WAV do.
-        m_format.speakers =
-            form.mask != 0 ? static_cast<std::uint32_t>(form.mask & 0x3ffff) : usualSpeakers(form.channels);
+        // FFmpeg numbers the speakers as the masks of WAV do, and knows some more.
+        const auto speakers = static_cast<std::uint32_t>(form.mask & 0x3ffff);
+        m_format.speakers = std::popcount(speakers) == form.channels ? speakers : usualSpeakers(form.channels);
         m_begin = m_frame->best_effort_timestamp;
         m_format.frames = knownLength();
         return convertFrame(0);

@@ -10,7 +10,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <ctime>
 
 namespace ostrelle {
 namespace {
@@ -48,9 +50,14 @@ void leaveNamespaces()
 
 } // namespace
 
+bool closeOtherDescriptors()
+{
+    return ::close_range(3, ~0U, 0) == 0;
+}
+
 bool enterSandbox(const SandboxLimits &limits)
 {
-    if (::close_range(3, ~0U, 0) != 0 || ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+    if ((!limits.keepsConnections && !closeOtherDescriptors()) || ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
         ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) != 0)
         return false;
     leaveNamespaces();
@@ -59,8 +66,19 @@ bool enterSandbox(const SandboxLimits &limits)
         return false;
     if (kIsSanitized)
         return true;
-    return filterSystemCalls(
-        {.mayStartThreads = limits.mayStartThreads, .mayOpenFiles = isConfined && !limits.readableFolders.empty()});
+    return filterSystemCalls({.mayStartThreads = limits.mayStartThreads,
+                              .mayOpenFiles = isConfined && !limits.readableFolders.empty(),
+                              .mayUseConnections = limits.keepsConnections});
+}
+
+void allowCpuTime(unsigned seconds)
+{
+    rlimit limit{};
+    timespec used{};
+    if (::getrlimit(RLIMIT_CPU, &limit) != 0 || ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used) != 0)
+        return;
+    limit.rlim_cur = std::min(limit.rlim_max, static_cast<rlim_t>(used.tv_sec) + seconds + 1);
+    ::setrlimit(RLIMIT_CPU, &limit);
 }
 
 } // namespace ostrelle

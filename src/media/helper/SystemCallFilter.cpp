@@ -89,6 +89,13 @@ void addThreads(Rules &rules, scmp_filter_ctx filter)
     seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0);
 }
 
+void addConnections(Rules &rules)
+{
+    rules.allow(SCMP_SYS(ppoll));
+    // To the other end only, not to an address.
+    rules.allow(SCMP_SYS(sendto), scmp_arg_cmp{4, SCMP_CMP_EQ, 0, 0});
+}
+
 } // namespace
 
 bool filterSystemCalls(const SystemCallRights &rights)
@@ -115,6 +122,8 @@ bool filterSystemCalls(const SystemCallRights &rights)
     }
     if (rights.mayStartThreads)
         addThreads(rules, filter.get());
+    if (rights.mayUseConnections)
+        addConnections(rules);
     return rules.isComplete() && seccomp_load(filter.get()) == 0;
 }
 

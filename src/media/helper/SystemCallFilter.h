@@ -5,7 +5,8 @@ namespace ostrelle {
 struct SystemCallRights
 {
     bool mayStartThreads = false;
-    bool mayOpenFiles = false; ///< for reading
+    bool mayOpenFiles = false;      ///< for reading
+    bool mayUseConnections = false; ///< wait for the sockets that are open, and write to them
 };
 
 /// From here on only a short list of system calls works; the rest fails with EPERM, because libraries ask for many a

@@ -9,6 +9,7 @@
 #include "platform/x11/DisplayLoss.h"
 #include "platform/x11/ToolkitConnection.h"
 #include "platform/x11/WatchConnection.h"
+#include "platform/x11/X11AlertSound.h"
 #include "platform/x11/X11ClipboardPort.h"
 #include "platform/x11/X11DragOut.h"
 #include "platform/x11/X11DragSense.h"
@@ -50,6 +51,7 @@ struct X11Platform::Services
     DesktopFileOpening fileOpening;
     PortalFileChooser fileChooser;
     NoHaptics haptics;
+    X11AlertSound alertSound;
 };
 
 X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath)
@@ -66,6 +68,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , clipboard(*watch, frontmost, scheduler, keeperPath)
     , iconTheme(*watch)
     , fileChooser(scheduler)
+    , alertSound(*watch)
 {
     QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
                      [this](const QString &name) { fileIcons.setTheme(name); });
@@ -162,6 +165,11 @@ FileChooser &X11Platform::fileChooser()
 Haptics &X11Platform::haptics()
 {
     return m_services->haptics;
+}
+
+AlertSound &X11Platform::alertSound()
+{
+    return m_services->alertSound;
 }
 
 void X11Platform::setDisplayLostHandler(std::function<void()> handler)

@@ -30,6 +30,7 @@ public:
     FileOpening &fileOpening() override;
     FileChooser &fileChooser() override;
     Haptics &haptics() override;
+    AlertSound &alertSound() override;
     void setDisplayLostHandler(std::function<void()> handler) override;
 
 private:
