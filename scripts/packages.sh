@@ -16,9 +16,9 @@ run_packages=(
 tour_packages=(
   xvfb xauth openbox picom dbus at-spi2-core xdotool wmctrl xclip imagemagick x11-utils x11-xserver-utils xterm
   python3 python3-gi gir1.2-gtk-3.0 python3-pyatspi procps ffmpeg chromium
+  pulseaudio pulseaudio-utils
 )
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
   qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools sox lame flac vorbis-tools opus-tools speex
-  pulseaudio pulseaudio-utils
 )
