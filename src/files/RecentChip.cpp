@@ -51,7 +51,11 @@ RecentChip::RecentChip(const ControlContext &context, QString symbol, QWidget *p
     connect(qApp, &QApplication::focusChanged, this, &RecentChip::refreshBadges);
 }
 
-RecentChip::~RecentChip() = default;
+RecentChip::~RecentChip()
+{
+    // A widget that has the focus gives it up when nothing but a widget is left of it.
+    qApp->disconnect(this);
+}
 
 void RecentChip::setEntry(const RecentEntry &entry)
 {

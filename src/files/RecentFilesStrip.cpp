@@ -10,6 +10,7 @@
 #include "notch/controls/SoftButton.h"
 #include "records/Motion.h"
 
+#include <QApplication>
 #include <QPainter>
 
 #include <algorithm>
@@ -91,7 +92,7 @@ void RecentFilesStrip::setExpanded(bool expanded)
 {
     if (expanded == m_isExpanded)
         return;
-    const bool hadFocus = m_rows.hasFocus() || m_toggle.hasFocus() || m_chips.isAncestorOf(focusWidget());
+    const bool hadFocus = m_rows.hasFocus() || m_toggle.hasFocus() || m_chips.isAncestorOf(QApplication::focusWidget());
     m_isExpanded = expanded;
     m_chips.setVisible(true);
     m_rows.setVisible(true);

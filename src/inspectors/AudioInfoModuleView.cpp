@@ -54,7 +54,11 @@ AudioInfoModuleView::AudioInfoModuleView(AudioInspector &inspector, const Surrou
     follow();
 }
 
-AudioInfoModuleView::~AudioInfoModuleView() = default;
+AudioInfoModuleView::~AudioInfoModuleView()
+{
+    // What of it has the focus gives it up later than this.
+    qApp->disconnect(this);
+}
 
 void AudioInfoModuleView::follow()
 {

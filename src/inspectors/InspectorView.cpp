@@ -2,6 +2,7 @@
 
 #include "files/FilePicker.h"
 #include "files/RecentFilesStrip.h"
+#include "files/RecentRowsView.h"
 #include "foundation/MakeChild.h"
 #include "inspectors/FileInspector.h"
 #include "notch/NotchAppearance.h"
@@ -13,6 +14,7 @@
 #include "records/Motion.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 
 #include <cmath>
 #include <utility>
@@ -249,6 +251,15 @@ void InspectorView::arrange()
     const int strip = m_strip.isExpanded() ? RecentFilesStrip::kExpandedHeight : RecentFilesStrip::kCollapsedHeight;
     m_strip.setGeometry(0, above, width(), strip);
     m_overlay.setGeometry(rect());
+}
+
+void InspectorView::keyPressEvent(QKeyEvent *event)
+{
+    const bool isForList = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
+    if (isForList && m_strip.isVisible() && m_strip.isExpanded())
+        m_strip.rows().setFocus(Qt::TabFocusReason);
+    else
+        ToolView::keyPressEvent(event);
 }
 
 void InspectorView::resizeEvent(QResizeEvent *)

@@ -86,6 +86,8 @@ protected:
     /// All facts on display as lines.
     virtual QString factsText() const = 0;
 
+    /// Up and Down go to the list of recent files while it is there.
+    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

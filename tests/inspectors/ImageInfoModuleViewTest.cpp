@@ -22,6 +22,7 @@ private Q_SLOTS:
     void offersImagesToChoose();
     void copiesAllFacts();
     void hasNoKeysForPlaying();
+    void arrowKeysReachTheList();
 };
 
 namespace {
@@ -167,6 +168,24 @@ void ImageInfoModuleViewTest::hasNoKeysForPlaying()
     fixture.settle();
     ImageTool::press(Qt::Key_Space);
     QCOMPARE(fixture.preview.playingPath(), QString());
+}
+
+void ImageInfoModuleViewTest::arrowKeysReachTheList()
+{
+    ImageTool fixture;
+    fixture.show(fixture.view);
+    const QString first = fixture.addImage(QStringLiteral("first.png"));
+    const QString second = fixture.addImage(QStringLiteral("second.png"));
+    fixture.showImage(first);
+    fixture.showImage(second);
+    ImageTool::press(Qt::Key_Down);
+    QVERIFY(fixture.view.hasFocus());
+    fixture.view.strip().expansionWanted(true);
+    fixture.settle();
+    ImageTool::press(Qt::Key_Down);
+    ImageTool::press(Qt::Key_Down);
+    ImageTool::press(Qt::Key_Return);
+    QTRY_COMPARE(fixture.facts.waiting(), QStringList(first));
 }
 
 OSTRELLE_TEST(ImageInfoModuleViewTest)
