@@ -57,6 +57,11 @@ public:
         QCoreApplication::processEvents();
     }
     void select(KestroModule module) { m_viewModel.select(module); }
+    void offerZones()
+    {
+        m_viewModel.beginRouting({KestroModule::Assets, KestroModule::ImageInfo, KestroModule::AudioInfo});
+        QCoreApplication::processEvents();
+    }
     void close()
     {
         m_controller.dismiss();
@@ -143,6 +148,21 @@ void openingATool(benchmark::State &state)
     report(state, std::move(frames));
 }
 
+void showingLandingZones(benchmark::State &state)
+{
+    Notch notch(static_cast<int>(state.range(0)));
+    std::vector<double> frames;
+    for (auto _ : state) {
+        for (int movement = 0; movement < kMovements; ++movement) {
+            notch.offerZones();
+            for (int i = 0; i < kFramesPerMovement; ++i)
+                frames.push_back(notch.frame());
+            notch.close();
+        }
+    }
+    report(state, std::move(frames));
+}
+
 void switchingTools(benchmark::State &state)
 {
     Notch notch(static_cast<int>(state.range(0)));
@@ -162,6 +182,7 @@ void switchingTools(benchmark::State &state)
 
 BENCHMARK(opening)->ArgName("scale")->Arg(1)->Arg(2)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(openingATool)->ArgName("scale")->Arg(1)->Arg(2)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(showingLandingZones)->ArgName("scale")->Arg(1)->Arg(2)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(switchingTools)->ArgName("scale")->Arg(1)->Arg(2)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace

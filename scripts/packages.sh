@@ -6,7 +6,7 @@ build_packages=(
   libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xtest0-dev
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
-  libjxl-dev libsndfile1-dev nlohmann-json3-dev
+  libjxl-dev libopenjp2-7-dev libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev
 )
 run_packages=(
   libqt6svg6 fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
@@ -14,9 +14,9 @@ run_packages=(
 )
 tour_packages=(
   xvfb xauth openbox picom dbus at-spi2-core xdotool wmctrl xclip imagemagick x11-utils x11-xserver-utils xterm
-  python3 python3-gi gir1.2-gtk-3.0 python3-pyatspi procps ffmpeg
+  python3 python3-gi gir1.2-gtk-3.0 python3-pyatspi procps ffmpeg chromium
 )
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
-  qt6-image-formats-plugins ffmpeg sox lame flac vorbis-tools opus-tools speex
+  qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools sox lame flac vorbis-tools opus-tools speex
 )

@@ -1,4 +1,7 @@
 """What every chapter does: a desktop with its scenery and the program on it, and looks at the notch."""
+import json
+import os
+
 from harness.desktop import Desktop
 from harness.program import Program
 from harness.waiting import wait_until
@@ -44,6 +47,15 @@ class Stage:
 
     def wait_selection(self, tool):
         wait_until(lambda: self.program.status()["selection"] == tool, f"the tool {tool} is open")
+
+    def wait_thumbnails(self, count):
+        folder = self.desktop.home / "cache" / "thumbnails"
+        wait_until(lambda: len(list(folder.glob("*/*.png"))) >= count, f"{count} thumbnails are made", 20)
+
+    def names(self, tool):
+        """What the shelf or the projects hold."""
+        records = json.loads(self.program.call(tool, "list", "--json").stdout)
+        return [record.get("displayName") or os.path.basename(record["path"]) for record in records]
 
     def __enter__(self):
         return self

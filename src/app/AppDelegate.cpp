@@ -77,7 +77,8 @@ void AppDelegate::startCommands()
         [] { QGuiApplication::quit(); });
     addClipboardRequests(m_router, m_services.clipboard());
     addShelfRequests(m_router, m_services.shelf());
-    addProjectsRequests(m_router, m_services.projects(), m_services.platform().fileOpening());
+    addProjectsRequests(m_router, m_services.projects(), m_services.filePresence(),
+                        m_services.platform().fileOpening());
     addSettingsRequests(m_router, m_services.settings());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
@@ -87,6 +88,8 @@ void AppDelegate::startCommands()
 void AppDelegate::commitData()
 {
     m_services.clipboardStore().flush();
+    m_services.shelfStore().flush();
+    m_services.projectsStore().flush();
     m_services.defaults().flush();
 }
 

@@ -22,15 +22,6 @@ std::optional<QUuid> numberedItem(ClipboardService &clipboard, const QJsonObject
     return id;
 }
 
-RequestAnswer onNumberedItem(ClipboardService &clipboard, const QJsonObject &request,
-                             void (ClipboardService::*act)(const QUuid &id))
-{
-    RequestAnswer answer;
-    if (const auto id = numberedItem(clipboard, request, answer))
-        (clipboard.*act)(*id);
-    return answer;
-}
-
 /// An erasure is acknowledged when it has left the disk.
 ClipboardService::Saved answerWhenSaved(const RequestRouter::Reply &reply)
 {
@@ -48,14 +39,35 @@ void list(ClipboardService &clipboard, const QJsonObject &, const RequestRouter:
     reply(RequestAnswer::done(records));
 }
 
+RequestAnswer answerTo(ClipboardService::CopyOutcome outcome)
+{
+    using Outcome = ClipboardService::CopyOutcome;
+    switch (outcome) {
+    case Outcome::Done:
+        return RequestAnswer::done();
+    case Outcome::Overtaken:
+        return RequestAnswer::failed(QStringLiteral("clipboard copy: something else was copied meanwhile"));
+    case Outcome::Unreadable:
+        break;
+    }
+    return RequestAnswer::failed(QStringLiteral("clipboard copy: the image cannot be read"));
+}
+
 void copy(ClipboardService &clipboard, const QJsonObject &request, const RequestRouter::Reply &reply)
 {
-    reply(onNumberedItem(clipboard, request, &ClipboardService::copy));
+    RequestAnswer problem;
+    if (const auto id = numberedItem(clipboard, request, problem))
+        clipboard.copy(*id, [reply](ClipboardService::CopyOutcome outcome) { reply(answerTo(outcome)); });
+    else
+        reply(problem);
 }
 
 void pin(ClipboardService &clipboard, const QJsonObject &request, const RequestRouter::Reply &reply)
 {
-    reply(onNumberedItem(clipboard, request, &ClipboardService::togglePin));
+    RequestAnswer answer;
+    if (const auto id = numberedItem(clipboard, request, answer))
+        clipboard.togglePin(*id);
+    reply(answer);
 }
 
 void erase(ClipboardService &clipboard, const QJsonObject &request, const RequestRouter::Reply &reply)

@@ -1,8 +1,10 @@
 #include "app/ProjectsRequests.h"
 
+#include "app/ListEdit.h"
 #include "app/NumberedEntry.h"
 #include "app/RequestRouter.h"
 #include "app/RequestedPaths.h"
+#include "files/FilePresence.h"
 #include "files/ProjectsService.h"
 #include "platform/FileOpening.h"
 #include "records/RecordLists.h"
@@ -30,37 +32,60 @@ RequestAnswer moveProject(ProjectsService &projects, const QJsonObject &request)
     });
 }
 
+void openProject(ProjectsService &projects, FilePresence &presence, FileOpening &opening, const QJsonObject &request,
+                 const RequestRouter::Reply &reply)
+{
+    std::optional<QString> path;
+    const RequestAnswer answer =
+        onNumberedProject(projects, request, [&](int index) { path = projects.projects().at(index).path; });
+    if (!path) {
+        reply(answer);
+        return;
+    }
+    presence.ask({*path}, &projects, [&opening, path = *path, reply](const QList<FileFacts> &facts) {
+        if (facts.first().isFolder() || facts.first().kind == FileFacts::Kind::Unknown) {
+            opening.open(path, {});
+            reply(RequestAnswer::done());
+        } else {
+            reply(RequestAnswer::failed(QStringLiteral("projects open: there is no folder %1").arg(path)));
+        }
+    });
+}
+
 } // namespace
 
-void addProjectsRequests(RequestRouter &router, ProjectsService &projects, FileOpening &opening)
+void addProjectsRequests(RequestRouter &router, ProjectsService &projects, FilePresence &presence, FileOpening &opening)
 {
+    const auto addEdit = [&](const QString &verb, RequestRouter::Handler edit) {
+        addListEdit<Project>(router, verb, projects, std::move(edit));
+    };
     router.add(QStringLiteral("projects.list"), [&projects](const QJsonObject &) {
         return RequestAnswer::done(JsonListStore<Project>::recordsToJson(projects.projects()));
     });
-    router.add(QStringLiteral("projects.add"), [&projects](const QJsonObject &request) {
+    addEdit(QStringLiteral("projects.add"), [&projects](const QJsonObject &request) {
         const auto folders = requestedPaths(request);
         if (!folders)
             return RequestAnswer::wrongUsage(QStringLiteral("projects add: absolute paths only"));
         projects.addFolders(*folders);
         return RequestAnswer::done();
     });
-    router.add(QStringLiteral("projects.rename"), [&projects](const QJsonObject &request) {
+    addEdit(QStringLiteral("projects.rename"), [&projects](const QJsonObject &request) {
         return onNumberedProject(projects, request, [&](int index) {
             projects.rename(projects.projects().at(index).id, request[u"name"].toString());
         });
     });
-    router.add(QStringLiteral("projects.move"),
-               [&projects](const QJsonObject &request) { return moveProject(projects, request); });
-    router.add(QStringLiteral("projects.remove"), [&projects](const QJsonObject &request) {
+    addEdit(QStringLiteral("projects.move"),
+            [&projects](const QJsonObject &request) { return moveProject(projects, request); });
+    addEdit(QStringLiteral("projects.remove"), [&projects](const QJsonObject &request) {
         return onNumberedProject(projects, request, [&](int index) {
             projects.remove(projects.projects().at(index).id);
             projects.lapse();
         });
     });
-    router.add(QStringLiteral("projects.open"), [&projects, &opening](const QJsonObject &request) {
-        return onNumberedProject(projects, request,
-                                 [&](int index) { opening.open(projects.projects().at(index).path, {}); });
-    });
+    router.addLater(QStringLiteral("projects.open"),
+                    [&projects, &presence, &opening](const QJsonObject &request, const RequestRouter::Reply &reply) {
+                        openProject(projects, presence, opening, request, reply);
+                    });
 }
 
 } // namespace ostrelle

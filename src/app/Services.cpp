@@ -142,7 +142,11 @@ void Services::registerTools(ToolRegistry &registry)
                                                             context);
                   },
                   .badge = {},
-                  .count = [this] { return static_cast<int>(clipboard().items().size()); },
+                  .count = [this]() -> std::optional<int> {
+                      if (!clipboard().isLoaded())
+                          return std::nullopt;
+                      return static_cast<int>(clipboard().items().size());
+                  },
                   .deliver = {}});
     registry.add(KestroModule::Assets,
                  {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
@@ -208,7 +212,8 @@ MediaClient &Services::media()
 {
     return ensure(m_media, [this] {
         return std::make_unique<MediaClient>(
-            scheduler(), MediaClient::Places{QCoreApplication::applicationDirPath(), AppPaths::thumbnails()});
+            scheduler(), MediaClient::Places{QCoreApplication::applicationDirPath(), AppPaths::thumbnails()},
+            MediaClient::Helpers{.priority = HelperPriority::Background});
     });
 }
 

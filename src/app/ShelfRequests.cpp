@@ -1,5 +1,6 @@
 #include "app/ShelfRequests.h"
 
+#include "app/ListEdit.h"
 #include "app/NumberedEntry.h"
 #include "app/RequestRouter.h"
 #include "app/RequestedPaths.h"
@@ -9,23 +10,26 @@ namespace ostrelle {
 
 void addShelfRequests(RequestRouter &router, AssetShelfService &shelf)
 {
+    const auto addEdit = [&](const QString &verb, RequestRouter::Handler edit) {
+        addListEdit<ShelfItem>(router, verb, shelf, std::move(edit));
+    };
     router.add(QStringLiteral("shelf.list"), [&shelf](const QJsonObject &) {
         return RequestAnswer::done(JsonListStore<ShelfItem>::recordsToJson(shelf.items()));
     });
-    router.add(QStringLiteral("shelf.add"), [&shelf](const QJsonObject &request) {
+    addEdit(QStringLiteral("shelf.add"), [&shelf](const QJsonObject &request) {
         const auto paths = requestedPaths(request);
         if (!paths)
             return RequestAnswer::wrongUsage(QStringLiteral("shelf add: absolute paths only"));
         shelf.addExisting(*paths);
         return RequestAnswer::done();
     });
-    router.add(QStringLiteral("shelf.remove"), [&shelf](const QJsonObject &request) {
+    addEdit(QStringLiteral("shelf.remove"), [&shelf](const QJsonObject &request) {
         return onNumberedEntry(QStringLiteral("shelf"), shelf.items().size(), request, [&](int index) {
             shelf.remove({shelf.items().at(index).id});
             shelf.lapse();
         });
     });
-    router.add(QStringLiteral("shelf.clear"), [&shelf](const QJsonObject &) {
+    addEdit(QStringLiteral("shelf.clear"), [&shelf](const QJsonObject &) {
         shelf.clear();
         shelf.lapse();
         return RequestAnswer::done();

@@ -74,7 +74,8 @@ QJsonObject counts(const ToolRegistry &registry)
     QJsonObject object;
     for (const KestroModule module : kAllModules) {
         const Tool *tool = registry.find(module);
-        object[rawValue(module)] = tool && tool->count ? tool->count() : 0;
+        const std::optional<int> count = tool && tool->count ? tool->count() : 0;
+        object[rawValue(module)] = count ? QJsonValue(*count) : QJsonValue();
     }
     return object;
 }

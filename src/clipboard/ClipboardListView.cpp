@@ -5,6 +5,7 @@
 #include "clipboard/ClipboardRowPictures.h"
 #include "foundation/MakeChild.h"
 #include "notch/controls/GlyphButton.h"
+#include "platform/FileIcons.h"
 #include "records/Motion.h"
 
 #include <QApplication>
@@ -20,7 +21,7 @@ constexpr double kButtonsResponse = 0.16;
 } // namespace
 
 ClipboardListView::ClipboardListView(const ControlContext &context, ClipboardProxyModel &results,
-                                     ClipboardRowPictures &pictures, const FileIcons &icons, QWidget *parent)
+                                     ClipboardRowPictures &pictures, FileIcons &icons, QWidget *parent)
     : RowListView(context, 0, parent)
     , m_results(results)
     , m_pictures(pictures)
@@ -45,6 +46,7 @@ ClipboardListView::ClipboardListView(const ControlContext &context, ClipboardPro
     connect(&results, &QAbstractItemModel::modelReset, this, &ClipboardListView::followResults);
     connect(&results, &QAbstractItemModel::dataChanged, this, &ClipboardListView::followResults);
     connect(&pictures, &ClipboardRowPictures::arrived, viewport(), qOverload<>(&QWidget::update));
+    connect(&icons, &FileIcons::changed, viewport(), qOverload<>(&QWidget::update));
     connect(&m_pin, &QAbstractButton::clicked, this, [this] { Q_EMIT pinToggled(m_selected); });
     connect(&m_delete, &QAbstractButton::clicked, this, [this] { Q_EMIT deleted(m_selected); });
     rowsMoved();
@@ -64,7 +66,7 @@ void ClipboardListView::select(const QUuid &id, Arrival arrival)
         return;
     scrollTo(currentIndex());
     if (arrival == Arrival::AtOnce)
-        settleScroll();
+        scroll().settle();
 }
 
 void ClipboardListView::followResults()
@@ -88,8 +90,8 @@ void ClipboardListView::settleSearch()
     if (currentIndex().isValid())
         scrollTo(currentIndex());
     else
-        scrollSmoothly(0);
-    settleScroll();
+        scroll().moveTo(0);
+    scroll().settle();
 }
 
 void ClipboardListView::rowsMoved()

@@ -20,7 +20,7 @@ class ClipboardListView : public RowListView
     Q_OBJECT
 public:
     ClipboardListView(const ControlContext &context, ClipboardProxyModel &results, ClipboardRowPictures &pictures,
-                      const FileIcons &icons, QWidget *parent);
+                      FileIcons &icons, QWidget *parent);
     ~ClipboardListView() override;
 
     enum class Arrival { Moving, AtOnce };

@@ -122,6 +122,12 @@ void ClipboardModuleView::appeared()
     m_search.field().setFocus(Qt::OtherFocusReason);
 }
 
+void ClipboardModuleView::undo()
+{
+    if (m_service.canUndo())
+        m_service.undo();
+}
+
 void ClipboardModuleView::use(const QUuid &id)
 {
     m_service.copy(id);
@@ -185,8 +191,7 @@ bool ClipboardModuleView::handleUndo(const QObject *focused)
 {
     if (focused == &m_search.field() && m_search.field().isUndoAvailable())
         return false;
-    if (m_service.canUndo())
-        m_service.undo();
+    undo();
     return true;
 }
 
@@ -233,14 +238,11 @@ void ClipboardModuleView::openMenu(const QUuid &id, const QPointF &position)
         return;
     const bool isPinned = m_results.row(index.row()).pinned;
     m_menu = std::make_unique<NotchMenu>(m_context.appearance, this);
-    // Queued, so that the menu is closed before its action may end the visit and this view.
-    const auto add = [this](const QString &text, const std::function<void()> &action) {
-        connect(m_menu->addAction(text), &QAction::triggered, this, action, Qt::QueuedConnection);
-    };
-    add(QStringLiteral("Copy Again"), [this, id] { use(id); });
-    add(isPinned ? QStringLiteral("Unpin") : QStringLiteral("Pin"), [this, id] { togglePin(id); });
+    m_menu->addEntry(QStringLiteral("Copy Again"), this, [this, id] { use(id); });
+    m_menu->addEntry(isPinned ? QStringLiteral("Unpin") : QStringLiteral("Pin"), this, [this, id] { togglePin(id); });
     m_menu->addSeparator();
-    add(QStringLiteral("Delete"), [this, id] { remove(id); });
+    m_menu->addEntry(
+        QStringLiteral("Delete"), this, [this, id] { remove(id); }, NotchMenu::Purpose::Destructive);
     m_popups.openMenu(*m_menu, *m_list.viewport(), position);
 }
 

@@ -10,7 +10,6 @@
 #include <memory>
 
 class QKeyEvent;
-class QMenu;
 
 namespace ostrelle {
 
@@ -19,6 +18,7 @@ class EmptyStateView;
 class Haptics;
 class InlineSearchField;
 class ItemCount;
+class NotchMenu;
 class Popups;
 class TaskScheduler;
 
@@ -36,6 +36,7 @@ public:
     std::optional<double> wantedBodyHeight() const override;
     QList<QWidget *> headerActions() override;
     void appeared() override;
+    void undo() override;
 
     InlineSearchField &searchField() { return m_search; }
     ClipboardListView &list() { return m_list; }
@@ -77,7 +78,7 @@ private:
     EmptyStateView &m_empty;
     ItemCount &m_count;
     GlyphButton &m_clear;
-    std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<NotchMenu> m_menu;
     double m_wantedHeight = 0;
     int m_shownCount = -1;
     Task m_ageing;

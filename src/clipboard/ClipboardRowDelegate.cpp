@@ -5,6 +5,7 @@
 #include "clipboard/RelativeAge.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
+#include "notch/controls/CentredImage.h"
 #include "notch/controls/ColorMix.h"
 #include "notch/controls/RowPlate.h"
 #include "platform/FileIcons.h"
@@ -20,7 +21,7 @@ namespace {
 constexpr double kSpacing = 9;
 constexpr double kTileSide = ClipboardRowPictures::kSide;
 constexpr double kTileRadius = 6;
-constexpr double kIconSide = 18;
+constexpr int kIconSide = 18;
 constexpr double kSymbolSize = 11;
 constexpr double kButtonSymbolSize = 10.5;
 constexpr double kPinSize = 9;
@@ -97,7 +98,7 @@ private:
 
 } // namespace
 
-ClipboardRowDelegate::ClipboardRowDelegate(const ControlContext &context, const FileIcons &icons,
+ClipboardRowDelegate::ClipboardRowDelegate(const ControlContext &context, FileIcons &icons,
                                            const ClipboardRowPictures &pictures, QObject *parent)
     : QStyledItemDelegate(parent)
     , m_context(context)
@@ -164,11 +165,11 @@ void ClipboardRowDelegate::paintPreview(QPainter &painter, const QRectF &tile, c
         }
     }
     if (row.kind == ClipItem::Kind::Files && !row.iconPath.isEmpty()) {
-        const QIcon icon = m_icons.iconFor(row.iconPath);
-        if (!icon.isNull()) {
-            const double inset = (kTileSide - kIconSide) / 2;
-            const QRectF place = tile.adjusted(inset, inset, -inset, -inset);
-            icon.paint(&painter, place.toAlignedRect());
+        const auto icon = m_icons.iconFor(row.iconPath, kIconSide, painter.device()->devicePixelRatioF());
+        if (!icon)
+            return;
+        if (!icon->isNull()) {
+            paintCentred(painter, tile, *icon);
             return;
         }
     }

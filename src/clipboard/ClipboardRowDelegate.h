@@ -26,7 +26,7 @@ public:
         double progress = 1; ///< 0 at its start
     };
 
-    ClipboardRowDelegate(const ControlContext &context, const FileIcons &icons, const ClipboardRowPictures &pictures,
+    ClipboardRowDelegate(const ControlContext &context, FileIcons &icons, const ClipboardRowPictures &pictures,
                          QObject *parent = nullptr);
 
     void setHandover(const Handover &handover) { m_handover = handover; }
@@ -42,7 +42,7 @@ private:
     void paintTrailing(QPainter &painter, const QRectF &plate, const ClipboardRow &row, bool isSelected) const;
 
     ControlContext m_context;
-    const FileIcons &m_icons;
+    FileIcons &m_icons;
     const ClipboardRowPictures &m_pictures;
     Handover m_handover;
 };

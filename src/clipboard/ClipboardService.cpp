@@ -234,32 +234,43 @@ QList<QUuid> ClipboardService::takeFromList(const std::function<bool(const ClipI
     return ids;
 }
 
-void ClipboardService::copy(const QUuid &id)
+void ClipboardService::copy(const QUuid &id, const Copied &copied)
 {
+    const auto tell = [copied](CopyOutcome outcome) {
+        if (copied)
+            copied(outcome);
+    };
     const int index = indexOf(id);
-    if (index < 0)
+    if (index < 0) {
+        tell(CopyOutcome::Unreadable);
         return;
+    }
     const ClipItem &item = m_items[index];
     const int number = ++m_writeNumber;
     switch (item.kind) {
     case ClipItem::Kind::Text:
     case ClipItem::Kind::Link:
         write(item.text.value_or(QString()));
+        tell(CopyOutcome::Done);
         return;
     case ClipItem::Kind::Files:
         write(ClipboardFiles{item.paths.value_or(QStringList())});
+        tell(CopyOutcome::Done);
         return;
     case ClipItem::Kind::Image:
         m_store.readImage(id, this,
-                          [this, number, count = m_port.changeCount(),
-                           format = formatOfImage(item)](const std::optional<QByteArray> &bytes) {
+                          [this, number, count = m_port.changeCount(), format = formatOfImage(item),
+                           tell](const std::optional<QByteArray> &bytes) {
                               // Whatever was copied meanwhile is newer than this choice.
-                              if (number != m_writeNumber || count != m_port.changeCount())
-                                  return;
-                              if (bytes && format)
+                              if (number != m_writeNumber || count != m_port.changeCount()) {
+                                  tell(CopyOutcome::Overtaken);
+                              } else if (bytes && format) {
                                   write(ClipboardImage{*bytes, *format});
-                              else
+                                  tell(CopyOutcome::Done);
+                              } else {
                                   write(std::monostate());
+                                  tell(CopyOutcome::Unreadable);
+                              }
                           });
     }
 }

@@ -37,13 +37,21 @@ public:
     /// Calls once the stored history is there: at once or later, and not when `context` is gone.
     void whenLoaded(const QObject *context, std::function<void()> call);
     void finishLoading();
+    bool isLoaded() const { return m_isLoaded; }
     /// Newest capture first.
     const QList<ClipItem> &items() const;
 
     void start();
     void stop();
-    /// Puts the item back on the clipboard without recording it again.
-    void copy(const QUuid &id);
+    enum class CopyOutcome {
+        Done,
+        Overtaken, ///< something newer was copied while an image was read; it stays
+        Unreadable ///< the item is gone, or its image does not decode
+    };
+    using Copied = std::function<void(CopyOutcome outcome)>;
+    /// Puts the item back on the clipboard without recording it again. `copied` hears when it is there, or why not:
+    /// before this returns, or once an image has been read.
+    void copy(const QUuid &id, const Copied &copied = {});
     void togglePin(const QUuid &id);
     /// Undoable erasures by the tool, until settle(), 30 s later, or quit.
     void remove(const QUuid &id);

@@ -3,6 +3,7 @@
 #include "command/CommandLine.h"
 #include "command/ControlClient.h"
 #include "command/Output.h"
+#include "command/StoreAccess.h"
 #include "command/StoreSteps.h"
 #include "foundation/AppPaths.h"
 #include "records/ClipOrder.h"
@@ -49,6 +50,7 @@ ExitStatus editStored(int number, const StoreEdit &edit)
     const QList<ClipItem> items = inDisplayOrder(store.load());
     if (number > items.size())
         return noEntry(QStringLiteral("clipboard"), number);
+    muteStoreWarnings();
     edit(store, items.at(number - 1));
     return closed(store);
 }
@@ -109,6 +111,7 @@ ExitStatus runClipboardClear(const Invocation &)
             if (!item.pinned)
                 erased.append(item.id);
         }
+        muteStoreWarnings();
         store.remove(erased, ClipboardStore::Erasure::Final);
         return closed(store);
     });

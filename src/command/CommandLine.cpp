@@ -45,15 +45,28 @@ bool isOptional(const QString &option)
     return option.startsWith(QLatin1Char('['));
 }
 
-QString optionName(const QString &option)
+/// "--size N" without brackets.
+QString optionText(const QString &option)
 {
-    return option.mid(isOptional(option) ? 1 : 0).section(QLatin1Char(' '), 0, 0);
+    return isOptional(option) ? option.mid(1, option.size() - 2) : option;
 }
 
-bool takesOption(const CommandSpec &command, const QString &name)
+QString optionName(const QString &option)
 {
-    return std::any_of(command.options.cbegin(), command.options.cend(),
-                       [&name](const QString &option) { return optionName(option) == name; });
+    return optionText(option).section(QLatin1Char(' '), 0, 0);
+}
+
+bool takesValue(const QString &option)
+{
+    return option.contains(QLatin1Char(' '));
+}
+
+/// The command's option of this name, or null.
+const QString *findOption(const CommandSpec &command, const QString &name)
+{
+    const auto found = std::find_if(command.options.cbegin(), command.options.cend(),
+                                    [&name](const QString &option) { return optionName(option) == name; });
+    return found == command.options.cend() ? nullptr : &*found;
 }
 
 bool isComplete(const Invocation &invocation)
@@ -79,10 +92,10 @@ ParsedCommandLine parseArguments(const CommandSpec &command, const QStringList &
             return HelpRequest{command.name};
         } else if (!onlyArguments && word == u"--json" && command.takesJson) {
             invocation.json = true;
-        } else if (!onlyArguments && takesOption(command, word)) {
-            if (++at == words.size())
+        } else if (const QString *option = onlyArguments ? nullptr : findOption(command, word)) {
+            if (takesValue(*option) && ++at == words.size())
                 return problem(QStringLiteral("%1: %2 needs a value").arg(command.name, word));
-            invocation.options.insert(word, words.at(at));
+            invocation.options.insert(word, takesValue(*option) ? words.at(at) : QString());
         } else if (!onlyArguments && word.startsWith(u"--")) {
             return problem(QStringLiteral("%1: unknown option %2").arg(command.name, word));
         } else {

@@ -17,7 +17,7 @@ struct Invocation
     QStringList arguments;
     bool json = false;
     bool isExplicit = true;               ///< false when no command was given
-    QHash<QString, QString> options = {}; ///< by their names, "--size"
+    QHash<QString, QString> options = {}; ///< by their names, "--size"; those without a value are empty
 };
 
 struct HelpRequest
@@ -35,7 +35,8 @@ struct UsageProblem
 
 using ParsedCommandLine = std::variant<Invocation, HelpRequest, VersionRequest, UsageProblem>;
 
-/// `arguments` without the program's name. No arguments at all stand for "open".
+/// `arguments` without the program's name, names of files as wordOfBytes() writes them. No arguments at all stand for
+/// "open".
 ParsedCommandLine parseCommandLine(const QStringList &arguments);
 
 } // namespace ostrelle

@@ -1,6 +1,7 @@
 #include "command/CommandTable.h"
 
 #include "command/ClipboardCommands.h"
+#include "command/InspectCommand.h"
 #include "command/NotchCommands.h"
 #include "command/ProjectsCommands.h"
 #include "command/SettingsCommands.h"
@@ -91,6 +92,19 @@ std::vector<CommandSpec> makeTable()
          runProjectsRemove},
         {text("projects open"), text("N"), text("Open a pinned folder in the file manager"), kProjectNumberHelp, false,
          1, 1, runProjectsOpen},
+        {text("inspect"),
+         text("FILE…"),
+         text("What the inspectors tell of audio files and images"),
+         text(
+             "\"-\" reads names from standard input, a line each, or with -0 separated by null characters. "
+             "--recursive takes\nof folders what is audio or an image by its name. --no-tempo does not listen to files "
+             "without a tempo tag.\nN is how many files are read at a time, 1 to 16. With --json an object a line, for "
+             "files that were refused\ntoo. The exit status is 1 when a file was refused."),
+         true,
+         1,
+         CommandSpec::kAnyNumber,
+         runInspect,
+         {text("[--no-tempo]"), text("[--jobs N]"), text("[--recursive]"), text("[-0]")}},
         {text("settings list"), {}, text("All settings with their values"), {}, true, 0, 0, runSettingsList},
         {text("settings get"), text("KEY"), text("The value of a setting, as JSON"), {}, false, 1, 1, runSettingsGet},
         {text("settings set"), text("KEY VALUE"), text("Change a setting; takes effect at once"), kValueHelp, false, 2,

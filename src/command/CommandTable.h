@@ -27,7 +27,7 @@ struct CommandSpec
     int minimumArguments = 0;
     int maximumArguments = 0; ///< kAnyNumber: no limit
     ExitStatus (*run)(const Invocation &invocation) = nullptr;
-    QStringList options = {}; ///< those that take a value: "--output FILE", "[--size N]"
+    QStringList options = {}; ///< "--output FILE", "[--size N]"; those that take no value: "[--recursive]"
 };
 
 std::span<const CommandSpec> allCommands();

@@ -50,7 +50,9 @@ QString statusText(const QJsonObject &status)
     text += QStringLiteral("Look        %1, %2%3\n")
                 .arg(status[u"theme"].toString(), status[u"appearance"].toString(),
                      status[u"compositor"].toBool() ? QString() : QStringLiteral(", no compositor"));
-    text += QStringLiteral("Clipboard   %1 items\n").arg(counts[u"clipboard"].toInt());
+    const QJsonValue copies = counts[u"clipboard"];
+    text += copies.isNull() ? QStringLiteral("Clipboard   its history is being read\n")
+                            : QStringLiteral("Clipboard   %1 items\n").arg(copies.toInt());
     return text;
 }
 

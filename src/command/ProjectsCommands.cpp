@@ -22,9 +22,10 @@ ExitStatus openStored(int number)
     const QString path = projects.at(number - 1).path;
     if (!QFileInfo(path).isDir())
         return fail(ExitStatus::Failed, QStringLiteral("projects open: there is no folder %1").arg(printable(path)));
-    if (!QProcess::startDetached(QStringLiteral("xdg-open"), {path}))
-        return fail(ExitStatus::Failed, QStringLiteral("projects open: cannot start xdg-open"));
-    return ExitStatus::Done;
+    const bool isOpened = QProcess::startDetached(QStringLiteral("xdg-open"), {path}) ||
+                          QProcess::startDetached(QStringLiteral("gio"), {QStringLiteral("open"), path});
+    return isOpened ? ExitStatus::Done
+                    : fail(ExitStatus::Failed, QStringLiteral("projects open: neither xdg-open nor gio is there"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "command/FilePaths.h"
 #include "command/Output.h"
+#include "command/StoreAccess.h"
 #include "command/StoreSteps.h"
 #include "foundation/AppPaths.h"
 #include "records/JsonListStore.h"
@@ -29,7 +30,9 @@ template <typename Record>
 ExitStatus editRecords(const std::function<QList<Record>(const QList<Record> &)> &edit)
 {
     JsonListStore<Record> store(AppPaths::support());
-    store.save(edit(store.load()));
+    const QList<Record> records = store.load();
+    muteStoreWarnings();
+    store.save(edit(records));
     return written(store);
 }
 
@@ -42,6 +45,7 @@ ExitStatus editRecord(const QString &tool, int number,
     const QList<Record> records = store.load();
     if (number > records.size())
         return noEntry(tool, number);
+    muteStoreWarnings();
     store.save(edit(records, number - 1));
     return written(store);
 }

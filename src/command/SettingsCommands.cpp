@@ -62,6 +62,7 @@ ExitStatus change(const QString &verb, const QJsonObject &request, const Databas
     if (const auto *problem = std::get_if<QString>(&access))
         return fail(ExitStatus::Failed, *problem);
     DefaultsDatabase database(AppPaths::defaultsFile());
+    muteStoreWarnings();
     edit(database);
     return database.flush()
                ? ExitStatus::Done

@@ -21,17 +21,19 @@ StoreAccess accessStores()
         if (auto client = ControlClient::connect())
             return std::move(*client);
         DataFolderLock::Failure failure{};
-        if (auto lock = DataFolderLock::tryTake(AppPaths::support(), &failure)) {
-            // A command that fails says so in one line of its own.
-            QLoggingCategory::setFilterRules(QStringLiteral("ostrelle.*.warning=false"));
+        if (auto lock = DataFolderLock::tryTake(AppPaths::support(), &failure))
             return std::move(*lock);
-        }
         if (failure == DataFolderLock::Failure::Unavailable)
             return QStringLiteral("cannot write to %1").arg(AppPaths::support());
         // The holder is about to listen, or about to be done.
         ::poll(nullptr, 0, kRetryMilliseconds);
     }
     return QStringLiteral("another program holds %1 and does not answer").arg(AppPaths::support());
+}
+
+void muteStoreWarnings()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("ostrelle.*.warning=false"));
 }
 
 } // namespace ostrelle

@@ -15,4 +15,7 @@ using StoreAccess = std::variant<ControlClient, DataFolderLock, QString>;
 /// Waits a moment for a program that is just starting or another command that is just editing.
 StoreAccess accessStores();
 
+/// Once a store has been read: that it cannot be written is told by the command, in one line of its own.
+void muteStoreWarnings();
+
 } // namespace ostrelle

@@ -28,7 +28,7 @@ ExitStatus noEntry(const QString &tool, int number)
 
 ExitStatus reported(const ControlAnswer &answer)
 {
-    return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
+    return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, printable(answer.error));
 }
 
 ExitStatus editStores(const QString &verb, const QJsonObject &arguments, const std::function<ExitStatus()> &edit)

@@ -1,11 +1,15 @@
 #include "command/CommandLine.h"
+#include "command/FileName.h"
 #include "command/Help.h"
 #include "command/Output.h"
 #include "foundation/CoreDumps.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
+#include <QStringList>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -32,8 +36,15 @@ int main(int argc, char **argv)
 {
     forbidCoreDumps();
     std::setlocale(LC_ALL, "");
+    // A write beyond a file-size limit then fails as on a full disk. No handler is passed on to another program.
+    std::signal(SIGXFSZ, [](int) {});
+    if (!qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN"))
+        qSetMessagePattern(QStringLiteral("ostrelle: %{message}"));
     const QCoreApplication application(argc, argv);
-    ExitStatus status = run(parseCommandLine(QCoreApplication::arguments().mid(1)));
+    QStringList words;
+    for (int i = 1; i < argc; ++i)
+        words.append(wordOfBytes(QByteArray(argv[i])));
+    ExitStatus status = run(parseCommandLine(words));
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         status = fail(ExitStatus::Failed, QStringLiteral("cannot write the output"));
     return static_cast<int>(status);

@@ -3,6 +3,7 @@
 #include "files/AssetTile.h"
 #include "notch/Glyph.h"
 #include "notch/Theme.h"
+#include "notch/controls/CentredImage.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -58,7 +59,7 @@ QPixmap AssetDragPreview::rendered(double devicePixelRatio) const
     if (!picture.isNull())
         paintRounded(painter, whole, kRadius, picture);
     else if (!icon.isNull())
-        icon.paint(&painter, whole);
+        paintCentred(painter, whole, icon);
     else
         paintSymbol(painter, whole, symbol);
     painter.setOpacity(1);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QIcon>
 #include <QImage>
 #include <QPixmap>
 #include <QString>
@@ -13,7 +12,7 @@ struct AssetDragPreview
     static constexpr int kSide = 56;
 
     QImage picture; ///< square; null: the icon instead
-    QIcon icon;
+    QImage icon;
     QString symbol; ///< where there is no icon either
     int count = 1;  ///< of the dragged entries; shown from two on
 

@@ -1,12 +1,14 @@
 #include "files/AssetGridView.h"
 
+#include "files/AssetDragPreview.h"
 #include "files/AssetListModel.h"
+#include "files/PathToolTip.h"
 #include "notch/NotchAppearance.h"
 
 #include <QApplication>
+#include <QEnterEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QTextDocument>
 
 #include <algorithm>
 #include <utility>
@@ -22,7 +24,7 @@ QSet<QUuid> justThis(const QUuid &id)
 } // namespace
 
 AssetGridView::AssetGridView(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails,
-                             const FileIcons &icons, QWidget *parent)
+                             FileIcons &icons, QWidget *parent)
     : TileGrid(context, assets, thumbnails, icons, parent)
     , m_selection(*this)
     , m_hover(context, [this] { viewport()->update(); })
@@ -111,11 +113,8 @@ QString AssetGridView::toolTipOf(const Hit &hit) const
         return QStringLiteral("Remove from shelf");
     case Part::PlayBadge:
         return hit.id == m_playing ? QStringLiteral("Stop") : QStringLiteral("Play");
-    case Part::Tile: {
-        // A name may look like markup.
-        const QString path = assets().item(assets().rowOf(hit.id)).path;
-        return Qt::mightBeRichText(path) ? Qt::convertFromPlainText(path) : path;
-    }
+    case Part::Tile:
+        return pathToolTip(assets().item(assets().rowOf(hit.id)).path);
     }
     Q_UNREACHABLE();
 }
@@ -136,6 +135,10 @@ void AssetGridView::refreshHover()
 bool AssetGridView::viewportEvent(QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::Enter: // also when a menu above has closed
+        m_pointer = static_cast<QEnterEvent *>(event)->position();
+        refreshHover();
+        break;
     case QEvent::Leave:
         m_pointer.reset();
         refreshHover();
@@ -160,7 +163,10 @@ void AssetGridView::mousePressEvent(QMouseEvent *event)
     m_pressPosition = event->position();
     if (m_hit.part == Part::Tile) {
         m_clicked = m_hit.id;
-        selectByPress(assets().rowOf(m_hit.id), event->modifiers());
+        const int row = assets().rowOf(m_hit.id);
+        selectByPress(row, event->modifiers());
+        // It may be dragged in a moment, and icons take one to come.
+        (void)icon(row, AssetDragPreview::kSide);
     } else if (m_hit.part == Part::None && event->modifiers() == Qt::NoModifier) {
         m_selection.clear();
     }

@@ -17,8 +17,8 @@ class AssetGridView : public TileGrid
 {
     Q_OBJECT
 public:
-    AssetGridView(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails,
-                  const FileIcons &icons, QWidget *parent);
+    AssetGridView(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails, FileIcons &icons,
+                  QWidget *parent);
 
     AssetTile tile(int row) const override;
 

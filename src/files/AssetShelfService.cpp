@@ -132,6 +132,11 @@ void AssetShelfService::removeUndoably(const QList<ShelfItem> &left)
     put(left);
 }
 
+void AssetShelfService::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    m_store.whenSaved(context, std::move(answer));
+}
+
 bool AssetShelfService::canUndo() const
 {
     return m_undo && m_undo->undone(items()) != items();

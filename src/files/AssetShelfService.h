@@ -13,6 +13,7 @@
 #include <QUuid>
 
 #include <deque>
+#include <functional>
 #include <optional>
 
 namespace ostrelle {
@@ -42,6 +43,9 @@ public:
     /// Removes entries; one step of undo.
     void remove(const QList<QUuid> &ids);
     void clear();
+
+    /// Answers when the list as it is now is on the disk, or that it cannot be written. Not when `context` is gone.
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
 
     /// Whether the last remove() or clear() can be taken back: until lapse().
     bool canUndo() const;

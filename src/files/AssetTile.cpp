@@ -4,6 +4,7 @@
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/ThemeGradients.h"
+#include "notch/controls/CentredImage.h"
 #include "notch/controls/ColorMix.h"
 #include "notch/controls/PlayBadge.h"
 
@@ -20,9 +21,10 @@ constexpr double kSquareSide = 62;
 constexpr double kSquareRadius = 10;
 constexpr double kPictureSide = 54;
 constexpr double kPictureRadius = 7;
-constexpr double kIconSide = 34;
 constexpr double kSymbolSize = 22;
 constexpr double kHoverScale = 1.04;
+/// Of the ring of the focus, the badge and what the pointer enlarges.
+constexpr double kOverhang = 8;
 constexpr double kRing = 1.5;
 constexpr double kPlayDiameter = 24;
 constexpr double kRemoveDiameter = 15;
@@ -79,6 +81,12 @@ void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QI
     painter.setBrush(brush);
     painter.drawRoundedRect(rect, radius, radius);
     painter.restore();
+}
+
+QRectF AssetTile::paintedRect(const QPointF &place)
+{
+    return QRectF(place, QSizeF(AssetGridLayout::kTileSide, AssetGridLayout::kTileSide))
+        .adjusted(-kOverhang, -kOverhang, kOverhang, kOverhang);
 }
 
 QRectF AssetTile::square()
@@ -143,9 +151,9 @@ void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) co
     painter.setOpacity(painter.opacity() * (isMissing ? kMissingOpacity : 1));
     if (!picture.isNull())
         paintRounded(painter, centred(square(), kPictureSide), kPictureRadius, picture);
-    else if (!icon.isNull())
-        icon.paint(&painter, centred(square(), kIconSide).toRect());
-    else
+    else if (icon && !icon->isNull())
+        paintCentred(painter, square(), *icon);
+    else if (icon)
         paintGlyph(painter, symbol, square(), kSymbolSize, GlyphWeight::Regular, palette.text2);
     painter.restore();
 }
@@ -184,8 +192,9 @@ void AssetTile::paintName(QPainter &painter, const ControlContext &context) cons
     const Theme::Palette &palette = context.appearance.palette();
     const QRectF line((AssetGridLayout::kTileSide - kNameWidth) / 2, kSquareSide + kNameGap, kNameWidth, kNameHeight);
     painter.setFont(Theme::font(FontRole::Micro));
-    const QColor color = mixed(palette.text2, palette.text1, isSelected ? 1 : hover);
-    painter.setPen(faded(color, isMissing ? kMissingOpacity : 1));
+    const QColor &resting = isMissing ? palette.text3 : palette.text2;
+    const QColor &active = isMissing ? palette.text2 : palette.text1;
+    painter.setPen(mixed(resting, active, isSelected ? 1 : hover));
     painter.drawText(line, kNameFlags, QFontMetricsF(painter.font()).elidedText(name, Qt::ElideMiddle, kNameWidth));
 }
 

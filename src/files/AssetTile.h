@@ -2,10 +2,11 @@
 
 #include "notch/controls/ControlContext.h"
 
-#include <QIcon>
 #include <QImage>
 #include <QRectF>
 #include <QString>
+
+#include <optional>
 
 class QPainter;
 
@@ -16,9 +17,9 @@ namespace ostrelle {
 struct AssetTile
 {
     QString name;
-    QImage picture; ///< square; null: the icon instead
-    QIcon icon;
-    QString symbol; ///< where there is no icon either
+    QImage picture;             ///< square; null: the icon instead
+    std::optional<QImage> icon; ///< nothing while it is being loaded
+    QString symbol;             ///< where the desktop has no icon
     bool isMissing = false;
     bool isSelected = false;
     bool showsFocus = false;
@@ -30,6 +31,10 @@ struct AssetTile
     double playBadge = 0;
     double playingRing = 0;
 
+    static constexpr int kIconSide = 34;
+
+    /// All that a tile at this place may paint on.
+    static QRectF paintedRect(const QPointF &place);
     static QRectF square();
     static QRectF playBadgeRect();
     /// Where the badge is on a tile under the pointer.

@@ -16,9 +16,6 @@
 #include "platform/FileOpening.h"
 #include "platform/Popups.h"
 
-#include <QAction>
-#include <QKeyEvent>
-
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -60,7 +57,6 @@ AssetsModuleView::AssetsModuleView(const Surroundings &surroundings, const Contr
 {
     m_count.hide();
     m_clear.hide();
-    m_clear.installEventFilter(this);
     connect(&m_clear, &QAbstractButton::clicked, &m_around.shelf, &AssetShelfService::clear);
     connect(&m_grid, &AssetGridView::opened, this, &AssetsModuleView::open);
     connect(&m_grid, &AssetGridView::removed, &m_around.shelf, &AssetShelfService::remove);
@@ -153,9 +149,11 @@ void AssetsModuleView::dragOut(const QUuid &grabbed, const QList<QUuid> &ids)
     }
     if (drag.paths.isEmpty())
         return;
-    const AssetTile tile = m_grid.tile(m_assets.rowOf(grabbed));
+    const int row = m_assets.rowOf(grabbed);
+    const AssetTile tile = m_grid.tile(row);
     const AssetDragPreview preview{.picture = tile.picture,
-                                   .icon = tile.icon,
+                                   .icon =
+                                       m_grid.icon(row, AssetDragPreview::kSide).value_or(tile.icon.value_or(QImage())),
                                    .symbol = tile.symbol,
                                    .count = static_cast<int>(drag.paths.size())};
     drag.picture = preview.rendered(devicePixelRatioF());
@@ -171,41 +169,23 @@ void AssetsModuleView::openMenu(const QUuid &id, const QPointF &position)
     const QString path = m_assets.item(row).path;
     const QList<QUuid> ids = m_grid.idsFor(id);
     m_menu = std::make_unique<NotchMenu>(m_context.appearance, this);
-    // Queued, so that the menu is closed before its action may end the visit and this view.
-    const auto add = [this](const QString &text, const std::function<void()> &action) {
-        connect(m_menu->addAction(text), &QAction::triggered, this, action, Qt::QueuedConnection);
-    };
     if (m_assets.isPlayable(row)) {
-        add(m_assets.isPlaying(row) ? QStringLiteral("Stop") : QStringLiteral("Play"),
-            [this, id] { togglePreview(id); });
+        m_menu->addEntry(m_assets.isPlaying(row) ? QStringLiteral("Stop") : QStringLiteral("Play"), this,
+                         [this, id] { togglePreview(id); });
     }
-    add(QStringLiteral("Open"), [this, ids] { open(ids); });
-    add(QStringLiteral("Reveal in Finder"), [this, path] { m_around.opening.reveal(path, {}); });
+    m_menu->addEntry(QStringLiteral("Open"), this, [this, ids] { open(ids); });
+    m_menu->addEntry(QStringLiteral("Reveal in Finder"), this, [this, path] { m_around.opening.reveal(path, {}); });
     m_menu->addSeparator();
-    add(QStringLiteral("Remove from Shelf"), [this, ids] { m_around.shelf.remove(ids); });
+    m_menu->addEntry(
+        QStringLiteral("Remove from Shelf"), this, [this, ids] { m_around.shelf.remove(ids); },
+        NotchMenu::Purpose::Destructive);
     m_around.popups.openMenu(*m_menu, *m_grid.viewport(), position);
 }
 
-bool AssetsModuleView::handleKey(const QKeyEvent &event)
+void AssetsModuleView::undo()
 {
-    if (!event.matches(QKeySequence::Undo))
-        return false;
     if (m_around.shelf.canUndo())
         m_around.shelf.undo();
-    return true;
-}
-
-bool AssetsModuleView::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent *>(event)))
-        return true;
-    return ToolView::eventFilter(watched, event);
-}
-
-void AssetsModuleView::keyPressEvent(QKeyEvent *event)
-{
-    if (!handleKey(*event))
-        ToolView::keyPressEvent(event);
 }
 
 void AssetsModuleView::followShelf()

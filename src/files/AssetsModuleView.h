@@ -6,9 +6,6 @@
 
 #include <memory>
 
-class QKeyEvent;
-class QMenu;
-
 namespace ostrelle {
 
 class AssetGridView;
@@ -21,6 +18,7 @@ class FileIcons;
 class FileOpening;
 class GlyphButton;
 class ItemCount;
+class NotchMenu;
 class Popups;
 class ThumbnailProgress;
 
@@ -51,16 +49,14 @@ public:
     bool acceptsDrop(const QStringList &paths) const override;
     void setDropTargeted(bool targeted) override;
     bool dropFiles(const QStringList &paths) override;
+    void undo() override;
 
     AssetGridView &grid() { return m_grid; }
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    bool handleKey(const QKeyEvent &event);
     QStringList pathsOf(const QList<QUuid> &ids) const;
     void open(const QList<QUuid> &ids);
     void togglePreview(const QUuid &id);
@@ -79,7 +75,7 @@ private:
     DropOverlay &m_overlay;
     ItemCount &m_count;
     GlyphButton &m_clear;
-    std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<NotchMenu> m_menu;
     bool m_isTargeted = false;
     double m_wantedHeight = 0;
     int m_shownCount = -1;

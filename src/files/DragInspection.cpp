@@ -2,6 +2,10 @@
 
 #include "files/FileKinds.h"
 #include "foundation/TaskScheduler.h"
+#include "records/PathText.h"
+
+#include <algorithm>
+#include <functional>
 
 namespace ostrelle {
 namespace {
@@ -20,7 +24,7 @@ DragInspection::DragInspection(const FactsQuestion &question, TaskScheduler &sch
 
 void DragInspection::start()
 {
-    m_patience = m_scheduler.after(kPatience, this, [this] { tell(); });
+    m_patience = m_scheduler.after(kPatience, this, [this] { Q_EMIT found(m_contents); });
     askOn();
 }
 
@@ -29,43 +33,36 @@ void DragInspection::askOn()
 {
     m_isAsking = true;
     while (!m_isWaiting && !m_contents.hasFolder && m_next < m_paths.size()) {
-        const QStringList portion = m_paths.mid(m_next, kPortion);
+        QStringList portion = m_paths.mid(m_next, kPortion);
+        std::transform(portion.begin(), portion.end(), portion.begin(), standardizedPath);
         m_next += portion.size();
+        judgeNames(portion);
         m_isWaiting = true;
-        m_question(portion, this, [this, portion](const QList<FileFacts> &facts) {
+        m_question(portion, this, [this](const QList<FileFacts> &facts) {
             m_isWaiting = false;
-            take(portion, facts);
+            m_contents.hasFolder = std::any_of(facts.begin(), facts.end(), std::mem_fn(&FileFacts::isFolder));
             if (!m_isAsking)
                 askOn();
         });
     }
     m_isAsking = false;
-    if (!m_isWaiting)
-        tell();
+    if (!m_isWaiting) {
+        m_patience.cancel();
+        Q_EMIT found(m_contents);
+    }
 }
 
-void DragInspection::take(const QStringList &paths, const QList<FileFacts> &facts)
+/// Before the file system answers: what it does not tell in time is what its name says.
+void DragInspection::judgeNames(const QStringList &paths)
 {
-    for (qsizetype i = 0; i < paths.size() && !m_contents.hasFolder; ++i) {
-        const QString &path = paths.at(i);
-        const FileFacts &fact = facts.at(i);
-        m_contents.hasFolder = fact.isFolder();
+    for (const QString &path : paths) {
         const QString suffix = path.mid(path.lastIndexOf(u'.') + 1);
         if (m_suffixes.contains(suffix))
             continue;
         m_suffixes.insert(suffix);
-        m_contents.hasImage = m_contents.hasImage || isImage(path, fact);
-        m_contents.hasAudio = m_contents.hasAudio || isAudio(path, fact);
+        m_contents.hasImage = m_contents.hasImage || isImage(path, FileFacts());
+        m_contents.hasAudio = m_contents.hasAudio || isAudio(path, FileFacts());
     }
-}
-
-void DragInspection::tell()
-{
-    m_patience.cancel();
-    if (m_told == m_contents)
-        return;
-    m_told = m_contents;
-    Q_EMIT found(m_contents);
 }
 
 } // namespace ostrelle

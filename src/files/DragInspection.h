@@ -9,13 +9,12 @@
 
 #include <chrono>
 #include <functional>
-#include <optional>
 
 namespace ostrelle {
 
 class TaskScheduler;
 
-/// What a drag holds, as far as it decides which tools can take it.
+/// What a drag holds, as far as it decides which tools can take it. With a folder in it nothing else does.
 struct DragContents
 {
     bool hasFolder = false;
@@ -25,8 +24,8 @@ struct DragContents
     friend bool operator==(const DragContents &, const DragContents &) = default;
 };
 
-/// Asks what stands at these paths: one answer per path, in order, on the main thread, at once or later, none when
-/// `context` is gone by then. What hangs is answered with Unknown in the end.
+/// Asks what stands at these standardised paths: one answer per path, in order, on the main thread, at once or later,
+/// none when `context` is gone by then. What hangs is answered with Unknown in the end.
 using FactsQuestion = std::function<void(const QStringList &paths, const QObject *context,
                                          const std::function<void(const QList<FileFacts> &)> &answer)>;
 
@@ -36,7 +35,7 @@ class DragInspection : public QObject
 {
     Q_OBJECT
 public:
-    /// What is not known after so long counts as plain files, until it is.
+    /// What is not known after so long counts as the plain files that the names speak of, until it is.
     static constexpr std::chrono::milliseconds kPatience{100};
 
     DragInspection(const FactsQuestion &question, TaskScheduler &scheduler, const QStringList &paths);
@@ -45,13 +44,13 @@ public:
     void start();
 
 Q_SIGNALS:
-    /// Once, or once more when something that took longer than kPatience changes it.
+    /// Once when everything is known, before that once when kPatience is over. What else has been learned about the
+    /// files by then is known at the second time, too, also when the contents are the same.
     void found(const DragContents &contents);
 
 private:
     void askOn();
-    void take(const QStringList &paths, const QList<FileFacts> &facts);
-    void tell();
+    void judgeNames(const QStringList &paths);
 
     FactsQuestion m_question;
     TaskScheduler &m_scheduler;
@@ -61,7 +60,6 @@ private:
     bool m_isWaiting = false;
     QSet<QString> m_suffixes; ///< judged already
     DragContents m_contents;
-    std::optional<DragContents> m_told;
     Task m_patience;
 };
 

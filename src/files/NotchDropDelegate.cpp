@@ -35,7 +35,7 @@ NotchDropDelegate::NotchDropDelegate(Surroundings surroundings, QObject *parent)
     connect(&drags, &FileDrags::filesKnown, this, &NotchDropDelegate::filesKnown);
     connect(&drags, &FileDrags::moved, this, &NotchDropDelegate::moved);
     connect(&drags, &FileDrags::left, this, &NotchDropDelegate::left);
-    connect(&drags, &FileDrags::dropped, this, [this](const QPointF &, const QStringList &paths) { dropped(paths); });
+    connect(&drags, &FileDrags::dropped, this, &NotchDropDelegate::dropped);
 }
 
 NotchDropDelegate::~NotchDropDelegate() = default;
@@ -88,11 +88,15 @@ void NotchDropDelegate::left()
 /// tool in the middle of a drag, another window closes it.
 void NotchDropDelegate::consider()
 {
-    if (isOverOpenPanel()) {
+    if (isPanelOpen() && isOverSurface()) {
         offerToTool();
         return;
     }
     releaseTool();
+    if (isPanelOpen()) {
+        m_around.drags.setAccepted(false);
+        return;
+    }
     const bool mayHoldFiles = !m_drag->paths || !m_drag->paths->isEmpty();
     const bool isRefused = !mayHoldFiles || (m_drag->destinations && m_drag->destinations->isEmpty());
     // The shelf takes every file, so that a release before they are known is not lost.
@@ -130,9 +134,15 @@ void NotchDropDelegate::releaseTool()
 }
 
 /// On an open tool, or on the selector, and not over landing zones.
-bool NotchDropDelegate::isOverOpenPanel() const
+bool NotchDropDelegate::isPanelOpen() const
 {
     return m_viewModel.phase() == Phase::Expanded && m_viewModel.dropTargets().isEmpty();
+}
+
+/// While a drag is to be caught the panel hears of drags beside its surface, too.
+bool NotchDropDelegate::isOverSurface() const
+{
+    return m_around.controller.surfaceRect().contains(m_drag->position);
 }
 
 bool NotchDropDelegate::isShelfEnabled() const
@@ -140,10 +150,12 @@ bool NotchDropDelegate::isShelfEnabled() const
     return m_around.settings.enabledModules().contains(KestroModule::Assets);
 }
 
-void NotchDropDelegate::dropped(const QStringList &paths)
+void NotchDropDelegate::dropped(const QPointF &position, const QStringList &paths)
 {
     if (!m_drag)
         return;
+    m_drag->position = position;
+    consider();
     if (m_drag->toolAccepts) {
         const QPointer<ToolView> tool = m_drag->tool;
         releaseTool();

@@ -64,12 +64,13 @@ private:
     void filesKnown(const QStringList &paths);
     void moved(const QPointF &position);
     void left();
-    void dropped(const QStringList &paths);
+    void dropped(const QPointF &position, const QStringList &paths);
 
     void consider();
     void offerToTool();
     void releaseTool();
-    bool isOverOpenPanel() const;
+    bool isPanelOpen() const;
+    bool isOverSurface() const;
     bool isShelfEnabled() const;
     std::optional<KestroModule> target() const;
     void deliver(const QStringList &paths, KestroModule module);

@@ -1,6 +1,7 @@
 #include "files/ProjectsListModel.h"
 
 #include "files/FilePresence.h"
+#include "files/PathToolTip.h"
 #include "files/ProjectsService.h"
 
 #include <QDir>
@@ -31,9 +32,7 @@ QVariant ProjectsListModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return m_projects.at(index.row()).displayName;
     case Qt::ToolTipRole:
-        // A path may look like markup.
-        return QStringLiteral("<span style='white-space: pre-wrap'>%1</span>")
-            .arg(m_projects.at(index.row()).path.toHtmlEscaped());
+        return pathToolTip(m_projects.at(index.row()).path);
     case Qt::AccessibleDescriptionRole:
         return row(index.row()).secondLine();
     case kRowRole:

@@ -13,7 +13,6 @@
 #include "records/PathText.h"
 #include "records/RecordLists.h"
 
-#include <QAction>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QSet>
@@ -125,6 +124,12 @@ bool ProjectsModuleView::dropFiles(const QStringList &paths)
     return true;
 }
 
+void ProjectsModuleView::undo()
+{
+    if (!m_list.isDragging() && m_service.canUndo())
+        m_service.undo();
+}
+
 QString ProjectsModuleView::pathOf(const QUuid &id) const
 {
     const int row = m_list.rowOf(id);
@@ -158,15 +163,14 @@ void ProjectsModuleView::move(const QUuid &id, int place, ProjectsService::Step 
 void ProjectsModuleView::openMenu(const QUuid &id, const QPointF &position)
 {
     m_menu = std::make_unique<NotchMenu>(m_context.appearance, this);
-    // Queued, so that the menu is closed before its action takes the focus.
-    const auto add = [this](const QString &text, const std::function<void()> &action) {
-        connect(m_menu->addAction(text), &QAction::triggered, this, action, Qt::QueuedConnection);
-    };
-    add(QStringLiteral("Open in Finder"), [this, id] { m_opening.open(pathOf(id), ActivationToken()); });
-    add(QStringLiteral("Reveal in Finder"), [this, id] { m_opening.reveal(pathOf(id), ActivationToken()); });
-    add(QStringLiteral("Rename…"), [this, id] { m_list.beginRename(id); });
+    m_menu->addEntry(QStringLiteral("Open in Finder"), this,
+                     [this, id] { m_opening.open(pathOf(id), ActivationToken()); });
+    m_menu->addEntry(QStringLiteral("Reveal in Finder"), this,
+                     [this, id] { m_opening.reveal(pathOf(id), ActivationToken()); });
+    m_menu->addEntry(QStringLiteral("Rename…"), this, [this, id] { m_list.beginRename(id); });
     m_menu->addSeparator();
-    add(QStringLiteral("Remove"), [this, id] { m_service.remove(id); });
+    m_menu->addEntry(
+        QStringLiteral("Remove"), this, [this, id] { m_service.remove(id); }, NotchMenu::Purpose::Destructive);
     m_popups.openMenu(*m_menu, *m_list.viewport(), position);
 }
 
@@ -234,11 +238,6 @@ bool ProjectsModuleView::handleKey(const QKeyEvent &event)
     if (m_list.isDragging()) {
         if (event.key() == Qt::Key_Escape)
             m_list.cancelDrag();
-        return true;
-    }
-    if (event.matches(QKeySequence::Undo)) {
-        if (m_service.canUndo())
-            m_service.undo();
         return true;
     }
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);

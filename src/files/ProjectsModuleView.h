@@ -6,7 +6,7 @@
 
 #include <memory>
 
-class QMenu;
+class QKeyEvent;
 
 namespace ostrelle {
 
@@ -15,6 +15,7 @@ class DropOverlay;
 class DropWell;
 class FileOpening;
 class GlyphButton;
+class NotchMenu;
 class Popups;
 
 /// The projects tool: the pinned folders, each opened by a click. Up, Down, Page Up, Page Down, Home and End choose a
@@ -35,6 +36,7 @@ public:
     bool acceptsDrop(const QStringList &paths) const override;
     void setDropTargeted(bool targeted) override;
     bool dropFiles(const QStringList &paths) override;
+    void undo() override;
 
     ProjectsListView &list() { return m_list; }
 
@@ -71,7 +73,7 @@ private:
     AddFolderPrompt &m_prompt;
     DropOverlay &m_overlay;
     GlyphButton &m_add;
-    std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<NotchMenu> m_menu;
     double m_wantedHeight = 0;
 };
 

@@ -127,6 +127,11 @@ void ProjectsService::remove(const QUuid &id)
         m_undo.emplace(before, left);
 }
 
+void ProjectsService::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    m_store.whenSaved(context, std::move(answer));
+}
+
 bool ProjectsService::canUndo() const
 {
     return m_undo && m_undo->undone(projects()) != projects();

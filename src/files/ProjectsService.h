@@ -54,6 +54,9 @@ public:
     void move(const QList<int> &offsets, int destination, Step step = Step::First);
     void remove(const QUuid &id);
 
+    /// Answers when the list as it is now is on the disk, or that it cannot be written. Not when `context` is gone.
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
+
     /// Whether the last remove() or move() can be taken back: until lapse().
     bool canUndo() const;
     void undo();

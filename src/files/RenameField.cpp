@@ -29,6 +29,7 @@ RenameField::RenameField(const NotchAppearance &appearance, const QString &place
 void RenameField::begin(const QString &name)
 {
     m_isRenaming = true;
+    window()->installEventFilter(this);
     setText(name);
     selectAll();
     show();
@@ -51,6 +52,7 @@ void RenameField::commit()
 
 void RenameField::end()
 {
+    window()->removeEventFilter(this);
     Q_EMIT ended();
     hide();
 }
@@ -58,6 +60,13 @@ void RenameField::end()
 void RenameField::place(const QRectF &line)
 {
     setGeometry(line.toRect().adjusted(-kInnerMargin, -kExtraHeight / 2, kInnerMargin, kExtraHeight / 2));
+}
+
+bool RenameField::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == window() && event->type() == QEvent::MouseButtonPress)
+        commit();
+    return CaretLineEdit::eventFilter(watched, event);
 }
 
 void RenameField::keyPressEvent(QKeyEvent *event)

@@ -4,8 +4,8 @@
 
 namespace ostrelle {
 
-/// The field in which a name is changed in place. Return commits, and so does going elsewhere; Escape cancels. No key
-/// goes beyond it. Hidden while nothing is renamed.
+/// The field in which a name is changed in place. Return commits, and so does going elsewhere: another focus, or a
+/// press beside it that no control took. Escape cancels. No key goes beyond it. Hidden while nothing is renamed.
 class RenameField : public CaretLineEdit
 {
     Q_OBJECT
@@ -27,6 +27,7 @@ Q_SIGNALS:
     void ended();
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 

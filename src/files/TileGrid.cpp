@@ -6,6 +6,7 @@
 #include "notch/controls/EdgeFade.h"
 #include "platform/FileIcons.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -21,8 +22,8 @@ constexpr double kWheelStep = AssetGridLayout::kRowPitch;
 
 } // namespace
 
-TileGrid::TileGrid(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails,
-                   const FileIcons &icons, QWidget *parent)
+TileGrid::TileGrid(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails, FileIcons &icons,
+                   QWidget *parent)
     : QListView(parent)
     , m_context(context)
     , m_assets(assets)
@@ -42,7 +43,8 @@ TileGrid::TileGrid(const ControlContext &context, AssetListModel &assets, AssetT
     for (int row = 0; row < assets.rowCount(); ++row)
         m_ids.append(assets.item(row).id);
     connect(&assets, &AssetListModel::stepped, this, &TileGrid::followSteps);
-    connect(&thumbnails, &AssetThumbnails::arrived, viewport(), qOverload<>(&QWidget::update));
+    connect(&thumbnails, &AssetThumbnails::arrived, this, &TileGrid::updateTile);
+    connect(&icons, &FileIcons::changed, viewport(), qOverload<>(&QWidget::update));
     connect(&context.appearance, &NotchAppearance::changed, viewport(), qOverload<>(&QWidget::update));
 }
 
@@ -170,6 +172,15 @@ void TileGrid::followSteps()
     tilesMoved();
 }
 
+void TileGrid::updateTile(const QUuid &id)
+{
+    const int row = m_assets.rowOf(id);
+    if (m_glide.isMoving())
+        viewport()->update();
+    else if (row >= 0)
+        viewport()->update(AssetTile::paintedRect(tileRect(row).topLeft()).toAlignedRect());
+}
+
 AssetTile TileGrid::tile(int row) const
 {
     const QUuid id = m_assets.item(row).id;
@@ -179,10 +190,17 @@ AssetTile TileGrid::tile(int row) const
     if (facts.isPlainFile() || facts.kind == FileFacts::Kind::Unknown)
         tile.picture = m_thumbnails.picture(id);
     if (tile.picture.isNull())
-        tile.icon = facts.isFolder() ? m_icons.folderIcon() : m_icons.iconFor(m_assets.item(row).path);
+        tile.icon = icon(row, AssetTile::kIconSide);
     tile.symbol = facts.isFolder() ? QStringLiteral("folder") : QStringLiteral("doc");
     tile.isMissing = !facts.isPresent();
     return tile;
+}
+
+std::optional<QImage> TileGrid::icon(int row, int side) const
+{
+    const double ratio = devicePixelRatioF();
+    return m_assets.facts(row).isFolder() ? m_icons.folderIcon(side, ratio)
+                                          : m_icons.iconFor(m_assets.item(row).path, side, ratio);
 }
 
 QList<TileGrid::Shown> TileGrid::shownTiles(int first, int last) const
@@ -215,7 +233,7 @@ void TileGrid::wantPictures(int first, int last)
     m_thumbnails.want(wanted, inSight, devicePixelRatioF());
 }
 
-void TileGrid::paintEvent(QPaintEvent *)
+void TileGrid::paintEvent(QPaintEvent *event)
 {
     executeDelayedItemsLayout();
     const int height = viewport()->height();
@@ -226,7 +244,10 @@ void TileGrid::paintEvent(QPaintEvent *)
     const auto [first, last] = gridLayout().tilesBetween(verticalOffset() - reach, verticalOffset() + height + reach);
     m_shown = shownTiles(first, last);
 
-    const auto paintTile = [this](QPainter &painter, const AssetTile &tile, const QPointF &place, double opacity) {
+    const QRectF dirty(event->rect());
+    const auto paintTile = [&](QPainter &painter, const AssetTile &tile, const QPointF &place, double opacity) {
+        if (!AssetTile::paintedRect(place).intersects(dirty))
+            return;
         painter.save();
         painter.setOpacity(opacity);
         painter.translate(place);
@@ -235,7 +256,10 @@ void TileGrid::paintEvent(QPaintEvent *)
     };
     QPainter painter(viewport());
     const double below = verticalScrollBar()->maximum() - verticalScrollBar()->value();
-    const EdgeFade fade{.bottom = std::clamp(below, 0.0, std::min(kFade, height / 2.0))};
+    EdgeFade fade{.bottom = std::clamp(below, 0.0, std::min(kFade, height / 2.0))};
+    // The fade costs an image of its own.
+    if (dirty.y() + dirty.height() <= height - fade.bottom)
+        fade.bottom = 0;
     paintEdgeFaded(painter, QRectF(viewport()->rect()), fade, [&](QPainter &onto) {
         for (const TileGlide::Leaving &leaving : m_glide.leaving())
             paintTile(onto, leaving.tile, leaving.place, m_glide.leavingOpacity());

@@ -10,6 +10,8 @@
 #include <QListView>
 #include <QUuid>
 
+#include <optional>
+
 namespace ostrelle {
 
 class AssetListModel;
@@ -23,7 +25,7 @@ class TileGrid : public QListView
 {
     Q_OBJECT
 public:
-    TileGrid(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails, const FileIcons &icons,
+    TileGrid(const ControlContext &context, AssetListModel &assets, AssetThumbnails &thumbnails, FileIcons &icons,
              QWidget *parent);
     ~TileGrid() override;
 
@@ -32,6 +34,8 @@ public:
     QRectF tileRect(int row) const;
     /// As it looks now.
     virtual AssetTile tile(int row) const;
+    /// Of the desktop for the kind of its file, `side` logical pixels wide; nothing while it is being loaded.
+    std::optional<QImage> icon(int row, int side) const;
 
     QModelIndex indexAt(const QPoint &position) const override;
     QRect visualRect(const QModelIndex &index) const override;
@@ -63,13 +67,14 @@ private:
     };
 
     void followSteps();
+    void updateTile(const QUuid &id);
     QList<Shown> shownTiles(int first, int last) const;
     void wantPictures(int first, int last);
 
     ControlContext m_context;
     AssetListModel &m_assets;
     AssetThumbnails &m_thumbnails;
-    const FileIcons &m_icons;
+    FileIcons &m_icons;
     SmoothScroll m_scroll;
     TileGlide m_glide;
     QList<QUuid> m_ids;   ///< before the next steps

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QObject>
+#include <QPointer>
 
 #include <mutex>
 #include <optional>
@@ -35,6 +36,7 @@ struct SnapshotFile::Writer
 
     void writeNewest();
     void report(bool isFailing);
+    void tellSaved(const QPointer<const QObject> &context, const std::function<void(bool)> &answer);
     std::optional<QString> write(const QByteArray &bytes);
 
     const QString path;
@@ -93,6 +95,19 @@ void SnapshotFile::Writer::writeNewest()
         newest = std::move(encode);
 }
 
+/// In the queue after the write that it is about; what has come since does not count.
+void SnapshotFile::Writer::tellSaved(const QPointer<const QObject> &context, const std::function<void(bool)> &answer)
+{
+    const std::lock_guard lock(mutex);
+    QMetaObject::invokeMethod(
+        &answers,
+        [isSaved = failure.isEmpty(), context, answer] {
+            if (context)
+                answer(isSaved);
+        },
+        Qt::QueuedConnection);
+}
+
 void SnapshotFile::Writer::report(bool isFailing)
 {
     QMetaObject::invokeMethod(
@@ -148,6 +163,14 @@ void SnapshotFile::observeSaving(std::function<void(bool)> observer)
 void SnapshotFile::retry()
 {
     m_writer->retry();
+}
+
+void SnapshotFile::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    retry();
+    m_writer->queue.post([writer = m_writer.get(), guard = QPointer(context), answer = std::move(answer)] {
+        writer->tellSaved(guard, answer);
+    });
 }
 
 bool SnapshotFile::flush()

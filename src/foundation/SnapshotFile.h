@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 
+class QObject;
+
 namespace ostrelle {
 
 /// One file that always holds the newest whole state of something: written in the background, atomically, the latest
@@ -29,6 +31,8 @@ public:
     void observeSaving(std::function<void(bool isFailing)> observer);
     /// Tries again what could not be written.
     void retry();
+    /// Answers when everything so far is on the disk, or failed once more: false then. Not when `context` is gone.
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
     /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
     bool flush();
 

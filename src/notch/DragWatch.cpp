@@ -21,6 +21,10 @@ DragWatch::DragWatch(NotchViewModel &viewModel, SettingsStore &settings, TaskSch
     , m_scheduler(scheduler)
     , m_dragSense(dragSense)
 {
+    QObject::connect(&dragSense, &DragSense::changed, &m_changes, [this] {
+        if (m_poll.isPending())
+            notice(m_dragSense.isButtonHeld());
+    });
 }
 
 void DragWatch::begin()
@@ -32,6 +36,8 @@ void DragWatch::begin()
     m_countAtPress = m_dragSense.countAtPress();
     m_release = DragRelease(m_scheduler.now());
     m_poll = m_scheduler.every(kPollInterval, &m_viewModel, [this] { look(); });
+    if (m_dragSense.changeCount() != m_countAtPress)
+        notice(m_dragSense.isButtonHeld());
 }
 
 void DragWatch::look()
@@ -40,9 +46,15 @@ void DragWatch::look()
     if (m_release.isOver(held, m_scheduler.now())) {
         m_poll.cancel();
         m_viewModel.setDragCatch(false);
-    } else if (held != Answer::No && m_dragSense.changeCount() != m_countAtPress) {
-        m_viewModel.setDragCatch(true);
+    } else {
+        notice(held);
     }
+}
+
+void DragWatch::notice(Answer held)
+{
+    if (held != Answer::No && m_dragSense.changeCount() != m_countAtPress)
+        m_viewModel.setDragCatch(true);
 }
 
 } // namespace ostrelle

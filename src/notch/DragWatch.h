@@ -3,7 +3,7 @@
 #include "foundation/Task.h"
 #include "notch/DragRelease.h"
 
-#include <QtGlobal>
+#include <QObject>
 
 namespace ostrelle {
 
@@ -12,9 +12,9 @@ class NotchViewModel;
 class SettingsStore;
 class TaskScheduler;
 
-/// Notices that a drag with data has begun somewhere, without being a drop target: after a press elsewhere it polls
-/// whether a button is held and the drag counter has moved since, and arms the drag catch. It ends with the drag. Main
-/// thread.
+/// Notices that a drag with data has begun somewhere, without being a drop target: after a press elsewhere it looks
+/// whether a button is held and the drag counter has moved since, and arms the drag catch. It looks when the counter
+/// moves, and at intervals, which tell when the drag is over. Main thread.
 class DragWatch
 {
 public:
@@ -25,6 +25,7 @@ public:
 
 private:
     void look();
+    void notice(Answer held);
 
     NotchViewModel &m_viewModel;
     SettingsStore &m_settings;
@@ -33,6 +34,7 @@ private:
     qint64 m_countAtPress = 0;
     DragRelease m_release;
     Task m_poll;
+    QObject m_changes; ///< ends the listening to the counter
 };
 
 } // namespace ostrelle

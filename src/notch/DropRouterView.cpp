@@ -2,9 +2,9 @@
 
 #include "foundation/MakeChild.h"
 #include "notch/AccessibleRole.h"
-#include "notch/ContentFade.h"
 #include "notch/DropZone.h"
 #include "notch/NotchViewModel.h"
+#include "notch/OutlineFade.h"
 #include "notch/ToolRegistry.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ DropRouterView::DropRouterView(const ControlContext &context, NotchViewModel &vi
     , m_context(context)
     , m_viewModel(viewModel)
     , m_registry(registry)
-    , m_fade(makeChild<ContentFade>(this))
+    , m_fade(makeChild<OutlineFade>(this))
 {
     setAttribute(Qt::WA_NoSystemBackground);
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -51,27 +51,30 @@ void DropRouterView::setTargets(const QList<KestroModule> &targets)
     showHovered();
 }
 
-void DropRouterView::place(const QPointF &topCentre)
+void DropRouterView::place(const QPointF &topCentre, double travel)
 {
     const int count = static_cast<int>(m_zones.size());
     const QSize size(count * (DropZone::kWidth + kZoneSpacing) - kZoneSpacing + 2 * kPadding,
                      DropZone::kHeight + 2 * kPadding);
-    setGeometry(QRect((topCentre - QPointF(size.width() / 2.0, 0)).toPoint(), size));
-    QPoint corner(kPadding, kPadding);
+    const QPointF corner = topCentre - QPointF(size.width() / 2.0, 0);
+    setGeometry(QRect((corner + QPointF(0, travel)).toPoint(), size));
+    QPoint zoneCorner(kPadding, kPadding);
     QMap<KestroModule, QRectF> frames;
     for (DropZone *zone : m_zones) {
-        zone->setFrameCorner(corner);
-        corner.rx() += DropZone::kWidth + kZoneSpacing;
-        frames.insert(zone->module(), QRectF(zone->frame().translated(pos())));
+        zone->setFrameCorner(zoneCorner);
+        zoneCorner.rx() += DropZone::kWidth + kZoneSpacing;
+        frames.insert(zone->module(), QRectF(zone->frame().translated(corner.toPoint())));
     }
     if (!m_viewModel.dropTargets().isEmpty())
         m_viewModel.setDropZoneFrames(frames);
 }
 
-void DropRouterView::setLook(double opacity, const QRectF &visible)
+void DropRouterView::setLook(double opacity, bool onDark, const QPainterPath &outline)
 {
     setVisible(opacity > 0);
-    m_fade.setLook(opacity, visible.translated(-pos()));
+    for (DropZone *zone : m_zones)
+        zone->setOnDark(onDark);
+    m_fade.setLook(opacity, outline.translated(-pos()));
     if (!m_fade.isEnabled())
         m_fade.setEnabled(true);
 }

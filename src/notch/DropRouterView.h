@@ -11,9 +11,9 @@
 
 namespace ostrelle {
 
-class ContentFade;
 class DropZone;
 class NotchViewModel;
+class OutlineFade;
 class ToolRegistry;
 
 /// The row of landing zones that the open panel shows while files are dragged over it. Tells the view model where the
@@ -26,10 +26,11 @@ public:
                    QWidget *parent);
 
     void setTargets(const QList<KestroModule> &targets);
-    /// Hangs the row from this point of the parent, and reports where its zones are while they are offered.
-    void place(const QPointF &topCentre);
-    /// Something moves: `visible` is where the surface lets content be seen, in the parent's coordinates.
-    void setLook(double opacity, const QRectF &visible);
+    /// Hangs the row `travel` below this point of the parent, where it comes to rest, and reports while zones are
+    /// offered where they will be then.
+    void place(const QPointF &topCentre, double travel);
+    /// Something moves: `outline` is the surface's, in the parent's coordinates.
+    void setLook(double opacity, bool onDark, const QPainterPath &outline);
     /// Nothing moves any more: the row is painted as it is.
     void settle();
 
@@ -39,7 +40,7 @@ private:
     ControlContext m_context;
     NotchViewModel &m_viewModel;
     const ToolRegistry &m_registry;
-    ContentFade &m_fade;
+    OutlineFade &m_fade;
     std::vector<DropZone *> m_zones; ///< children
     QPropertyNotifier m_hoveredWatch;
 };

@@ -8,6 +8,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace ostrelle {
 namespace {
 
@@ -60,6 +62,18 @@ void DropZone::setHovered(bool hovered)
     m_hover.animateTo(hovered ? 1 : 0, Motion::hover());
 }
 
+void DropZone::setOnDark(bool onDark)
+{
+    if (std::exchange(m_isOnDark, onDark) != onDark)
+        update();
+}
+
+const Theme::Palette &DropZone::palette() const
+{
+    const NotchAppearance &appearance = m_context.appearance;
+    return m_isOnDark ? Theme::palette(ColorScheme::Dark, appearance.contrast()) : appearance.palette();
+}
+
 void DropZone::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -78,10 +92,10 @@ void DropZone::paintEvent(QPaintEvent *)
 /// Both borders lie inside the zone.
 void DropZone::paintGround(QPainter &painter, const QRectF &zone) const
 {
-    const Theme::Palette &palette = m_context.appearance.palette();
+    const Theme::Palette &colors = palette();
     const double hover = m_hover.value();
     painter.setPen(Qt::NoPen);
-    painter.setBrush(mixed(faded(palette.tileTint, kRestingTint), faded(palette.accent, kHoveredFill), hover));
+    painter.setBrush(mixed(faded(colors.tileTint, kRestingTint), faded(colors.accent, kHoveredFill), hover));
     painter.drawRoundedRect(zone, kRadius, kRadius);
 
     painter.setBrush(Qt::NoBrush);
@@ -91,31 +105,31 @@ void DropZone::paintGround(QPainter &painter, const QRectF &zone) const
         painter.drawRoundedRect(zone.adjusted(inset, inset, -inset, -inset), kRadius - inset, kRadius - inset);
     };
     if (hover < 1) {
-        QPen dashed(faded(palette.wellEdge, 1 - hover), kBorder, Qt::CustomDashLine, Qt::FlatCap);
+        QPen dashed(faded(colors.wellEdge, 1 - hover), kBorder, Qt::CustomDashLine, Qt::FlatCap);
         dashed.setDashPattern({kDash / kBorder, kDash / kBorder});
         drawBorder(dashed);
     }
     if (hover > 0)
-        drawBorder(QPen(faded(palette.accent, kHoveredEdge * hover), kHoveredBorder));
+        drawBorder(QPen(faded(colors.accent, kHoveredEdge * hover), kHoveredBorder));
 }
 
 void DropZone::paintContent(QPainter &painter, const QRectF &zone) const
 {
-    const Theme::Palette &palette = m_context.appearance.palette();
+    const Theme::Palette &colors = palette();
     const double hover = m_hover.value();
     const double top = zone.y() + (zone.height() - kContentHeight) / 2;
     const QRectF symbolBox(zone.center().x() - kZoneSymbolBox / 2, top, kZoneSymbolBox, kZoneSymbolBox);
     paintGlyph(painter, symbol(m_module), symbolBox, kZoneSymbolSize, GlyphWeight::Medium,
-               mixed(palette.text2, palette.accent, hover));
+               mixed(colors.text2, colors.accent, hover));
 
     const QRectF titleLine(zone.x(), top + kZoneSymbolBox + kSpacing, zone.width(), kTitleHeight);
     painter.setFont(Theme::font(FontRole::CaptionMedium));
-    painter.setPen(mixed(palette.text2, palette.text1, hover));
+    painter.setPen(mixed(colors.text2, colors.text1, hover));
     painter.drawText(titleLine, Qt::AlignCenter | Qt::TextDontClip, title(m_module));
 
     const QRectF actionLine(zone.x(), titleLine.y() + kTitleHeight + kSpacing, zone.width(), kActionHeight);
     painter.setFont(Theme::font(FontRole::Micro));
-    painter.setPen(palette.text3);
+    painter.setPen(colors.text3);
     painter.drawText(actionLine, Qt::AlignCenter | Qt::TextDontClip, m_action);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notch/Theme.h"
 #include "notch/controls/AnimatedNumber.h"
 #include "notch/controls/ControlContext.h"
 #include "records/KestroModule.h"
@@ -25,6 +26,8 @@ public:
     void setFrameCorner(const QPoint &corner);
     /// The drag is over it.
     void setHovered(bool hovered);
+    /// The glass below it is still as dark as the closed notch.
+    void setOnDark(bool onDark);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -32,11 +35,13 @@ protected:
 private:
     void paintGround(QPainter &painter, const QRectF &zone) const;
     void paintContent(QPainter &painter, const QRectF &zone) const;
+    const Theme::Palette &palette() const;
 
     ControlContext m_context;
     KestroModule m_module;
     QString m_action;
     AnimatedNumber m_hover;
+    bool m_isOnDark = false;
 };
 
 } // namespace ostrelle

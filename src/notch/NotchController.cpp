@@ -120,11 +120,13 @@ void NotchController::suppressAutoCollapse()
 {
     m_autoCollapseRelease.cancel();
     m_isAutoCollapseSuppressed = true;
+    m_platform.panelHost().setGivingWay(true);
 }
 
 void NotchController::releaseAutoCollapse(std::chrono::nanoseconds delay)
 {
     m_autoCollapseRelease.cancel();
+    m_platform.panelHost().setGivingWay(false);
     if (delay > std::chrono::nanoseconds::zero())
         m_autoCollapseRelease = m_scheduler.after(delay, this, [this] { m_isAutoCollapseSuppressed = false; });
     else
@@ -193,8 +195,16 @@ std::optional<QSizeF> NotchController::settledWindowSize() const
 
 QRectF NotchController::interactiveRect() const
 {
-    // The interaction size, and more while a drag is to be caught.
-    const QSizeF size = m_viewModel.geometry().catchArea;
+    return atTopCentre(m_viewModel.geometry().catchArea);
+}
+
+QRectF NotchController::surfaceRect() const
+{
+    return atTopCentre(m_viewModel.geometry().interactionSize);
+}
+
+QRectF NotchController::atTopCentre(const QSizeF &size) const
+{
     if (!m_panel || size.isEmpty())
         return {};
     const QSizeF fitting = size.boundedTo(m_panel->size());

@@ -49,8 +49,10 @@ public:
     /// Moves the panel to the screen of that name; nothing when it is there or there is no such screen.
     void follow(const QString &screenName);
     void startHoverDismissWatch();
-    /// While suppressed, outside presses, other applications and the hover-dismiss watch do not close the notch.
+    /// While suppressed, outside presses, other applications and the hover-dismiss watch do not close the notch, and
+    /// dialogs come above it.
     void suppressAutoCollapse();
+    /// The panel is in front again at once.
     void releaseAutoCollapse(std::chrono::nanoseconds delay);
     /// A press in the open panel takes the keyboard.
     void pressedInside();
@@ -65,8 +67,11 @@ public:
     /// screen yet.
     QSizeF windowSize() const { return m_window.size(); }
     QBindable<QSizeF> bindableWindowSize() const { return m_window.bindableSize(); }
-    /// The part of the panel that takes pointer events, panel coordinates.
+    /// The part of the panel that takes pointer events, panel coordinates: the surface, and more while a drag is to be
+    /// caught.
     QRectF interactiveRect() const;
+    /// The surface as the pointer meets it, panel coordinates; while it moves, where it will come to rest.
+    QRectF surfaceRect() const;
 
 Q_SIGNALS:
     /// The surface is about to grow from its closed state, for hovering or for opening: time to capture what is behind
@@ -79,6 +84,7 @@ private:
     void moveTo(const Screen &screen);
     void place();
     void measureScreen(SurfaceMotion motion);
+    QRectF atTopCentre(const QSizeF &size) const;
     QSizeF desiredWindowSize() const;
     std::optional<QSizeF> settledWindowSize() const;
     void updateScreenWatch();

@@ -11,6 +11,7 @@
 #include "notch/NotchViewModel.h"
 #include "notch/PanelBackdrop.h"
 #include "notch/PopupStyle.h"
+#include "notch/ToolView.h"
 #include "notch/controls/NotchMenu.h"
 #include "platform/PanelHost.h"
 #include "platform/Platform.h"
@@ -170,15 +171,13 @@ void NotchPanel::leaveEvent(QEvent *)
 void NotchPanel::mousePressEvent(QMouseEvent *event)
 {
     // While a drag is to be caught, presses beside the surface come here too.
-    const QSizeF surface = m_viewModel.geometry().interactionSize;
-    const bool isOnSurface = QRectF(QPointF((width() - surface.width()) / 2, 0), surface).contains(event->position());
-    m_wasPressed = event->button() == Qt::LeftButton && isOnSurface;
+    m_wasPressed = event->button() == Qt::LeftButton && m_controller.surfaceRect().contains(event->position());
 }
 
 void NotchPanel::mouseReleaseEvent(QMouseEvent *event)
 {
     const bool isClick = std::exchange(m_wasPressed, false) && event->button() == Qt::LeftButton &&
-                         m_controller.interactiveRect().contains(event->position());
+                         m_controller.surfaceRect().contains(event->position());
     if (!isClick)
         return;
     if (isExpanded())
@@ -216,6 +215,11 @@ void NotchPanel::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
         m_controller.escapePressed();
+        return;
+    }
+    // From the header or the strip: the tool has taken its own.
+    if (event->matches(QKeySequence::Undo) && openTool() != nullptr) {
+        openTool()->undo();
         return;
     }
     const QList<KestroModule> modules = m_settings.activeModules();

@@ -9,6 +9,7 @@
 #include "notch/ModuleContainer.h"
 #include "notch/ModuleStrip.h"
 #include "notch/NotchAppearance.h"
+#include "notch/NotchShape.h"
 #include "notch/ToolView.h"
 #include "notch/controls/EmptyStateView.h"
 #include "notch/controls/GlyphButton.h"
@@ -26,6 +27,11 @@ constexpr double kPeekHovered = 0.82;
 constexpr double kPeekCatching = 0.85;
 constexpr double kSettingsRight = 12;
 constexpr double kSettingsTop = 5;
+/// So far below the marks the row of landing zones begins its way: symbols and titles then fit the closed notch.
+constexpr double kZonesLead = 13;
+/// Expansion at which light glass passes middle grey. Colours on it turn at once: halfway between those for black and
+/// those for light glass nothing would be seen on it.
+constexpr double kMiddleGrey = 0.6;
 
 QString noToolsMessage()
 {
@@ -113,12 +119,15 @@ void NotchRootView::react()
     if (expanded)
         m_openInset = inputs.geometry.contentTopInset;
     m_strip.setModules(inputs.modules);
+    m_motion.setZonesOpacity(expanded && !inputs.dropTargets.isEmpty() ? 1 : 0);
     if (expanded)
         offerZones(inputs.dropTargets);
     if (module != m_shown || toolness != m_toolness)
         showTool(module, toolness);
     const PanelFrame target =
         PanelFrame::atRest(inputs.geometry, inputs.phase, module.has_value(), devicePixelRatioF());
+    if (expanded && !inputs.dropTargets.isEmpty())
+        m_stripCentre = target.stripCentre;
     m_motion.moveTo(target, m_viewModel.motion());
     m_motion.setPeekOpacity(peekOpacity(inputs, m_motion.peekOpacity()));
     if (expanded && !module && inputs.dropTargets.isEmpty() && inputs.modules.isEmpty())
@@ -219,11 +228,18 @@ QRectF NotchRootView::contentClip() const
     return {width() / 2.0 - frame.width / 2, 0, frame.width, frame.height - kSeamStripHeight};
 }
 
+QPainterPath NotchRootView::outline() const
+{
+    const PanelFrame &frame = m_motion.frame();
+    return NotchShape{.bottomRadius = frame.bottomRadius, .topRadius = frame.topRadius}.path(
+        {width() / 2.0 - frame.width / 2, 0, frame.width, frame.height});
+}
+
 void NotchRootView::arrange()
 {
     const double content = m_motion.frame().contentOpacity();
     arrangeStrip();
-    arrangeZones(content);
+    arrangeZones();
     arrangeHeader(content);
     arrangeTool(content);
     arrangeSelector(content);
@@ -232,27 +248,32 @@ void NotchRootView::arrange()
     update();
 }
 
-/// Landing zones take the place of the tiles: the marks fade before the zones show, where they are, and come back after
-/// them.
+/// Landing zones take the place of marks and tiles at once, hence those are gone when the zones are half there; marks
+/// come back after them.
 void NotchRootView::arrangeStrip()
 {
     PanelFrame strip = m_motion.frame();
     const double zones = m_motion.zones();
-    const double marks = 1 - zones * std::clamp(strip.openness / PanelFrame::kContentStart, 0.0, 1.0);
+    const double uncovered = std::max(0.0, 1 - 2 * m_motion.zonesOpacity());
+    const double marks =
+        std::min(uncovered, 1 - zones * std::clamp(strip.openness / PanelFrame::kContentStart, 0.0, 1.0));
     strip.openness *= 1 - zones;
     // Coming back it is there from the start: it takes the focus then.
     m_strip.setVisible(marks > 0 || m_zones == 0);
     m_strip.setLook({.centre = QPointF(width() / 2.0, strip.stripCentre),
                      .openness = strip.openness,
-                     .content = strip.contentOpacity(),
+                     .content = strip.contentOpacity() * uncovered,
                      .toolness = m_motion.toolness(),
                      .peekOpacity = m_motion.peekOpacity() * marks});
 }
 
-void NotchRootView::arrangeZones(double content)
+/// Where they stand the glass comes too late for them: they start with the marks and come down with it.
+void NotchRootView::arrangeZones()
 {
-    m_router.place(QPointF(width() / 2.0, m_openInset));
-    m_router.setLook(content * std::clamp(m_motion.zones(), 0.0, 1.0), contentClip());
+    const PanelFrame &frame = m_motion.frame();
+    const double travel = frame.stripCentre - m_stripCentre + kZonesLead * (1 - frame.openness);
+    m_router.place(QPointF(width() / 2.0, m_openInset), travel);
+    m_router.setLook(m_motion.zonesOpacity(), frame.expansion < kMiddleGrey, outline());
     if (!m_motion.isMoving())
         m_router.settle();
 }

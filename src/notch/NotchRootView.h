@@ -8,6 +8,7 @@
 #include "notch/controls/ControlContext.h"
 
 #include <QList>
+#include <QPainterPath>
 #include <QPixmap>
 #include <QPointer>
 #include <QProperty>
@@ -77,7 +78,8 @@ private:
     void reportHeight();
     void arrange();
     void arrangeStrip();
-    void arrangeZones(double content);
+    void arrangeZones();
+    QPainterPath outline() const;
     void arrangeHeader(double content);
     void arrangeTool(double content);
     void arrangeSelector(double content);
@@ -105,7 +107,8 @@ private:
     /// Of the tool that was left last, while it fades.
     QPixmap m_leaving;
     QPoint m_leavingPosition;
-    double m_openInset = 0; ///< content inset of the last open state, which closing keeps
+    double m_openInset = 0;   ///< content inset of the last open state, which closing keeps
+    double m_stripCentre = 0; ///< where the strip rests beside landing zones
     bool m_wasExpanded = false;
     bool m_focusIsDue = false;
     Task m_followUp;

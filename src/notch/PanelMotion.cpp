@@ -14,6 +14,8 @@ constexpr double kFractionRest = 1.0 / 510;
 constexpr double kArrivalStart = 0.3;
 constexpr double kArrivalSpan = 0.5;
 constexpr double kDepartureSeconds = 0.131;
+/// So short that zones can be told from the glass in the second frame.
+constexpr double kZonesArrivalSeconds = 0.08;
 
 Spring springOf(SurfaceMotion motion)
 {
@@ -56,7 +58,7 @@ double PanelMotion::arrival() const
 bool PanelMotion::isMoving() const
 {
     return m_frame.isMoving() || m_peek.isMoving() || m_toolness.isMoving() || m_switch.isMoving() ||
-           m_zones.isMoving() || m_departure > 0;
+           m_zones.isMoving() || m_zonesOpacity.isRunning() || m_departure.isRunning();
 }
 
 void PanelMotion::moveTo(const PanelFrame &target, SurfaceMotion motion)
@@ -98,6 +100,20 @@ void PanelMotion::setZones(double target)
     run();
 }
 
+void PanelMotion::setZonesOpacity(double target)
+{
+    if (target == m_zonesOpacity.target())
+        return;
+    if (jumps()) {
+        m_zonesOpacity.jumpTo(target);
+        m_zonesOpacityNow = target;
+        return;
+    }
+    const double seconds = target > 0 ? kZonesArrivalSeconds : kDepartureSeconds;
+    m_zonesOpacity.start(m_zonesOpacityNow, target, Motion::fade(seconds), m_context.clock.now());
+    run();
+}
+
 void PanelMotion::switchContent(double toolness, double departingOpacity)
 {
     if (jumps() || m_current.contentOpacity() <= 0) {
@@ -105,7 +121,8 @@ void PanelMotion::switchContent(double toolness, double departingOpacity)
         m_switch.jumpTo(1);
         m_toolnessNow = toolness;
         m_switchNow = 1;
-        m_departure = 0;
+        m_departure.jumpTo(0);
+        m_departureNow = 0;
         return;
     }
     const MonotonicTime now = m_context.clock.now();
@@ -113,9 +130,8 @@ void PanelMotion::switchContent(double toolness, double departingOpacity)
     m_switch.jumpTo(0);
     m_switch.animateTo(1, Motion::surface(), now);
     m_switchNow = 0;
-    m_departure = departingOpacity;
-    m_departureFrom = departingOpacity;
-    m_departureStart = now;
+    m_departure.start(departingOpacity, 0, Motion::fade(kDepartureSeconds), now);
+    m_departureNow = departingOpacity;
     run();
 }
 
@@ -136,8 +152,8 @@ bool PanelMotion::advance(MonotonicTime now)
     m_toolnessNow = m_toolness.value(now);
     m_switchNow = m_switch.value(now);
     m_zonesNow = m_zones.value(now);
-    const double passed = std::chrono::duration<double>(now - m_departureStart) / Motion::fade(kDepartureSeconds);
-    m_departure = std::max(0.0, m_departureFrom * (1 - Motion::easedOut(passed)));
+    m_zonesOpacityNow = m_zonesOpacity.value(now);
+    m_departureNow = m_departure.value(now);
     m_changed();
     return isMoving();
 }

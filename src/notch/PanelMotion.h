@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notch/Fade.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchViewModel.h"
 #include "notch/PanelFrame.h"
@@ -27,15 +28,18 @@ public:
     /// Opacity of a tool that was just chosen.
     double arrival() const;
     /// Opacity of the tool that it replaced.
-    double departure() const { return m_departure; }
+    double departure() const { return m_departureNow; }
     /// 0 the selector or a tool, 1 the landing zones.
     double zones() const { return m_zonesNow; }
+    /// Opacity of the landing zones, which are there long before they have taken the place of everything else.
+    double zonesOpacity() const { return m_zonesOpacityNow; }
     bool isMoving() const;
 
     void moveTo(const PanelFrame &target, SurfaceMotion motion);
     void setPeekOpacity(double target);
     /// The landing zones come or go; at once where nothing is to be seen of it.
     void setZones(double target);
+    void setZonesOpacity(double target);
     /// The content changes: arrival() starts at nothing, departure() at `departingOpacity`. At once where nothing is to
     /// be seen of it.
     void switchContent(double toolness, double departingOpacity);
@@ -52,14 +56,15 @@ private:
     Animated<double> m_toolness;
     Animated<double> m_switch;
     Animated<double> m_zones;
+    Fade m_zonesOpacity{0};
+    Fade m_departure{0};
     PanelFrame m_current;
     double m_peekNow;
     double m_toolnessNow = 0;
     double m_switchNow = 1;
     double m_zonesNow = 0;
-    double m_departure = 0;
-    double m_departureFrom = 0;
-    MonotonicTime m_departureStart{};
+    double m_zonesOpacityNow = 0;
+    double m_departureNow = 0;
 };
 
 } // namespace ostrelle

@@ -27,8 +27,8 @@ struct Tool
     /// Makes the tool's body inside the chrome, with `parent`.
     std::function<ToolView &(const ControlContext &context, QWidget &parent)> makeView = {};
     std::function<std::optional<ModuleBadge>()> badge = {};
-    /// Number of items the tool holds, for status.
-    std::function<int()> count = {};
+    /// Number of items the tool holds, for status; nothing while it is not known yet.
+    std::function<std::optional<int>()> count = {};
     /// Takes files dropped on its landing zone: all of them, in the order of the drag. One that shows a single file
     /// takes the first.
     std::function<void(const QStringList &paths)> deliver = {};

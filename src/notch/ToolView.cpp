@@ -1,5 +1,7 @@
 #include "notch/ToolView.h"
 
+#include <QKeyEvent>
+
 namespace ostrelle {
 
 QList<QWidget *> ToolView::headerActions()
@@ -23,6 +25,18 @@ void ToolView::setDropTargeted(bool)
 bool ToolView::dropFiles(const QStringList &)
 {
     return false;
+}
+
+void ToolView::undo()
+{
+}
+
+void ToolView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Undo))
+        undo();
+    else
+        QWidget::keyPressEvent(event);
 }
 
 } // namespace ostrelle

@@ -31,12 +31,18 @@ public:
     /// Takes files that it accepted; false: it could do nothing with them.
     virtual bool dropFiles(const QStringList &paths);
 
+    /// Takes the tool's last step back, if there is one: the undo key anywhere in the panel that nothing else wanted.
+    virtual void undo();
+
 Q_SIGNALS:
     void wantedBodyHeightChanged();
     /// headerActions() answers differently now.
     void headerActionsChanged();
     /// The visit is over: the notch should close.
     void dismissRequested();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 };
 
 } // namespace ostrelle

@@ -2,15 +2,16 @@
 
 #include "platform/PointerNear.h"
 
-#include <QtGlobal>
+#include <QObject>
 
 namespace ostrelle {
 
 /// Whether a drag with data is going on somewhere. Main thread.
-class DragSense
+class DragSense : public QObject
 {
+    Q_OBJECT
 public:
-    virtual ~DragSense() = default;
+    using QObject::QObject;
 
     /// Moves whenever a drag with data begins.
     virtual qint64 changeCount() const = 0;
@@ -18,6 +19,10 @@ public:
     virtual qint64 countAtPress() const = 0;
     /// Whether a pointer button is held.
     virtual Answer isButtonHeld() const = 0;
+
+Q_SIGNALS:
+    /// changeCount() has moved.
+    void changed();
 };
 
 } // namespace ostrelle

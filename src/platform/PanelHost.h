@@ -46,6 +46,9 @@ public:
     virtual void place(const QString &screenName, const QSizeF &size) = 0;
     /// Brings the panel to the front without activating anything.
     virtual void raise() = 0;
+    /// While it gives way, a dialog that becomes active comes above the panel: the desktop's choosers would else open
+    /// behind it. Afterwards the panel is at the front again.
+    virtual void setGivingWay(bool givesWay) = 0;
     /// The only area that takes pointer events; empty: none, everything passes to the window below.
     virtual void setInteractiveRect(const QRectF &rect) = 0;
     /// The outline of what is painted: the region to blur, or the shape of the window.

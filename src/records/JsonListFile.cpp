@@ -47,6 +47,11 @@ void JsonListFile::retry()
     m_file.retry();
 }
 
+void JsonListFile::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    m_file.whenSaved(context, std::move(answer));
+}
+
 bool JsonListFile::flush()
 {
     return m_file.flush();

@@ -22,6 +22,7 @@ public:
     void save(std::function<QJsonArray()> encode);
     void observeSaving(std::function<void(bool isFailing)> observer);
     void retry();
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
     bool flush();
 
 private:

@@ -29,12 +29,13 @@ public:
     QList<Record> load()
     {
         QList<Record> records;
-        QSet<QUuid> ids;
+        QSet<QUuid> ids{QUuid()};
         const bool isGood = m_file.load([&](const QJsonObject &object) {
             auto record = Record::fromJson(object);
             if (!record)
                 return false;
-            // Lists are told apart by ids; a file put together by hand may repeat one.
+            // Entries are told apart by ids, and the null one means none; a file put together by hand may have it, or
+            // one twice.
             while (ids.contains(record->id))
                 record->id = QUuid::createUuid();
             ids.insert(record->id);
@@ -54,6 +55,11 @@ public:
     void observeSaving(std::function<void(bool isFailing)> observer) { m_file.observeSaving(std::move(observer)); }
     /// Tries again what could not be written.
     void retry() { m_file.retry(); }
+    /// Answers when everything so far is on the disk, or could not be written: false then. Not when `context` is gone.
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer)
+    {
+        m_file.whenSaved(context, std::move(answer));
+    }
     /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
     bool flush() { return m_file.flush(); }
 

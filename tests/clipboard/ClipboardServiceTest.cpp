@@ -188,7 +188,7 @@ void ClipboardServiceTest::recordsWhatIsCopiedWhileTheHistoryIsLoaded()
     m_service->whenLoaded(m_service.get(), [&] { listed = static_cast<int>(m_service->items().size()); });
     m_port->copyText(QStringLiteral("a"));
     m_scheduler->advance(500ms);
-    QVERIFY(m_service->items().isEmpty());
+    QVERIFY(!m_service->isLoaded() && m_service->items().isEmpty());
     QTRY_COMPARE(titles().join(u','), QStringLiteral("a,b"));
     QCOMPARE(listed, 2);
     QCOMPARE(storedTitles(), titles());
@@ -433,19 +433,26 @@ void ClipboardServiceTest::writesImagesBackFromTheStore()
     wait();
     copyText(QStringLiteral("text"));
     const QUuid imageId = m_service->items()[1].id;
-    m_service->copy(imageId);
+    using Outcome = ClipboardService::CopyOutcome;
+    QList<Outcome> outcomes;
+    const auto tell = [&](Outcome outcome) { outcomes.append(outcome); };
+    m_service->copy(imageId, tell);
+    QVERIFY(outcomes.isEmpty());
     wait();
+    QCOMPARE(outcomes, QList<Outcome>{Outcome::Done});
     QCOMPARE(std::get<ClipboardImage>(*m_port->offer()).bytes, image);
     QCOMPARE(m_service->items().size(), 2);
     // The later choice wins, though the image's bytes arrive after it.
-    m_service->copy(imageId);
-    m_service->copy(m_service->items()[0].id);
+    m_service->copy(imageId, tell);
+    m_service->copy(m_service->items()[0].id, tell);
     wait();
+    QCOMPARE(outcomes, (QList<Outcome>{Outcome::Done, Outcome::Done, Outcome::Overtaken}));
     QCOMPARE(std::get<QString>(*m_port->offer()), QStringLiteral("text"));
     // And so does what another program copies meanwhile.
-    m_service->copy(imageId);
+    m_service->copy(imageId, tell);
     copyText(QStringLiteral("theirs"));
     wait();
+    QCOMPARE(outcomes.last(), Outcome::Overtaken);
     QVERIFY(!m_port->offer());
     QCOMPARE(titles().first(), QStringLiteral("theirs"));
 }

@@ -70,6 +70,15 @@ void CommandLineTest::optionsTakeTheirValues()
     QCOMPARE(invocation->arguments, QStringList{QStringLiteral("photo.jpg")});
     QCOMPARE(invocation->options.value(QStringLiteral("--size")), QStringLiteral("64"));
     QCOMPARE(invocation->options.value(QStringLiteral("--output")), QStringLiteral("out.png"));
+
+    const auto flags = parseCommandLine(QStringLiteral("inspect -0 - --no-tempo --jobs 3").split(QLatin1Char(' ')));
+    invocation = std::get_if<Invocation>(&flags);
+    QVERIFY(invocation);
+    QCOMPARE(invocation->arguments, QStringList{QStringLiteral("-")});
+    QVERIFY(invocation->options.contains(QStringLiteral("-0")));
+    QVERIFY(invocation->options.contains(QStringLiteral("--no-tempo")));
+    QVERIFY(!invocation->options.contains(QStringLiteral("--recursive")));
+    QCOMPARE(invocation->options.value(QStringLiteral("--jobs")), QStringLiteral("3"));
 }
 
 void CommandLineTest::refusesWrongUsage_data()
@@ -85,6 +94,7 @@ void CommandLineTest::refusesWrongUsage_data()
     QTest::newRow("json where there is none") << "close --json";
     QTest::newRow("missing option") << "thumbnail photo.jpg --size 64";
     QTest::newRow("option without its value") << "thumbnail photo.jpg --output";
+    QTest::newRow("flag with a value") << "inspect a.wav --recursive=yes";
 }
 
 void CommandLineTest::refusesWrongUsage()

@@ -18,8 +18,11 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QEnterEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
@@ -48,6 +51,8 @@ private Q_SLOTS:
     void offersTheTilesActionsInItsMenu();
     void takesDrops();
     void showsPicturesAndHowFarTheyAre();
+    void showsAnIconAsSoonAsItIsLoaded();
+    void paintsOnlyTheTileOfANewPicture();
     void looksTheSameAfterMovement();
     void isAListToAssistiveTechnology();
 };
@@ -217,6 +222,25 @@ struct OpenTool : FilesFixture
     bool isHeld = false;
 };
 
+/// What is painted of a widget from now on.
+class PaintedRegion : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget &widget) { widget.installEventFilter(this); }
+    const QRegion &region() const { return m_region; }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_region += static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+
+private:
+    QRegion m_region;
+};
+
 QStringList numbered(int count)
 {
     QStringList names;
@@ -340,12 +364,9 @@ void AssetsModuleViewTest::removesByKeyAndBringsBack()
     QCOMPARE(tool.selected(), QStringLiteral("3"));
     tool.press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(tool.shown(), QStringLiteral("0 1 2 3 4"));
-    // Where the button in the header has the focus, too.
     tool.press(Qt::Key_End);
     tool.press(Qt::Key_Delete);
     QCOMPARE(tool.selected(), QStringLiteral("3"));
-    QTest::keyClick(tool.view->headerActions().last(), Qt::Key_Z, Qt::ControlModifier);
-    QCOMPARE(tool.shown(), QStringLiteral("0 1 2 3 4"));
 }
 
 void AssetsModuleViewTest::keepsTheCurrentTileClearOfTheFade()
@@ -375,6 +396,15 @@ void AssetsModuleViewTest::badgesActWhereTheyAreSeen()
     tool.point(tool.nameAt(6));
     QCOMPARE(tool.grid().tile(6).hover, 1.0);
     QCOMPARE(toolTip(), QStringLiteral("/a/4"));
+    // A menu opens over it, and closes.
+    QEvent leaves(QEvent::Leave);
+    QApplication::sendEvent(tool.grid().viewport(), &leaves);
+    tool.settle();
+    QCOMPARE(tool.grid().tile(6).hover, 0.0);
+    QEnterEvent comesBack(tool.nameAt(6), tool.nameAt(6), tool.nameAt(6));
+    QApplication::sendEvent(tool.grid().viewport(), &comesBack);
+    tool.settle();
+    QCOMPARE(tool.grid().tile(6).hover, 1.0);
     tool.point(tool.removeBadgeAt(6));
     QCOMPARE(tool.grid().tile(6).hover, 1.0);
     QCOMPARE(toolTip(), QStringLiteral("Remove from shelf"));
@@ -539,6 +569,57 @@ void AssetsModuleViewTest::showsPicturesAndHowFarTheyAre()
     QVERIFY(tool.grid().tile(0).isMissing);
     const QColor dimmed = tool.picture().pixelColor(middle);
     QVERIFY(dimmed.blue() > dimmed.red() && dimmed != QColor(Qt::blue));
+}
+
+void AssetsModuleViewTest::showsAnIconAsSoonAsItIsLoaded()
+{
+    OpenTool tool({QStringLiteral("0")});
+    const QPoint middle = tool.squareAt(0).toPoint();
+    tool.platform.fileIcons().holdBack();
+    const QColor plate = tool.picture().pixelColor(middle);
+    QCOMPARE(tool.picture().pixelColor(middle + QPoint(0, 24)), plate); // and no symbol meanwhile
+    PaintedRegion painted(*tool.grid().viewport());
+    tool.platform.fileIcons().release();
+    QCoreApplication::processEvents();
+    QVERIFY(painted.region().contains(middle));
+    QCOMPARE(tool.picture().pixelColor(middle), QColor(Qt::blue));
+}
+
+void AssetsModuleViewTest::paintsOnlyTheTileOfANewPicture()
+{
+    OpenTool tool(numbered(20));
+    QWidget &viewport = *tool.grid().viewport();
+    const auto *progress = tool.view->findChild<ThumbnailProgress *>(); // lies above
+    QImage red(120, 90, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    tool.picture();
+    const auto drawn = [&viewport](QImage image, const QRegion &region) {
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_Clear);
+        for (const QRect &rect : region)
+            painter.fillRect(rect, Qt::transparent);
+        painter.end();
+        viewport.render(&image, region.boundingRect().topLeft(), region, QWidget::DrawChildren);
+        return image;
+    };
+    QImage blank(viewport.size(), QImage::Format_ARGB32_Premultiplied);
+    blank.fill(Qt::transparent);
+    // In the first row, and where the last one in sight fades out.
+    for (const int row : {0, 13}) {
+        while (tool.source.waiting().first() != OpenTool::pathOf(QString::number(row)))
+            tool.source.serve({});
+        tool.settle();
+        const QImage stale = drawn(blank, viewport.rect());
+        PaintedRegion painted(viewport);
+        tool.source.serve(red);
+        QCoreApplication::processEvents();
+        QVERIFY(painted.region().contains((tool.squareAt(row) - QPointF(0, 20)).toPoint()));
+        const QRect tile = (painted.region() - progress->geometry()).boundingRect();
+        QVERIFY(tile.width() < 110 && tile.height() < 110);
+        const QImage fresh = drawn(blank, viewport.rect());
+        QVERIFY(fresh != stale);
+        QCOMPARE(drawn(stale, painted.region()), fresh);
+    }
 }
 
 void AssetsModuleViewTest::looksTheSameAfterMovement()

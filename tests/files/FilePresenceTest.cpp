@@ -206,7 +206,8 @@ void FilePresenceTest::judgesKindsByNameAlone()
     const FileFacts unknown;
     for (const char *name : {"/x/song.mp3", "/x/SONG.WAV", "/x/a.flac", "/x/a.ogg", "/x/a.m4a", "/x/a.aiff"})
         QVERIFY2(isAudio(QString::fromLatin1(name), unknown), name);
-    for (const char *name : {"/x/a.mp4", "/x/a.png", "/x/a.txt", "/x/mp3", "/x/a.unheardof", "/x/audio"})
+    for (const char *name : {"/x/a.mp4", "/x/a.png", "/x/a.txt", "/x/mp3", "/x/a.unheardof", "/x/audio", "/x/a.m3u",
+                             "/x/a.m3u8", "/x/a.pls"})
         QVERIFY2(!isAudio(QString::fromLatin1(name), unknown), name);
     QVERIFY(!isAudio(QStringLiteral("/x/a.mp3"), {Kind::Folder, false}));
     QVERIFY(isImage(QStringLiteral("/x/a.JPEG"), unknown) && isImage(QStringLiteral("/x/a.svg"), unknown));

@@ -135,7 +135,10 @@ private Q_SLOTS:
     void doesNotWaitForAHangingFileSystem();
     void goesThroughALongListInPortions();
     void theOpenToolTakesItsOwnDrops();
+    void asksTheOpenToolAgainAfterASlowAnswer();
+    void onlyWhatIsOverTheSurfaceIsTheOpenTools();
     void followsThePanelInTheMiddleOfADrag();
+    void theDropGoesWhereTheDragWouldGoByThen();
 };
 
 void NotchDropDelegateTest::offersWhatCanTakeTheDrag_data()
@@ -154,6 +157,8 @@ void NotchDropDelegateTest::offersWhatCanTakeTheDrag_data()
     QTest::newRow("audio") << QStringList{text, audio} << Modules{} << Modules{M::Assets, M::AudioInfo};
     QTest::newRow("audio and image") << QStringList{audio, image} << Modules{}
                                      << Modules{M::Assets, M::ImageInfo, M::AudioInfo};
+    QTest::newRow("folder with a slash") << QStringList{QStringLiteral("/d//sub/")} << Modules{}
+                                         << Modules{M::Assets, M::Projects};
     QTest::newRow("folder last") << QStringList{image, audio, folder} << Modules{} << Modules{M::Assets, M::Projects};
     QTest::newRow("folder, no shelf") << QStringList{folder} << Modules{M::Assets} << Modules{M::Projects};
     QTest::newRow("folder, no projects") << QStringList{folder, image} << Modules{M::Projects} << Modules{M::Assets};
@@ -305,7 +310,7 @@ void NotchDropDelegateTest::doesNotWaitForAHangingFileSystem()
     notch.clock.advance(99ms);
     QVERIFY(notch.viewModel.dropTargets().isEmpty());
     notch.clock.advance(1ms);
-    QCOMPARE(notch.viewModel.dropTargets(), Modules{KestroModule::Assets});
+    QCOMPARE(notch.viewModel.dropTargets(), (Modules{KestroModule::Assets, KestroModule::ImageInfo}));
     // What comes later still counts.
     notch.facts.answer();
     QCOMPARE(notch.viewModel.dropTargets(), (Modules{KestroModule::Assets, KestroModule::Projects}));
@@ -359,15 +364,51 @@ void NotchDropDelegateTest::theOpenToolTakesItsOwnDrops()
     QCOMPARE(notch.viewModel.selection(), std::optional(KestroModule::Assets));
     QVERIFY(notch.viewModel.dropTargets().isEmpty());
     QCOMPARE(notch.log, QStringList());
+}
 
-    // It may change its mind when it turns out what they are.
-    notch.facts.hangs = true;
-    notch.drags().enter(kInside, {QStringLiteral("/d/a.zip")});
-    QVERIFY(notch.drags().isAccepted());
-    notch.openTool->isFull = true;
-    notch.facts.answer();
+void NotchDropDelegateTest::asksTheOpenToolAgainAfterASlowAnswer()
+{
+    // It may change its mind when it turns out what they are, also long after it was first asked.
+    for (const auto delay : {0ms, 99ms, 101ms, 900ms}) {
+        DropFixture notch;
+        notch.openTool = std::make_unique<DropTool>();
+        notch.viewModel.expand(KestroModule::Assets, false);
+        notch.facts.hangs = true;
+        notch.drags().enter(kInside, {QStringLiteral("/d/a.zip")});
+        notch.clock.advance(delay);
+        QVERIFY(notch.drags().isAccepted());
+        notch.openTool->isFull = true;
+        notch.facts.answer();
+        QVERIFY2(!notch.drags().isAccepted(), qPrintable(QString::number(delay.count())));
+        QVERIFY(!notch.openTool->isTargeted);
+    }
+}
+
+void NotchDropDelegateTest::onlyWhatIsOverTheSurfaceIsTheOpenTools()
+{
+    DropFixture notch;
+    notch.openTool = std::make_unique<DropTool>();
+    notch.platform.dragSense().press();
+    notch.viewModel.setDragCatch(true);
+    notch.viewModel.expand(KestroModule::Assets, false);
+    // 588 wide and 192 high, in the middle of 900; the panel hears of drags down to 380.
+    const double left = (notch.panel.width() - 588) / 2.0;
+    const QStringList files{QStringLiteral("/d/a.zip")};
+    notch.drags().enter({450, 300}, files);
     QVERIFY(!notch.drags().isAccepted());
-    QVERIFY(!notch.openTool->isTargeted);
+    const std::pair<QPointF, bool> places[] = {{{450, 190}, true},        {{450, 194}, false},
+                                               {{left + 2, 100}, true},   {{left - 2, 100}, false},
+                                               {{left + 586, 100}, true}, {{left + 590, 100}, false}};
+    for (const auto &[place, isOver] : places) {
+        notch.drags().moveTo(place);
+        QCOMPARE(notch.drags().isAccepted(), isOver);
+        QCOMPARE(notch.openTool->isTargeted, isOver);
+        QVERIFY(notch.viewModel.dropTargets().isEmpty());
+    }
+    // Where it takes nothing it is given nothing.
+    notch.drags().drop();
+    QVERIFY(notch.openTool->taken.isEmpty());
+    QCOMPARE(notch.log, QStringList());
 }
 
 void NotchDropDelegateTest::followsThePanelInTheMiddleOfADrag()
@@ -390,6 +431,30 @@ void NotchDropDelegateTest::followsThePanelInTheMiddleOfADrag()
     QVERIFY(!notch.drags().isAccepted());
     notch.drags().leave();
     QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
+}
+
+void NotchDropDelegateTest::theDropGoesWhereTheDragWouldGoByThen()
+{
+    const QStringList files{QStringLiteral("/d/a.zip")};
+    DropFixture notch;
+    notch.openTool = std::make_unique<DropTool>();
+    notch.viewModel.expand(KestroModule::Assets, false);
+    notch.drags().enter(kInside, files);
+    QVERIFY(notch.drags().isAccepted());
+    // Closed since the last movement: the view may be gone, the files are not.
+    notch.viewModel.collapse();
+    notch.openTool.reset();
+    notch.drags().drop();
+    QCOMPARE(notch.log, QStringList{QStringLiteral("assets hidden: /d/a.zip")});
+    notch.controller.dismiss();
+
+    // Opened since then.
+    notch.drags().enter(kInside, files);
+    notch.openTool = std::make_unique<DropTool>();
+    notch.viewModel.expand(KestroModule::Assets, false);
+    notch.drags().drop();
+    QCOMPARE(notch.openTool->taken, files);
+    QCOMPARE(notch.log.size(), 1);
 }
 
 OSTRELLE_TEST(NotchDropDelegateTest)

@@ -340,6 +340,15 @@ void ProjectsModuleViewTest::goingElsewhereTakesTheNameAndNothingElse()
     tool.click(1);
     QCOMPARE(tool.opening.opened, QStringList{QStringLiteral("/work/B")});
 
+    // Where nothing takes the press, nor the focus.
+    tool.view.list().beginRename(tool.view.list().idAt(0));
+    QTest::keyClicks(&tool.field(), QStringLiteral("V"));
+    QTest::mousePress(&tool.field(), Qt::LeftButton);
+    QVERIFY(tool.field().isRenaming());
+    QTest::mousePress(&tool.window, Qt::LeftButton);
+    QCOMPARE(tool.names(), QStringLiteral("VB"));
+    QVERIFY(!tool.field().isVisible());
+
     tool.view.list().beginRename(tool.view.list().idAt(0));
     QTest::keyClicks(&tool.field(), QStringLiteral("Y"));
     tool.view.list().beginRename(tool.view.list().idAt(1));

@@ -1,5 +1,6 @@
-"""Prints what assistive technology sees of the running program, as JSON; with ROLE NAME ACTION it acts on that object
-first. Runs as a process of its own, in the environment of a desktop."""
+"""accessible.py APPLICATION [ROLE NAME ACTION]
+Prints what assistive technology sees of a running program, as JSON; with ROLE NAME ACTION it acts on that object first.
+Runs as a process of its own, in the environment of a desktop."""
 import json
 import sys
 import time
@@ -19,9 +20,17 @@ def actions_of(accessible):
     return {action.getName(index): index for index in range(action.nActions)}
 
 
+def extents_of(accessible):
+    """In pixels of the screen: x, y, width, height."""
+    try:
+        return list(accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS))
+    except NotImplementedError:
+        return None
+
+
 def tree(accessible):
     return {"role": accessible.getRoleName(), "name": accessible.name, "description": accessible.description,
-            "states": states_of(accessible), "actions": list(actions_of(accessible)),
+            "states": states_of(accessible), "actions": list(actions_of(accessible)), "extents": extents_of(accessible),
             "children": [tree(child) for child in accessible if child is not None]}
 
 
@@ -32,18 +41,18 @@ def every(accessible):
             yield from every(child)
 
 
-def application(deadline=20):
+def application(name, deadline=20):
     end = time.monotonic() + deadline
     while time.monotonic() < end:
         for found in pyatspi.Registry.getDesktop(0):
-            if found is not None and found.name == "Ostrelle":
+            if found is not None and found.name == name:
                 return found
-    sys.exit("the program is not on the accessibility bus")
+    sys.exit(f"{name} is not on the accessibility bus")
 
 
-root = application()
-if len(sys.argv) > 1:
-    role, name, wanted = sys.argv[1:]
+root = application(sys.argv[1])
+if len(sys.argv) > 2:
+    role, name, wanted = sys.argv[2:]
     target = next(found for found in every(root) if found.getRoleName() == role and found.name == name)
     target.queryAction().doAction(actions_of(target)[wanted])
 print(json.dumps(tree(root)))

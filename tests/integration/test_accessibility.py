@@ -1,16 +1,11 @@
 """The notch as a screen reader meets it."""
-import json
-import pathlib
-import subprocess
 import unittest
 
-import harness
 from harness.desktop import Desktop
 from harness.peer import xclip
 from harness.program import Program
+from harness.reader import accessible_objects
 from harness.waiting import wait_until
-
-READER = pathlib.Path(harness.__file__).with_name("accessible.py")
 
 
 class Accessibility(unittest.TestCase):
@@ -21,19 +16,7 @@ class Accessibility(unittest.TestCase):
         self.addCleanup(self.program.kill)
 
     def objects(self, *action):
-        """(role, name) to what is seen of it; with an action, after it was done."""
-        answer = subprocess.run(["/usr/bin/python3", "-B", str(READER), *action], env=self.desktop.environment, text=True,
-                                capture_output=True, timeout=60)
-        self.assertEqual(answer.returncode, 0, answer.stderr)
-        found = {}
-
-        def collect(node):
-            found[node["role"], node["name"]] = node
-            for child in node["children"]:
-                collect(child)
-
-        collect(json.loads(answer.stdout))
-        return found
+        return accessible_objects(self.desktop, "Ostrelle", *action)
 
     def test_tools_and_rows_have_role_name_state_and_focus(self):
         xclip(self.desktop, b"a copied text")

@@ -2,6 +2,7 @@
 import json
 import os
 import re
+import resource
 import signal
 import subprocess
 import unittest
@@ -105,19 +106,28 @@ class FilesCommands(unittest.TestCase):
         self.program.stop()
         self.assertEqual(self.shelf(), [])
 
-    def test_opens_a_folder_without_the_program(self):
+    def test_opens_folders_with_the_program_and_without(self):
         opener = os.path.join(self.files, "xdg-open")
         with open(opener, "w") as file:
             file.write(f'#!/bin/sh\nprintf %s "$1" > "{self.files}/part" && mv "{self.files}/part" "{self.files}/opened"\n')
         os.chmod(opener, 0o755)
         self.program.environment["PATH"] = f"{self.files}:{os.environ['PATH']}"
         self.program.call("projects", "add", self.path("Songs"), self.path("Films"))
-        self.program.call("projects", "open", "2")
-        wait_until(lambda: os.path.exists(self.path("opened")), "opened")
-        with open(self.path("opened")) as file:
-            self.assertEqual(file.read(), self.path("Films"))
-        os.rename(self.path("Films"), self.path("moved"))
-        self.assertIn("no folder", self.refused("projects", "open", "2"))
+        for runs in (False, True):
+            with self.subTest(runs=runs):
+                if runs:
+                    self.program.start()
+                self.program.call("projects", "open", "2")
+                wait_until(lambda: os.path.exists(self.path("opened")), "opened")
+                with open(self.path("opened")) as file:
+                    self.assertEqual(file.read(), self.path("Films"))
+                os.unlink(self.path("opened"))
+                os.rename(self.path("Films"), self.path("moved"))
+                wait_until(lambda: self.program.call("projects", "open", "2", check=False).returncode == 1, "missed")
+                self.assertEqual(self.refused("projects", "open", "2"),
+                                 f"ostrelle: projects open: there is no folder {self.path('Films')}\n")
+                os.rename(self.path("moved"), self.path("Films"))
+        self.program.stop()
 
     def test_killed_programs_and_many_files(self):
         names = [self.path(f"file {number}") for number in range(3000)]
@@ -154,13 +164,45 @@ class FilesCommands(unittest.TestCase):
         self.program.stop()
         with open(os.path.join(self.folder, "projects.json")) as file:
             self.assertEqual(file.read(), damaged, "untouched until the next save")
-        self.program.call("projects", "add", self.path("Songs"))
+        told = self.program.call("projects", "add", self.path("Songs")).stderr
+        self.assertEqual(told, "ostrelle: The list of projects could not be read and starts empty; its file is kept\n")
         self.assertEqual((self.shelf(), self.projects()), ([self.path("a")], ["Songs"]))
         kept = sorted(name for name in os.listdir(self.folder) if "unreadable" in name)
         self.assertEqual([name.split("-")[0] for name in kept], ["projects.unreadable", "shelf.unreadable"])
         for name in kept:
             with open(os.path.join(self.folder, name)) as file:
                 self.assertEqual(file.read(), damaged)
+
+    def test_a_full_disk(self):
+        """An edit counts as done when it is on the disk, whoever does it; else it is told, and nothing is half written."""
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (400, 400))
+
+        def add_many():
+            return subprocess.run([self.program.command, "shelf", "add", *names], env=self.program.environment,
+                                  capture_output=True, text=True, timeout=30, preexec_fn=limit)
+
+        names = [self.path(f"file {number}") for number in range(9)]
+        for name in names:
+            open(name, "w").close()
+        failure = f"ostrelle: cannot write {self.folder}/shelf.json\n"
+        self.program.call("shelf", "add", self.path("a"))
+        before = self.stored("shelf.json")
+        alone = add_many()
+        self.assertEqual((alone.returncode, alone.stderr), (1, failure))
+        self.assertEqual((self.stored("shelf.json"), sorted(os.listdir(self.folder))), (before, ["lock", "shelf.json"]))
+
+        with open(self.desktop.folder / "program.log", "ab") as log:
+            self.program.process = subprocess.Popen([self.program.command], env=self.program.environment, stdout=log,
+                                                    stderr=log, preexec_fn=limit)
+        wait_until(self.program.is_listening, "the program answers")
+        self.program.expected_lines = ["The shelf could not be saved: cannot write"]
+        told = add_many()
+        self.assertEqual((told.returncode, told.stderr), (1, failure))
+        self.assertEqual((len(self.shelf()), self.stored("shelf.json")), (10, before))
+        self.program.call("shelf", "clear")
+        self.assertEqual(self.stored("shelf.json"), [])
+        self.program.stop()
 
     def test_a_read_only_folder(self):
         self.program.call("shelf", "add", self.path("a"))

@@ -314,13 +314,22 @@ void AudioFactsTest::whatIsNoSoundIsRefused()
 
 void AudioFactsTest::cutFilesHaveTheFactsOfWhatIsLeft()
 {
-    for (const char *command :
-         {"cp noise.wav cut", "sox noise.wav cut.aiff; mv cut.aiff cut", "lame --quiet -t -b 128 noise.wav cut",
-          "oggenc -Q noise.wav -o cut", "ffmpeg -v error -y -i noise.wav -f adts cut"}) {
-        const QByteArray bytes = made(QLatin1String(command), QStringLiteral("cut"));
-        const auto whole = std::get<AudioInfo>(audioInfoOf(*m_client, path(QStringLiteral("cut"))));
-        const auto half = std::get<AudioInfo>(factsOf(QStringLiteral("half"), bytes.left(bytes.size() * 6 / 10)));
-        QVERIFY2(std::abs(half.duration - whole.duration * 0.6) < 0.5, command);
+    const struct
+    {
+        const char *name;
+        const char *command;
+    } files[]{{"cut.wav", "cp noise.wav cut.wav"},
+              {"cut.aiff", "sox noise.wav cut.aiff"},
+              {"cut", "lame --quiet -t -b 128 noise.wav cut"},
+              {"cut.ogg", "oggenc -Q noise.wav -o cut.ogg"},
+              {"cut.aac", "ffmpeg -v error -y -i noise.wav cut.aac"}};
+    for (const auto &file : files) {
+        const QString name = QLatin1String(file.name);
+        const QByteArray bytes = made(QLatin1String(file.command), name);
+        const auto whole = std::get<AudioInfo>(audioInfoOf(*m_client, path(name)));
+        const auto half =
+            std::get<AudioInfo>(factsOf(QLatin1String("half-") + name, bytes.left(bytes.size() * 6 / 10)));
+        QVERIFY2(std::abs(half.duration - whole.duration * 0.6) < 0.5, file.command);
         QCOMPARE(half.sampleRate, whole.sampleRate);
         QCOMPARE(half.bitDepth, whole.bitDepth);
     }

@@ -8,7 +8,9 @@
 
 #include <QRegularExpression>
 #include <QTest>
+#include <QThread>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -32,6 +34,9 @@ private Q_SLOTS:
     void hungHelperEndsAtTheDeadline();
     void otherHelperIsAskedForWhatOneDeclines();
     void latestRequestComesFirst();
+    void mixedFilesKeepTheirHelpers();
+    void wrongGuessesArePutRight();
+    void inTheBackgroundOneProcessorIsLeftToOthers();
     void droppedRequestsAreNotAnswered();
     void manyFilesShareTwoHelpersThatEndWhenIdle();
     void onlyRegularFilesAreOpened_data();
@@ -43,6 +48,7 @@ private:
     QString file(const QString &name, const QByteArray &content);
     MediaRequest ask(const QString &path, Result &result);
     bool settles(const Result &result);
+    QByteArrayList starts() const;
     void expectLoss();
 
     std::unique_ptr<TemporaryHome> m_home;
@@ -87,6 +93,13 @@ bool MediaClientTest::settles(const Result &result)
         m_scheduler->advance(0s);
         return result.has_value();
     });
+}
+
+/// The helpers that have been started, "light" or "extra".
+QByteArrayList MediaClientTest::starts() const
+{
+    QFile file(m_home->path(QStringLiteral("starts")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().split('\n') : QByteArrayList();
 }
 
 void MediaClientTest::expectLoss()
@@ -165,6 +178,70 @@ void MediaClientTest::latestRequestComesFirst()
     QVERIFY(place(0) < 4);
     QVERIFY(place(11) < 5);
     QVERIFY(place(1) > 7);
+}
+
+void MediaClientTest::mixedFilesKeepTheirHelpers()
+{
+    constexpr int kFiles = 100;
+    int pictures = 0;
+    std::vector<MediaRequest> requests;
+    for (int i = 0; i < kFiles; ++i) {
+        const bool isDocument = i % 2 == 0;
+        const QString path = file(QStringLiteral("%1.%2").arg(i).arg(QLatin1StringView(isDocument ? "pdf" : "jpg")),
+                                  isDocument ? "extra" : "light");
+        requests.push_back(
+            m_client->thumbnail(path, 8, MediaClient::CacheUse::None, [&pictures](const PictureResult &result) {
+                if (std::holds_alternative<MediaPicture>(result))
+                    ++pictures;
+            }));
+    }
+    QVERIFY(QTest::qWaitFor([&] {
+        m_scheduler->advance(0s);
+        return requests.size() == kFiles && m_client->pendingCount() == 0;
+    }));
+    QCOMPARE(pictures, kFiles);
+    // At the start two light ones, of which one gives way; at the end each may give way for the last of the other kind.
+    const QByteArrayList started = starts();
+    QVERIFY2(started.size() <= 5, started.join(' ').constData());
+}
+
+void MediaClientTest::wrongGuessesArePutRight()
+{
+    const auto answerTo = [this](const char *name, const QByteArray &content) {
+        Result result;
+        const MediaRequest request = ask(file(QString::fromLatin1(name), content), result);
+        return settles(result) ? *result : PictureResult(MediaFailure::TimedOut);
+    };
+    QVERIFY(!imageOf(answerTo("a.pdf", "extra")).isNull());
+    const qsizetype before = starts().size();
+    QVERIFY(!imageOf(answerTo("b.pdf", "extra")).isNull());
+    QCOMPARE(std::get<MediaFailure>(answerTo("c.pdf", "unknown")), MediaFailure::Broken);
+    QVERIFY(!imageOf(answerTo("d.pdf", "light")).isNull());
+    QVERIFY(!imageOf(answerTo("e.pdf", "extra")).isNull());
+    QCOMPARE(std::get<MediaFailure>(answerTo("f", "unknown")), MediaFailure::Broken);
+    QCOMPARE(starts().size(), before);
+}
+
+void MediaClientTest::inTheBackgroundOneProcessorIsLeftToOthers()
+{
+    m_client = std::make_unique<MediaClient>(
+        *m_scheduler,
+        MediaClient::Places{helperFolder() + QStringLiteral("/stand-in"), m_home->path(QStringLiteral("t"))},
+        MediaClient::Helpers{.priority = HelperPriority::Background});
+    const int atOnce = std::clamp(QThread::idealThreadCount() - 1, 1, 2);
+    std::vector<Result> results(3);
+    std::vector<MediaRequest> requests;
+    for (Result &result : results)
+        requests.push_back(ask(file(QStringLiteral("hung%1").arg(requests.size()), "hang"), result));
+    const auto startedCount = [this] {
+        m_scheduler->advance(0s);
+        return static_cast<int>(starts().size());
+    };
+    QTRY_COMPARE(startedCount(), atOnce);
+    // A slow one does not hold the others up.
+    m_scheduler->advance(1s);
+    QTRY_COMPARE(startedCount(), 2);
+    QCOMPARE(childCount(), 2);
 }
 
 void MediaClientTest::droppedRequestsAreNotAnswered()

@@ -31,7 +31,7 @@ private:
 
 QByteArray SandboxTest::ask(const QString &probe, HelperCommand command, quint32 limit)
 {
-    HelperProcess helper(QCoreApplication::applicationDirPath() + u'/' + probe);
+    HelperProcess helper(QCoreApplication::applicationDirPath() + u'/' + probe, HelperPriority::Usual);
     QByteArray payload;
     connect(&helper, &HelperProcess::answered, &helper,
             [&payload](const HelperAnswer &, const QByteArray &bytes) { payload = bytes; });

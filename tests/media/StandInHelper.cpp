@@ -1,11 +1,13 @@
-// Speaks the helpers' protocol and misbehaves as the file says.
+// Speaks the helpers' protocol and misbehaves as the file says. Adds its name to the file $HOME/starts.
 #include "media_common/HelperProtocol.h"
 
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -56,11 +58,22 @@ void answer(const HelperRequest &request, HelperStatus status, std::uint32_t sid
     send(payload.data(), payload.size());
 }
 
+void noteStart(const char *name)
+{
+    const std::string path = std::string(std::getenv("HOME")) + "/starts";
+    const std::string line = std::string(name) + "\n";
+    const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+    if (file < 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+        _exit(1);
+    close(file);
+}
+
 } // namespace
 
 int main(int, char **arguments)
 {
     const bool isExtra = std::string(arguments[0]).find("extra") != std::string::npos;
+    noteStart(isExtra ? "extra" : "light");
     HelperRequest request;
     std::string content;
     while (receive(request, content)) {
@@ -80,8 +93,12 @@ int main(int, char **arguments)
         else if (is("twice")) {
             answer(request, HelperStatus::Done, 1, 4);
             answer(request, HelperStatus::Done, 1, 4);
-        } else if (is("extra") && !isExtra)
+        } else if ((is("extra") || is("unknown")) && !isExtra)
             answer(request, HelperStatus::Declined, 0, 0);
+        else if (is("light") && isExtra)
+            answer(request, HelperStatus::Unsupported, 0, 0);
+        else if (is("unknown"))
+            answer(request, HelperStatus::Broken, 0, 0);
         else
             answer(request, HelperStatus::Done, 1, 4);
     }

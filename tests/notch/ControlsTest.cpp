@@ -4,13 +4,17 @@
 #include "notch/controls/GlyphButton.h"
 #include "notch/controls/InlineSearchField.h"
 #include "notch/controls/MetadataRow.h"
+#include "notch/controls/NotchMenu.h"
 #include "notch/controls/PlayBadge.h"
+#include "notch/controls/SmoothScroll.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 
 #include <QLineEdit>
 #include <QPainter>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 using namespace ostrelle;
 using namespace std::chrono_literals;
@@ -50,7 +54,60 @@ private Q_SLOTS:
     void edgeFadeKeepsTheMiddleAndClearsTheEdge_data();
     void edgeFadeKeepsTheMiddleAndClearsTheEdge();
     void metadataRowCopiesExactlyItsValue();
+    void scrollGoesByStepsAndPixels();
+    void scrollStaysWhereOthersMoveIt();
+    void aMenuWarnsOfWhatTakesSomethingAway_data();
+    void aMenuWarnsOfWhatTakesSomethingAway();
 };
+
+namespace {
+
+struct Scroll : ControlFixture
+{
+    QScrollBar bar;
+    SmoothScroll scroll;
+
+    Scroll()
+        : scroll(context, bar, 60)
+    {
+        bar.setRange(0, 500);
+    }
+    void turnWheel(int angle, int pixels = 0)
+    {
+        scroll.turnWheel(QWheelEvent({}, {}, {0, pixels}, {0, angle}, Qt::NoButton, {}, Qt::NoScrollPhase, false));
+    }
+};
+
+} // namespace
+
+void ControlsTest::scrollGoesByStepsAndPixels()
+{
+    Scroll stage;
+    stage.turnWheel(-120);
+    stage.turnWheel(-120); // on its way
+    QCOMPARE(stage.bar.value(), 0);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 120);
+    stage.turnWheel(-120, -7);
+    QCOMPARE(stage.bar.value(), 127);
+    stage.turnWheel(1200);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 0);
+}
+
+void ControlsTest::scrollStaysWhereOthersMoveIt()
+{
+    Scroll stage;
+    stage.scroll.moveTo(400);
+    stage.clock.advance(60ms);
+    QVERIFY(stage.bar.value() > 0 && stage.bar.value() < 400);
+    stage.bar.setValue(50);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 50);
+    stage.turnWheel(-120);
+    stage.settle();
+    QCOMPARE(stage.bar.value(), 110);
+}
 
 void ControlsTest::ordinaryGlyphButtonGlowsUnderThePointer()
 {
@@ -251,6 +308,46 @@ void ControlsTest::metadataRowCopiesExactlyItsValue()
     QVERIFY(stage.clipboard.offer());
     QCOMPARE(std::get<QString>(*stage.clipboard.offer()), QStringLiteral(" 1920 × 1080 px "));
     QCOMPARE(stage.ticks(), 1);
+}
+
+void ControlsTest::aMenuWarnsOfWhatTakesSomethingAway_data()
+{
+    QTest::addColumn<AppearancePreference>("appearance");
+    QTest::newRow("dark") << AppearancePreference::Dark;
+    QTest::newRow("light") << AppearancePreference::Light;
+}
+
+void ControlsTest::aMenuWarnsOfWhatTakesSomethingAway()
+{
+    QFETCH(AppearancePreference, appearance);
+    Stage stage;
+    stage.settings.setAppearance(appearance);
+    stage.settle();
+    NotchMenu menu(stage.appearance, &stage.ground);
+    QStringList chosen;
+    for (const auto &[text, purpose] : {std::pair(QStringLiteral("Open"), NotchMenu::Purpose::Ordinary),
+                                        std::pair(QStringLiteral("Remove"), NotchMenu::Purpose::Destructive)})
+        menu.addEntry(
+            text, &stage.ground, [&chosen, name = text] { chosen.append(name); }, purpose);
+    menu.resize(menu.sizeHint());
+    const QImage picture = menu.grab().toImage();
+    const auto redness = [&](int entry) {
+        const QRect place = menu.actionGeometry(menu.actions().at(entry));
+        int most = 0;
+        for (int y = place.top(); y <= place.bottom(); ++y) {
+            for (int x = place.left(); x <= place.right(); ++x) {
+                const QColor color = picture.pixelColor(x, y);
+                most = std::max(most, color.red() - std::max(color.green(), color.blue()));
+            }
+        }
+        return most;
+    };
+    QVERIFY2(redness(0) < 20, qPrintable(QString::number(redness(0))));
+    QVERIFY2(redness(1) > 120, qPrintable(QString::number(redness(1))));
+    menu.actions().at(1)->trigger();
+    QVERIFY(chosen.isEmpty());
+    QCoreApplication::processEvents();
+    QCOMPARE(chosen, QStringList{QStringLiteral("Remove")});
 }
 
 OSTRELLE_TEST(ControlsTest)

@@ -6,6 +6,10 @@
 #include "support/TestMain.h"
 
 #include <QAccessible>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace ostrelle;
 using namespace std::chrono_literals;
@@ -21,8 +25,52 @@ struct RouterFixture : PanelFixture
         registry.add(KestroModule::Assets, {.dropAction = QStringLiteral("Stage on the shelf")});
         start();
     }
+    /// A drag has begun elsewhere.
+    void arm()
+    {
+        platform.dragSense().press();
+        viewModel.setDragCatch(true);
+    }
     QImage picture() { return notch.grab().toImage(); }
+    QImage pictureWithoutZones()
+    {
+        auto &router = child<DropRouterView>();
+        router.hide();
+        const QImage picture = notch.grab().toImage();
+        router.show();
+        return picture;
+    }
+    QPainterPath outline() const { return surfaceOutline({notch.width() / 2.0, 0}, notch.surfaceState()); }
 };
+
+/// By WCAG 2.1, "contrast ratio".
+double contrast(QRgb one, QRgb other)
+{
+    const auto luminance = [](QRgb colour) {
+        const auto linear = [](int channel) {
+            const double value = channel / 255.0;
+            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
+    };
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+/// The most that the zones make of any pixel, compared to what is there without them.
+double zoneContrast(RouterFixture &fixture)
+{
+    const QImage with = fixture.picture();
+    const QImage without = fixture.pictureWithoutZones();
+    double most = 1;
+    for (int y = 0; y < with.height(); ++y) {
+        for (int x = 0; x < with.width(); ++x) {
+            if (with.pixel(x, y) != without.pixel(x, y))
+                most = std::max(most, contrast(with.pixel(x, y), without.pixel(x, y)));
+        }
+    }
+    return most;
+}
 
 /// One zone on a ground of the opposite tone, at (20, 20).
 struct ZoneStage : ControlFixture
@@ -68,6 +116,10 @@ private Q_SLOTS:
     void paintsAZone();
     void isCrispAtScaleTwo();
     void growsUnderTheDragUnlessMotionIsReduced();
+    void showsItsZonesAtOnce_data();
+    void showsItsZonesAtOnce();
+    void staysInsideTheSurface_data();
+    void staysInsideTheSurface();
     void takesThePlaceOfTheTilesAndLeavesNoTrace();
     void noKeyChoosesAToolUnderTheZones();
 };
@@ -190,6 +242,84 @@ void DropRouterViewTest::growsUnderTheDragUnlessMotionIsReduced()
         QCOMPARE(stage.zone.frame(), frame);
         QVERIFY(!stage.frames.isRunning());
     }
+}
+
+void DropRouterViewTest::showsItsZonesAtOnce_data()
+{
+    QTest::addColumn<AppearancePreference>("appearance");
+    QTest::addColumn<bool>("fromSelector");
+    QTest::newRow("dark, from the closed notch") << AppearancePreference::Dark << false;
+    QTest::newRow("light, from the closed notch") << AppearancePreference::Light << false;
+    QTest::newRow("dark, from the selector") << AppearancePreference::Dark << true;
+    QTest::newRow("light, from the selector") << AppearancePreference::Light << true;
+}
+
+void DropRouterViewTest::showsItsZonesAtOnce()
+{
+    QFETCH(const AppearancePreference, appearance);
+    QFETCH(const bool, fromSelector);
+    RouterFixture fixture;
+    fixture.settings.setAppearance(appearance);
+    fixture.arm();
+    if (fromSelector)
+        fixture.open();
+    fixture.settle();
+    fixture.viewModel.beginRouting(kTargets);
+    fixture.clock.advance(34ms);
+    const double seen = zoneContrast(fixture);
+    QVERIFY2(seen > 2, qPrintable(QString::number(seen)));
+    // And from then on, however the glass below them changes.
+    for (int frame = 0; frame < 30; ++frame) {
+        fixture.clock.advance(17ms);
+        const double stillSeen = zoneContrast(fixture);
+        QVERIFY2(stillSeen > 2, qPrintable(QStringLiteral("%1 in frame %2").arg(stillSeen).arg(frame)));
+    }
+}
+
+void DropRouterViewTest::staysInsideTheSurface_data()
+{
+    QTest::addColumn<bool>("isArmed");
+    QTest::newRow("armed") << true;
+    QTest::newRow("not armed") << false;
+}
+
+void DropRouterViewTest::staysInsideTheSurface()
+{
+    QFETCH(const bool, isArmed);
+    RouterFixture fixture;
+    if (isArmed)
+        fixture.arm();
+    fixture.settle();
+    QCOMPARE(fixture.notch.surfaceState().size.height(), isArmed ? 38 : 24);
+    fixture.viewModel.beginRouting(kTargets);
+    int painted = 0;
+    for (int frame = 0; frame < 20; ++frame) {
+        fixture.clock.advance(frame % 2 == 0 ? 17ms : 34ms);
+        if (frame == 9)
+            fixture.viewModel.endRouting(false);
+        if (fixture.notch.findChild<DropRouterView *>()->isHidden())
+            continue;
+        const QImage with = fixture.picture();
+        const QImage without = fixture.pictureWithoutZones();
+        // With a margin: a pixel that the outline only crosses may be painted.
+        QImage inside(with.size(), QImage::Format_RGB32);
+        inside.fill(Qt::black);
+        QPainter painter(&inside);
+        painter.setPen(QPen(Qt::white, 2));
+        painter.setBrush(Qt::white);
+        painter.drawPath(fixture.outline());
+        painter.end();
+        for (int y = 0; y < with.height(); ++y) {
+            for (int x = 0; x < with.width(); ++x) {
+                if (with.pixel(x, y) == without.pixel(x, y))
+                    continue;
+                ++painted;
+                QVERIFY2(inside.pixel(x, y) == qRgb(255, 255, 255),
+                         qPrintable(QStringLiteral("%1, %2 in frame %3").arg(x).arg(y).arg(frame)));
+            }
+        }
+    }
+    QVERIFY(painted > 0);
 }
 
 void DropRouterViewTest::takesThePlaceOfTheTilesAndLeavesNoTrace()

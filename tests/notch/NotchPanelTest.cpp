@@ -26,9 +26,11 @@ public:
     using ToolView::ToolView;
     std::optional<double> wantedBodyHeight() const override { return wanted; }
     void appeared() override { ++appearances; }
+    void undo() override { ++undone; }
 
     std::optional<double> wanted = 300;
     int appearances = 0;
+    int undone = 0;
 };
 
 struct ProbeFixture : PanelFixture
@@ -59,6 +61,7 @@ private Q_SLOTS:
     void pressInThePanelAsksForTheKeyboard();
     void digitsChooseOnTheSelectorOnly();
     void escapeGoesBackThenCloses();
+    void undoReachesTheToolFromTheWholePanel();
     void heightFollowsTheTool();
     void leavingAToolFromItsOwnCodeIsSafe();
     void toolWithoutViewSaysWhatItIs();
@@ -156,6 +159,23 @@ void NotchPanelTest::escapeGoesBackThenCloses()
     QCOMPARE(fixture.viewModel.phase(), Phase::Expanded);
     fixture.pressKey(Qt::Key_Escape);
     QCOMPARE(fixture.viewModel.phase(), Phase::Idle);
+}
+
+void NotchPanelTest::undoReachesTheToolFromTheWholePanel()
+{
+    ProbeFixture fixture;
+    fixture.open(KestroModule::Clipboard);
+    int expected = 0;
+    for (QWidget *focused : {static_cast<QWidget *>(fixture.view), static_cast<QWidget *>(&fixture.child<BackButton>()),
+                             static_cast<QWidget *>(fixture.child<ModuleStrip>().tiles().front())}) {
+        focused->setFocus();
+        fixture.pressKey(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(fixture.view->undone, ++expected);
+    }
+    fixture.pressKey(Qt::Key_Escape);
+    fixture.settle();
+    fixture.pressKey(Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(!fixture.viewModel.selection());
 }
 
 void NotchPanelTest::heightFollowsTheTool()

@@ -59,10 +59,10 @@ struct PanelFixture : ControlFixture
         controller.present(module, NotchController::Focus::Take, NotchController::Opening::Explicit);
         settle();
     }
-    void pressKey(Qt::Key key)
+    void pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QWidget *target = notch.focusWidget() != nullptr ? notch.focusWidget() : &notch;
-        QTest::keyClick(target, key);
+        QTest::keyClick(target, key, modifiers);
     }
     template <typename Widget>
     Widget &child(const QString &accessibleName = {}) const

@@ -18,7 +18,7 @@
 // A window at (40, 400) out of which a pressed button drags, by XDND. Prints "ready", "began", "entered", then
 // "status 0" or "status 1" for each answer of a target, and "left" or "dropped" and "finished 0" or "finished 1".
 // --count offers so many files as text/uri-list, --list the bytes of a file; --decoys offers other types before those,
-// in a list.
+// in a list. A VALUE of text/x-moz-url is ASCII, and offered in that type's encoding.
 
 namespace {
 
@@ -346,6 +346,12 @@ std::string garbage()
     return bytes;
 }
 
+std::string utf16(const std::string &ascii)
+{
+    const std::u16string wide(ascii.begin(), ascii.end());
+    return {reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(char16_t)};
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -356,7 +362,7 @@ int main(int argc, char **argv)
     for (std::size_t i = 0; i < arguments.size(); i += 2) {
         const std::string &option = arguments[i];
         if (option == "--type") {
-            options.contents[at(i + 1)] = at(i + 2);
+            options.contents[at(i + 1)] = at(i + 1) == "text/x-moz-url" ? utf16(at(i + 2)) : at(i + 2);
             ++i;
         } else if (option == "--count") {
             options.contents["text/uri-list"] = manyFiles(std::stoi(at(i + 1)));

@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QRegularExpression>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -90,7 +91,9 @@ private Q_SLOTS:
     void writesAndReadsTheStoredForm();
     void keepsAnUndecodableStoreUntilItSaves_data();
     void keepsAnUndecodableStoreUntilItSaves();
-    void tellsRecordsWithOneIdApart();
+    void givesEveryRecordAnIdOfItsOwn();
+    void tellsWhenTheListIsOnTheDisk();
+    void tellsOfAListThoughTheNextOneIsWaiting();
 };
 
 void RecordListsTest::standardizesPathsInTheTextAlone()
@@ -260,14 +263,58 @@ void RecordListsTest::keepsAnUndecodableStoreUntilItSaves()
     QCOMPARE(contents(folder.filePath(aside.first())), bytes);
 }
 
-void RecordListsTest::tellsRecordsWithOneIdApart()
+void RecordListsTest::givesEveryRecordAnIdOfItsOwn()
 {
     const QTemporaryDir folder;
     const QByteArray id = R"({"id":"9B2C1A8E-0000-4000-8000-000000000001","displayName":"n","path":)";
-    put(folder.filePath(QStringLiteral("projects.json")), '[' + id + R"("/a"},)" + id + R"("/b"}])");
+    const QByteArray none = R"({"id":"00000000-0000-0000-0000-000000000000","displayName":"n","path":)";
+    put(folder.filePath(QStringLiteral("projects.json")),
+        '[' + id + R"("/a"},)" + id + R"("/b"},)" + none + R"("/c"}])");
     const QList<Project> projects = JsonListStore<Project>(folder.path()).load();
-    QCOMPARE(projects.size(), 2);
+    QCOMPARE(projects.size(), 3);
     QVERIFY(projects[0].id != projects[1].id);
+    QVERIFY(!projects[2].id.isNull());
+}
+
+void RecordListsTest::tellsWhenTheListIsOnTheDisk()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("data"));
+    std::optional<bool> isSaved;
+    const auto tell = [&](bool saved) { isSaved = saved; };
+    JsonListStore<ShelfItem> store(path);
+    QCOMPARE(store.load(), QList<ShelfItem>());
+    put(path, "where the folder would be");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("The shelf could not be saved")));
+    store.save({});
+    store.whenSaved(this, tell);
+    QVERIFY(!isSaved); // never from inside the call
+    QTRY_COMPARE(isSaved, std::optional(false));
+    QVERIFY(QFile::remove(path));
+    isSaved.reset();
+    store.whenSaved(this, tell);
+    QTRY_COMPARE(isSaved, std::optional(true));
+    QCOMPARE(contents(path + QStringLiteral("/shelf.json")), QByteArray("[]"));
+}
+
+void RecordListsTest::tellsOfAListThoughTheNextOneIsWaiting()
+{
+    const QTemporaryDir folder;
+    JsonListFile file(folder.filePath(QStringLiteral("list.json")), QStringLiteral("The list"));
+    QSemaphore begun;
+    QSemaphore mayGoOn;
+    file.save([&] {
+        begun.release();
+        mayGoOn.acquire();
+        return QJsonArray();
+    });
+    begun.acquire();
+    std::optional<bool> isSaved;
+    file.whenSaved(this, [&](bool saved) { isSaved = saved; });
+    file.save([] { return QJsonArray{1}; });
+    mayGoOn.release();
+    QTRY_COMPARE(isSaved, std::optional(true));
+    QVERIFY(file.flush());
 }
 
 OSTRELLE_TEST(RecordListsTest)

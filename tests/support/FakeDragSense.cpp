@@ -5,6 +5,7 @@ namespace ostrelle {
 void FakeDragSense::beginDrag()
 {
     ++m_changeCount;
+    Q_EMIT changed();
 }
 
 } // namespace ostrelle

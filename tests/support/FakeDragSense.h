@@ -7,7 +7,10 @@ namespace ostrelle {
 /// A mouse button and a drag that a test performs.
 class FakeDragSense final : public DragSense
 {
+    Q_OBJECT
 public:
+    using DragSense::DragSense;
+
     qint64 changeCount() const override { return m_changeCount; }
     qint64 countAtPress() const override { return m_countAtPress; }
     Answer isButtonHeld() const override { return m_button; }

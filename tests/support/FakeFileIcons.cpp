@@ -1,28 +1,40 @@
 #include "support/FakeFileIcons.h"
 
-#include <QPixmap>
+#include <cmath>
 
 namespace ostrelle {
 
 namespace {
 
-QIcon plain(Qt::GlobalColor color)
+QImage plain(Qt::GlobalColor color, int side, double devicePixelRatio)
 {
-    QPixmap pixmap(64, 64);
-    pixmap.fill(color);
-    return QIcon(pixmap);
+    const int pixels = static_cast<int>(std::ceil(side * devicePixelRatio));
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    image.setDevicePixelRatio(devicePixelRatio);
+    return image;
 }
 
 } // namespace
 
-QIcon FakeFileIcons::iconFor(const QString &path) const
+std::optional<QImage> FakeFileIcons::iconFor(const QString &path, int side, double devicePixelRatio)
 {
-    return path.isEmpty() ? QIcon() : plain(Qt::blue);
+    if (m_isHeldBack)
+        return std::nullopt;
+    return path.isEmpty() ? QImage() : plain(Qt::blue, side, devicePixelRatio);
 }
 
-QIcon FakeFileIcons::folderIcon() const
+std::optional<QImage> FakeFileIcons::folderIcon(int side, double devicePixelRatio)
 {
-    return plain(Qt::yellow);
+    if (m_isHeldBack)
+        return std::nullopt;
+    return plain(Qt::yellow, side, devicePixelRatio);
+}
+
+void FakeFileIcons::release()
+{
+    m_isHeldBack = false;
+    Q_EMIT changed();
 }
 
 } // namespace ostrelle

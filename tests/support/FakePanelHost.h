@@ -21,6 +21,7 @@ public:
     void attach(QWidget &panel) override;
     void place(const QString &screenName, const QSizeF &size) override;
     void raise() override { ++m_raiseCount; }
+    void setGivingWay(bool givesWay) override { m_isGivingWay = givesWay; }
     void setInteractiveRect(const QRectF &rect) override { m_interactiveRect = rect; }
     void setOutline(const QPainterPath &outline) override { m_outline = outline; }
     Glass glass() const override { return m_glass; }
@@ -46,6 +47,7 @@ public:
     QRectF interactiveRect() const { return m_interactiveRect; }
     QPainterPath outline() const { return m_outline; }
     QString lastToken() const { return m_lastToken; }
+    bool isGivingWay() const { return m_isGivingWay; }
     int raiseCount() const { return m_raiseCount; }
     int placeCount() const { return m_placeCount; }
     int captureCount() const { return m_captureCount; }
@@ -66,6 +68,7 @@ private:
     int m_placeCount = 0;
     int m_captureCount = 0;
     bool m_hasKeyboard = false;
+    bool m_isGivingWay = false;
     bool m_isRefusingKeyboard = false;
 };
 

@@ -33,12 +33,13 @@ AdmittedFile opened(const FileAdmission::Wish &wish, const DesktopThumbnails &ca
 {
     const QByteArray name = QFile::encodeName(wish.path);
     struct stat facts = {};
-    if (::lstat(name.constData(), &facts) != 0)
+    if (::fstatat(AT_FDCWD, name.constData(), &facts, wish.followsLinks ? 0 : AT_SYMLINK_NOFOLLOW) != 0)
         return refused(errno == EACCES ? MediaFailure::Unreadable : MediaFailure::NotAFile);
     if (!S_ISREG(facts.st_mode))
         return refused(MediaFailure::NotAFile);
     AdmittedFile file;
-    file.file.reset(::open(name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const int ofLinks = wish.followsLinks ? 0 : O_NOFOLLOW;
+    file.file.reset(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | ofLinks));
     if (!file.file)
         return refused(MediaFailure::Unreadable);
     if (::fstat(file.file.get(), &facts) != 0 || !S_ISREG(facts.st_mode))

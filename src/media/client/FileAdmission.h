@@ -25,8 +25,7 @@ struct AdmittedFile
 };
 
 /// Opens files for the helpers on threads of its own, because a dead network mount answers never: regular files only,
-/// read-only, a symbolic link is not followed, and nothing else is opened at all. A thread that hangs is left behind.
-/// Main thread.
+/// read-only, and nothing else is opened at all. A thread that hangs is left behind. Main thread.
 class FileAdmission : public QObject
 {
     Q_OBJECT
@@ -37,8 +36,9 @@ public:
     {
         quint64 number = 0;
         QString path;
-        QByteArray bytes;  ///< used where there is no path
-        int cacheSide = 0; ///< looked for in the cache, in this size or larger; 0: not
+        QByteArray bytes;          ///< used where there is no path
+        int cacheSide = 0;         ///< looked for in the cache, in this size or larger; 0: not
+        bool followsLinks = false; ///< a symbolic link stands for what it leads to; else it is no file
     };
 
     /// `taker` gets each answer, from the event loop.

@@ -4,6 +4,9 @@
 #include "foundation/TaskScheduler.h"
 #include "media_client/HelperProcess.h"
 
+#include <QThread>
+
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -13,6 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kIdleLife = 4s;
+/// Most files take less than a tenth of that.
+constexpr auto kSlow = 1s;
 
 /// What one file may take. The helper's own limit of CPU time comes first unless it hangs.
 struct Patience
@@ -21,14 +26,24 @@ struct Patience
     std::uint32_t cpuSeconds;
 };
 
-constexpr Patience patienceWith(HelperKind kind)
+constexpr Patience patienceWith(HelperKind kind, HelperCommand command)
 {
-    return kind == HelperKind::Light ? Patience{10s, 6} : Patience{20s, 12};
+    if (command == HelperCommand::AudioInfo || command == HelperCommand::ImageInfo)
+        return {2s, 2};
+    return kind == HelperKind::Extra ? Patience{20s, 12} : Patience{10s, 6};
 }
 
 QString executableOf(HelperKind kind)
 {
-    return kind == HelperKind::Light ? QStringLiteral("/ostrelle-media") : QStringLiteral("/ostrelle-media-extra");
+    switch (kind) {
+    case HelperKind::Light:
+        return QStringLiteral("/ostrelle-media");
+    case HelperKind::Sound:
+        return QStringLiteral("/ostrelle-media-sound");
+    case HelperKind::Extra:
+        break;
+    }
+    return QStringLiteral("/ostrelle-media-extra");
 }
 
 MediaFailure failureOf(HelperStatus status)
@@ -48,21 +63,45 @@ MediaFailure failureOf(HelperStatus status)
 
 } // namespace
 
-HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, Taker taker)
+HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, int size, HelperPriority priority, Taker taker)
     : m_scheduler(scheduler)
     , m_folder(std::move(folder))
+    , m_priority(priority)
     , m_taker(std::move(taker))
+    , m_slots(static_cast<std::size_t>(size))
 {
 }
 
 HelperPool::~HelperPool() = default;
 
-bool HelperPool::hand(HelperKind kind, quint64 number, HelperRequest request, int file)
+void HelperPool::warmUp()
 {
-    Slot *slot = slotFor(kind);
+    Slot &slot = m_slots.front();
+    if (slot.process)
+        return;
+    start(slot, HelperKind::Light);
+    slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
+}
+
+int HelperPool::countOf(HelperKind kind) const
+{
+    return static_cast<int>(std::count_if(m_slots.begin(), m_slots.end(),
+                                          [kind](const Slot &slot) { return slot.process && slot.kind == kind; }));
+}
+
+bool HelperPool::isFull() const
+{
+    const auto busy =
+        std::count_if(m_slots.begin(), m_slots.end(), [](const Slot &slot) { return slot.job && !slot.isSlow; });
+    return m_priority == HelperPriority::Background && busy >= std::max(QThread::idealThreadCount() - 1, 1);
+}
+
+bool HelperPool::hand(HelperKind kind, const IsNeeded &isNeeded, quint64 number, HelperRequest request, int file)
+{
+    Slot *slot = isFull() ? nullptr : slotFor(kind, isNeeded);
     if (!slot)
         return false;
-    const Patience patience = patienceWith(kind);
+    const Patience patience = patienceWith(kind, request.command);
     request.id = ++m_lastRequest;
     request.cpuSeconds = patience.cpuSeconds;
     slot->job = number;
@@ -72,23 +111,28 @@ bool HelperPool::hand(HelperKind kind, quint64 number, HelperRequest request, in
         return true;
     }
     slot->deadline = m_scheduler.after(patience.deadline, this, [this, slot] { fail(*slot, MediaFailure::TimedOut); });
+    slot->slowness = m_scheduler.after(kSlow, this, [this, slot] {
+        slot->isSlow = true;
+        Q_EMIT roomMade();
+    });
     return true;
 }
 
-/// An idle helper of the kind, a new one, or a new one in the place of an idle one of the other kind.
-HelperPool::Slot *HelperPool::slotFor(HelperKind kind)
+/// An idle helper of the kind, a new one, or a new one in the place of an idle one of another kind, which has to be one
+/// of several where its kind is still needed.
+HelperPool::Slot *HelperPool::slotFor(HelperKind kind, const IsNeeded &isNeeded)
 {
-    Slot *idle = nullptr;
-    Slot *empty = nullptr;
+    Slot *chosen = nullptr;
     for (Slot &slot : m_slots) {
         if (!slot.process)
-            empty = &slot;
+            chosen = &slot;
         else if (!slot.job && slot.kind == kind)
             return &slot;
-        else if (!slot.job)
-            idle = &slot;
     }
-    Slot *chosen = empty ? empty : idle;
+    for (Slot &slot : m_slots) {
+        if (!chosen && !slot.job && (!isNeeded(slot.kind) || (countOf(kind) == 0 && countOf(slot.kind) > 1)))
+            chosen = &slot;
+    }
     if (chosen)
         start(*chosen, kind);
     return chosen;
@@ -98,7 +142,7 @@ void HelperPool::start(Slot &slot, HelperKind kind)
 {
     retire(slot);
     slot.kind = kind;
-    slot.process = &makeChild<HelperProcess>(this, m_folder + executableOf(kind));
+    slot.process = &makeChild<HelperProcess>(this, m_folder + executableOf(kind), m_priority);
     connect(slot.process, &HelperProcess::lost, this, [this, &slot] { fail(slot, MediaFailure::HelperLost); });
     connect(slot.process, &HelperProcess::answered, this,
             [this, &slot](const HelperAnswer &answer, const QByteArray &payload) {
@@ -124,13 +168,20 @@ void HelperPool::fail(Slot &slot, MediaFailure failure)
     retire(slot);
     HelperReply reply;
     reply.failure = failure;
-    if (slot.job)
-        m_taker(*std::exchange(slot.job, std::nullopt), std::move(reply));
+    if (const std::optional<quint64> number = endJob(slot))
+        m_taker(*number, std::move(reply));
+}
+
+std::optional<quint64> HelperPool::endJob(Slot &slot)
+{
+    slot.slowness.cancel();
+    slot.isSlow = false;
+    return std::exchange(slot.job, std::nullopt);
 }
 
 void HelperPool::deliver(Slot &slot, HelperReply reply)
 {
-    const std::optional<quint64> number = std::exchange(slot.job, std::nullopt);
+    const std::optional<quint64> number = endJob(slot);
     slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
     if (number)
         m_taker(*number, std::move(reply));

@@ -8,17 +8,19 @@
 #include <QObject>
 #include <QString>
 
-#include <array>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace ostrelle {
 
 class HelperProcess;
 class TaskScheduler;
+enum class HelperPriority;
 
 enum class HelperKind {
     Light, ///< ostrelle-media: the common kinds, starts in a few milliseconds
+    Sound, ///< ostrelle-media-sound: sound that is decoded or not compressed, of the common kinds
     Extra, ///< ostrelle-media-extra: everything else, starts slowly
 };
 
@@ -31,20 +33,31 @@ struct HelperReply
     QByteArray payload;
 };
 
-/// At most two helper processes, started on demand and ended a few seconds after their last file. A file that takes too
-/// long, or that its helper dies of, costs that helper only: the next file starts another. Main thread.
+/// A few helper processes, started on demand and ended a few seconds after their last file. A file that takes too
+/// long, or that its helper dies of, costs that helper only: the next file starts another. In the background, one
+/// processor is left to others: on two of them the helpers take turns, unless one is slow. Main thread.
 class HelperPool : public QObject
 {
     Q_OBJECT
 public:
     using Taker = std::function<void(quint64 number, HelperReply reply)>;
+    using IsNeeded = std::function<bool(HelperKind kind)>;
 
-    /// `taker` gets each reply, from the event loop.
-    HelperPool(TaskScheduler &scheduler, QString folder, Taker taker);
+    /// At most `size` at a time. `taker` gets each reply, from the event loop.
+    HelperPool(TaskScheduler &scheduler, QString folder, int size, HelperPriority priority, Taker taker);
     ~HelperPool() override;
 
-    /// Gives an open file to a helper of this kind; false when both are busy. The descriptor stays the caller's.
-    bool hand(HelperKind kind, quint64 number, HelperRequest request, int file);
+    int size() const { return static_cast<int>(m_slots.size()); }
+    /// Starts a light helper ahead of the first file, where none runs.
+    void warmUp();
+
+    /// Gives an open file to a helper of this kind; false when it has to wait. The descriptor stays the caller's. Idle
+    /// helpers of a kind that `isNeeded` soon are not all ended to make room.
+    bool hand(HelperKind kind, const IsNeeded &isNeeded, quint64 number, HelperRequest request, int file);
+
+Q_SIGNALS:
+    /// A file takes so long that another one need not wait for it.
+    void roomMade();
 
 private:
     struct Slot
@@ -53,9 +66,14 @@ private:
         HelperKind kind = HelperKind::Light;
         std::optional<quint64> job;
         Task deadline; ///< of the job, or of being idle
+        Task slowness;
+        bool isSlow = false; ///< has been at its job for long
     };
 
-    Slot *slotFor(HelperKind kind);
+    bool isFull() const;
+    Slot *slotFor(HelperKind kind, const IsNeeded &isNeeded);
+    int countOf(HelperKind kind) const;
+    std::optional<quint64> endJob(Slot &slot);
     void start(Slot &slot, HelperKind kind);
     void retire(Slot &slot);
     void fail(Slot &slot, MediaFailure failure);
@@ -63,9 +81,10 @@ private:
 
     TaskScheduler &m_scheduler;
     const QString m_folder;
+    const HelperPriority m_priority;
     Taker m_taker;
     quint32 m_lastRequest = 0;
-    std::array<Slot, 2> m_slots;
+    std::vector<Slot> m_slots; ///< its size never changes
 };
 
 } // namespace ostrelle

@@ -13,12 +13,17 @@ class QSocketNotifier;
 
 namespace ostrelle {
 
+enum class HelperPriority {
+    Usual,
+    Background, ///< gives way to whatever else wants to compute, first of all to the program itself
+};
+
 /// One running media helper, which is handed one file at a time. Main thread; nothing here waits for it.
 class HelperProcess : public QObject
 {
     Q_OBJECT
 public:
-    explicit HelperProcess(const QString &executable, QObject *parent = nullptr);
+    HelperProcess(const QString &executable, HelperPriority priority, QObject *parent = nullptr);
     /// Kills it.
     ~HelperProcess() override;
 
@@ -36,7 +41,7 @@ Q_SIGNALS:
 private:
     class Start;
 
-    void start(const QString &executable);
+    void start(const QString &executable, HelperPriority priority);
     void receive();
     bool takeHeader();
     void kill();

@@ -5,9 +5,11 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -20,22 +22,24 @@ Q_LOGGING_CATEGORY(logMedia, "ostrelle.media")
 
 /// Opening and looking into the cache.
 constexpr auto kAdmissionDeadline = 3s;
-/// Files opened ahead of the helpers. No more, so that what is asked for next still comes first.
-constexpr int kAdmittedAhead = 4;
+/// Files opened ahead of the helpers, for each of them and each kind. No more, so that what is asked for next still
+/// comes first.
+constexpr int kAdmittedAhead = 2;
 
 /// More than any object of facts takes.
 constexpr quint32 kFactsLimit = 16 * 1024;
 
+bool isAboutFacts(HelperCommand command)
+{
+    return command != HelperCommand::Thumbnail && command != HelperCommand::ToPng;
+}
+
 quint32 outputLimitOf(const HelperRequest &request)
 {
-    switch (request.command) {
-    case HelperCommand::Thumbnail:
-        break;
-    case HelperCommand::ToPng:
-        return MediaClient::kPngLimit;
-    default:
+    if (isAboutFacts(request.command))
         return kFactsLimit;
-    }
+    if (request.command == HelperCommand::ToPng)
+        return MediaClient::kPngLimit;
     return 4 * (request.side * request.side + request.cacheSide * request.cacheSide);
 }
 
@@ -73,47 +77,10 @@ bool isAboutFile(MediaFailure failure)
            failure == MediaFailure::TimedOut || failure == MediaFailure::HelperLost;
 }
 
-bool isStill(const FileDescriptor &file, const ThumbnailSubject &subject)
+MediaJob thumbnailJob(int side, MediaClient::PictureAnswer answer)
 {
-    struct stat facts = {};
-    return ::fstat(file.get(), &facts) == 0 && facts.st_mtim.tv_sec == subject.modified;
-}
-
-} // namespace
-
-struct MediaClient::Job
-{
-    quint64 number = 0;
-    quint64 turn = 0; ///< the greatest comes first
-    Stage stage = Stage::Waiting;
-    QString path;
-    QByteArray bytes;
-    CacheUse cacheUse = CacheUse::None;
-    HelperRequest request;
-    HelperKind helper = HelperKind::Light;
-    AdmittedFile admitted;
-    Task deadline;
-    Deliver deliver;
-};
-
-MediaClient::MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent)
-    : QObject(parent)
-    , m_scheduler(scheduler)
-    , m_cache(places.thumbnails)
-    , m_admission(m_cache, [this](quint64 number, AdmittedFile file) { takeAdmitted(number, std::move(file)); })
-    , m_helpers(scheduler, places.helpers,
-                [this](quint64 number, HelperReply reply) { takeReply(number, std::move(reply)); })
-{
-}
-
-MediaClient::~MediaClient() = default;
-
-MediaRequest MediaClient::thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer)
-{
-    Job job;
-    job.path = QDir::cleanPath(path);
-    job.cacheUse = m_cache.contains(job.path) ? CacheUse::None : cacheUse;
-    job.request.side = static_cast<quint32>(std::clamp(side, 1, kLongestSide));
+    MediaJob job;
+    job.request.side = static_cast<quint32>(std::clamp(side, 1, MediaClient::kLongestSide));
     job.deliver = [answer = std::move(answer)](HelperReply &reply) {
         if (reply.failure) {
             answer(*reply.failure);
@@ -125,21 +92,54 @@ MediaRequest MediaClient::thumbnail(const QString &path, int side, CacheUse cach
         answer(MediaPicture{static_cast<int>(header.width), static_cast<int>(header.height), reply.payload,
                             static_cast<int>(header.sourceWidth), static_cast<int>(header.sourceHeight)});
     };
+    return job;
+}
+
+bool isStill(const FileDescriptor &file, const ThumbnailSubject &subject)
+{
+    struct stat facts = {};
+    return ::fstat(file.get(), &facts) == 0 && facts.st_mtim.tv_sec == subject.modified;
+}
+
+} // namespace
+
+MediaClient::MediaClient(TaskScheduler &scheduler, const Places &places, Helpers helpers, QObject *parent)
+    : QObject(parent)
+    , m_scheduler(scheduler)
+    , m_cache(places.thumbnails)
+    , m_admission(m_cache, [this](quint64 number, AdmittedFile file) { takeAdmitted(number, std::move(file)); })
+    , m_helpers(scheduler, places.helpers, helpers.most, helpers.priority,
+                [this](quint64 number, HelperReply reply) { takeReply(number, std::move(reply)); })
+{
+    connect(&m_helpers, &HelperPool::roomMade, this, &MediaClient::startMore);
+}
+
+MediaClient::MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent)
+    : MediaClient(scheduler, places, Helpers(), parent)
+{
+}
+
+MediaClient::~MediaClient() = default;
+
+MediaRequest MediaClient::thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer)
+{
+    MediaJob job = thumbnailJob(side, std::move(answer));
+    job.path = QDir::cleanPath(path);
+    job.usesCache = cacheUse == CacheUse::ReadAndFill && !m_cache.contains(job.path);
     return add(std::move(job));
 }
 
 MediaRequest MediaClient::thumbnailOfBytes(const QByteArray &bytes, int side, Shape shape, PictureAnswer answer)
 {
-    MediaRequest request = thumbnail(QString(), side, CacheUse::None, std::move(answer));
-    Job &job = m_jobs.at(m_lastNumber);
+    MediaJob job = thumbnailJob(side, std::move(answer));
     job.bytes = bytes;
     job.request.isSquare = shape == Shape::Square ? 1 : 0;
-    return request;
+    return add(std::move(job));
 }
 
 MediaRequest MediaClient::convertToPng(const QByteArray &bytes, PngAnswer answer)
 {
-    Job job;
+    MediaJob job;
     job.bytes = bytes;
     job.request.command = HelperCommand::ToPng;
     job.deliver = [answer = std::move(answer)](HelperReply &reply) {
@@ -150,7 +150,7 @@ MediaRequest MediaClient::convertToPng(const QByteArray &bytes, PngAnswer answer
 
 MediaRequest MediaClient::audioInfo(const QString &path, AudioInfoAnswer answer)
 {
-    Job job;
+    MediaJob job;
     job.path = QDir::cleanPath(path);
     job.request.command = HelperCommand::AudioInfo;
     job.deliver = [answer = std::move(answer), path = job.path](HelperReply &reply) {
@@ -161,7 +161,7 @@ MediaRequest MediaClient::audioInfo(const QString &path, AudioInfoAnswer answer)
 
 MediaRequest MediaClient::imageInfo(const QString &path, ImageInfoAnswer answer)
 {
-    Job job;
+    MediaJob job;
     job.path = QDir::cleanPath(path);
     job.request.command = HelperCommand::ImageInfo;
     job.deliver = [answer = std::move(answer), path = job.path](HelperReply &reply) {
@@ -172,7 +172,7 @@ MediaRequest MediaClient::imageInfo(const QString &path, ImageInfoAnswer answer)
 
 MediaRequest MediaClient::tempo(const QString &path, TempoAnswer answer)
 {
-    Job job;
+    MediaJob job;
     job.path = QDir::cleanPath(path);
     job.request.command = HelperCommand::Tempo;
     job.deliver = [answer = std::move(answer)](HelperReply &reply) {
@@ -181,78 +181,80 @@ MediaRequest MediaClient::tempo(const QString &path, TempoAnswer answer)
     return add(std::move(job));
 }
 
-MediaRequest MediaClient::add(Job job)
+MediaRequest MediaClient::add(MediaJob job)
 {
     job.request.extension = extensionOf(job.path);
-    job.number = ++m_lastNumber;
-    job.turn = ++m_lastTurn;
-    const quint64 number = job.number;
-    m_jobs.emplace(number, std::move(job));
-    // From the event loop, when all that is asked for at once is known and the last of it comes first.
+    const quint64 number = m_jobs.add(std::move(job)).number;
+    startSoon();
+    return {*this, number};
+}
+
+/// From the event loop, when all that is asked for at once is known and the last of it comes first.
+void MediaClient::startSoon()
+{
     if (!m_start.isPending())
         m_start = m_scheduler.after(0s, this, [this] { startMore(); });
-    return {*this, number};
 }
 
 void MediaClient::drop(quint64 number)
 {
-    const auto job = m_jobs.find(number);
-    if (job == m_jobs.end())
+    if (!m_jobs.find(number))
         return;
-    if (job->second.stage == Stage::Admitting)
-        --m_admitting;
     // Its answer outlives this call: dropping may happen from within it.
-    const Deliver answer = std::move(job->second.deliver);
-    m_jobs.erase(job);
-    if (!m_start.isPending() && !m_jobs.empty())
-        m_start = m_scheduler.after(0s, this, [this] { startMore(); });
+    const MediaJob job = m_jobs.take(number);
+    if (m_jobs.size() > 0)
+        startSoon();
 }
 
 void MediaClient::raise(quint64 number)
 {
-    const auto job = m_jobs.find(number);
-    if (job != m_jobs.end())
-        job->second.turn = ++m_lastTurn;
+    m_jobs.raise(number);
 }
 
-bool MediaClient::isPending(quint64 number) const
+bool MediaClient::isPending(quint64 number)
 {
-    return m_jobs.find(number) != m_jobs.end();
-}
-
-MediaClient::Job *MediaClient::foremost(Stage stage)
-{
-    Job *first = nullptr;
-    for (auto &[number, job] : m_jobs) {
-        if (job.stage == stage && (!first || job.turn > first->turn))
-            first = &job;
-    }
-    return first;
+    return m_jobs.find(number) != nullptr;
 }
 
 void MediaClient::startMore()
 {
-    while (Job *job = foremost(Stage::Ready)) {
-        const int file = (job->admitted.cached ? job->admitted.cached : job->admitted.file).get();
-        HelperRequest request = job->request;
-        const bool fillsCache = job->cacheUse == CacheUse::ReadAndFill && !job->admitted.cached;
-        if (fillsCache)
-            request.cacheSide = static_cast<quint32>(DesktopThumbnails::sideFor(static_cast<int>(request.side)));
-        request.outputLimit = outputLimitOf(request);
-        if (!m_helpers.hand(job->helper, job->number, request, file))
-            break;
-        job->stage = Stage::Running;
+    std::vector kinds{HelperKind::Light, HelperKind::Sound, HelperKind::Extra};
+    while (MediaJob *job = m_jobs.foremost(MediaJob::Stage::Ready, kinds)) {
+        if (!start(*job))
+            std::erase(kinds, job->helper);
     }
-    const auto ready = std::count_if(m_jobs.begin(), m_jobs.end(),
-                                     [](const auto &entry) { return entry.second.stage == Stage::Ready; });
-    for (int room = kAdmittedAhead - m_admitting - static_cast<int>(ready); room > 0; --room) {
-        Job *job = foremost(Stage::Waiting);
+    admitMore(HelperKind::Light);
+    admitMore(HelperKind::Sound);
+    admitMore(HelperKind::Extra);
+}
+
+bool MediaClient::start(MediaJob &job)
+{
+    const int file = (job.admitted.cached ? job.admitted.cached : job.admitted.file).get();
+    HelperRequest request = job.request;
+    if (job.usesCache && !job.admitted.cached)
+        request.cacheSide = static_cast<quint32>(DesktopThumbnails::sideFor(static_cast<int>(request.side)));
+    request.outputLimit = outputLimitOf(request);
+    const auto isNeeded = [this](HelperKind kind) { return m_jobs.isNear(kind); };
+    if (!m_helpers.hand(job.helper, isNeeded, job.number, request, file))
+        return false;
+    job.stage = MediaJob::Stage::Running;
+    return true;
+}
+
+void MediaClient::admitMore(HelperKind kind)
+{
+    for (int room = kAdmittedAhead * m_helpers.size() - m_jobs.aheadOf(kind); room > 0; --room) {
+        MediaJob *job = m_jobs.foremost(MediaJob::Stage::Waiting, std::array{kind});
         if (!job)
             return;
-        job->stage = Stage::Admitting;
-        ++m_admitting;
-        const bool readsCache = job->cacheUse == CacheUse::ReadAndFill;
-        m_admission.admit({job->number, job->path, job->bytes, readsCache ? static_cast<int>(job->request.side) : 0});
+        job->stage = MediaJob::Stage::Admitting;
+        m_admission.admit({.number = job->number,
+                           .path = job->path,
+                           .bytes = job->bytes,
+                           .cacheSide = job->usesCache ? static_cast<int>(job->request.side) : 0,
+                           // A thumbnail of a link is the link's; who asks about a link means what it leads to.
+                           .followsLinks = isAboutFacts(job->request.command)});
         job->deadline = m_scheduler.after(kAdmissionDeadline, this, [this, number = job->number] {
             finish(number, replyOf(MediaFailure::Unreadable));
         });
@@ -261,49 +263,44 @@ void MediaClient::startMore()
 
 void MediaClient::takeAdmitted(quint64 number, AdmittedFile file)
 {
-    const auto entry = m_jobs.find(number);
-    if (entry == m_jobs.end())
+    MediaJob *job = m_jobs.find(number);
+    if (!job)
         return;
-    Job &job = entry->second;
-    job.deadline.cancel();
-    --m_admitting;
-    job.stage = Stage::Ready;
-    job.bytes.clear();
+    job->deadline.cancel();
+    job->stage = MediaJob::Stage::Ready;
+    job->bytes.clear();
     if (file.failure) {
         finish(number, replyOf(*file.failure));
         return;
     }
-    job.admitted = std::move(file);
+    job->admitted = std::move(file);
+    // What the cache has is PNG.
+    if (job->admitted.cached)
+        job->helper = HelperKind::Light;
     startMore();
 }
 
 void MediaClient::takeReply(quint64 number, HelperReply reply)
 {
-    const auto entry = m_jobs.find(number);
-    if (entry == m_jobs.end()) {
+    MediaJob *job = m_jobs.find(number);
+    if (!job) {
         startMore();
         return;
     }
-    Job &job = entry->second;
-    const bool isSpoiltThumbnail = job.admitted.cached && (reply.failure || reply.isDeclined);
-    if (isSpoiltThumbnail || (reply.isDeclined && job.helper == HelperKind::Light)) {
-        if (isSpoiltThumbnail)
-            job.admitted.cached.reset();
-        else
-            job.helper = HelperKind::Extra;
-        job.stage = Stage::Ready;
+    if (m_jobs.isAskedAgain(*job, reply)) {
+        job->stage = MediaJob::Stage::Ready;
         startMore();
         return;
     }
     if (reply.isDeclined)
-        reply.failure = MediaFailure::Unsupported;
-    remember(job, reply);
+        reply.failure = job->guessFailure.value_or(MediaFailure::Unsupported);
+    remember(*job, reply);
     finish(number, std::move(reply));
 }
 
-void MediaClient::remember(Job &job, const HelperReply &reply)
+void MediaClient::remember(MediaJob &job, const HelperReply &reply)
 {
-    if (job.cacheUse == CacheUse::None || job.admitted.cached || (reply.failure && !isAboutFile(*reply.failure)))
+    if (!job.usesCache || job.admitted.cached || (reply.failure && !isAboutFile(*reply.failure)))
         return;
     // Shared, because a queued job has to be copyable.
     const auto file = std::make_shared<FileDescriptor>(std::move(job.admitted.file));
@@ -329,16 +326,12 @@ void MediaClient::remember(Job &job, const HelperReply &reply)
 
 void MediaClient::finish(quint64 number, HelperReply reply)
 {
-    const auto entry = m_jobs.find(number);
     if (reply.failure == MediaFailure::HelperLost || reply.failure == MediaFailure::TimedOut)
         qCWarning(logMedia, "a media helper was lost on a file");
-    if (entry->second.stage == Stage::Admitting)
-        --m_admitting;
     // The answer may drop this or any other request, or delete the client.
-    const Deliver deliver = std::move(entry->second.deliver);
-    m_jobs.erase(entry);
+    const MediaJob job = m_jobs.take(number);
     const QPointer<MediaClient> guard(this);
-    deliver(reply);
+    job.deliver(reply);
     if (guard)
         startMore();
 }

@@ -6,7 +6,9 @@
 #include "media_client/DesktopThumbnails.h"
 #include "media_client/FileAdmission.h"
 #include "media_client/HelperPool.h"
+#include "media_client/HelperProcess.h"
 #include "media_client/ImageInfo.h"
+#include "media_client/JobQueue.h"
 #include "media_client/MediaPicture.h"
 #include "media_client/MediaRequest.h"
 
@@ -14,7 +16,6 @@
 #include <QString>
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <variant>
 
@@ -54,6 +55,13 @@ public:
         QString thumbnails; ///< the desktop's cache of them, AppPaths::thumbnails()
     };
 
+    struct Helpers
+    {
+        int most = 2; ///< that run at a time
+        HelperPriority priority = HelperPriority::Usual;
+    };
+
+    MediaClient(TaskScheduler &scheduler, const Places &places, Helpers helpers, QObject *parent = nullptr);
     MediaClient(TaskScheduler &scheduler, const Places &places, QObject *parent = nullptr);
     ~MediaClient() override;
 
@@ -73,25 +81,27 @@ public:
     /// The tempo of the audio file at an absolute path, by listening to it; none when there is none to be found.
     [[nodiscard]] MediaRequest tempo(const QString &path, TempoAnswer answer);
 
+    /// Lets a helper start while the first request is still to come.
+    void warmUp() { m_helpers.warmUp(); }
+
     /// The requests that have no answer yet.
     int pendingCount() const { return static_cast<int>(m_jobs.size()); }
 
 private:
     friend class MediaRequest;
-    enum class Stage { Waiting, Admitting, Ready, Running };
-    struct Job;
-    using Deliver = std::function<void(HelperReply &reply)>;
 
-    MediaRequest add(Job job);
+    MediaRequest add(MediaJob job);
     void drop(quint64 number);
     void raise(quint64 number);
-    bool isPending(quint64 number) const;
+    bool isPending(quint64 number);
 
+    void startSoon();
     void startMore();
-    Job *foremost(Stage stage);
+    bool start(MediaJob &job);
+    void admitMore(HelperKind kind);
     void takeAdmitted(quint64 number, AdmittedFile file);
     void takeReply(quint64 number, HelperReply reply);
-    void remember(Job &job, const HelperReply &reply);
+    void remember(MediaJob &job, const HelperReply &reply);
     void finish(quint64 number, HelperReply reply);
 
     TaskScheduler &m_scheduler;
@@ -100,10 +110,7 @@ private:
     HelperPool m_helpers;
     /// Writes the cache.
     SerialQueue m_writer;
-    std::map<quint64, Job> m_jobs;
-    quint64 m_lastNumber = 0;
-    quint64 m_lastTurn = 0;
-    int m_admitting = 0;
+    JobQueue m_jobs;
     Task m_start;
 };
 

@@ -1,8 +1,14 @@
 #include "media_helper/AudioStream.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ostrelle {
+
+std::int64_t AudioStream::countFrames(std::int64_t)
+{
+    return std::max<std::int64_t>(0, m_format.frames);
+}
 
 std::uint32_t usualSpeakers(int channels)
 {

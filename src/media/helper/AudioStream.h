@@ -38,6 +38,9 @@ public:
     /// The next read() begins at exactly this frame, from 0. False when there is no going there; where the stream
     /// stands then is not defined.
     virtual bool seek(std::int64_t frame) = 0;
+    /// How many frames there are, exactly, as long as they are fewer than `limit`; else at least as many. What the head
+    /// of the file only guesses is counted, so this may read the file up to there. Seek before the next read().
+    virtual std::int64_t countFrames(std::int64_t limit);
 
 protected:
     AudioFormat m_format;
@@ -49,6 +52,7 @@ using OpenAudio = std::unique_ptr<AudioStream>(ByteSource &source);
 
 // The light ones.
 OpenAudio openMp3;
+OpenAudio openMixedMp3;     ///< one channel, the average of all: quicker than to take the average of what openMp3 reads
 OpenAudio openSampledAudio; ///< WAV and its kin, AIFF, CAF, FLAC, Ogg Vorbis, Opus: what libsndfile knows
 
 // The heavy one.

@@ -1,6 +1,8 @@
 #include "media_helper/AudioCommand.h"
 #include "media_helper/FontFolders.h"
 #include "media_helper/HelperService.h"
+#include "media_helper/ImageCommand.h"
+#include "media_helper/TempoCommand.h"
 
 #include <array>
 
@@ -16,6 +18,10 @@ constexpr std::array kDecoders{
     DecoderRow{FileKind::OtherMedia, decodeMedia},
     DecoderRow{FileKind::Caf, decodeMedia},
     DecoderRow{FileKind::Aac, decodeMedia},
+    DecoderRow{FileKind::Jpeg2000, decodeMedia},
+    DecoderRow{FileKind::Exr, decodeMedia},
+    DecoderRow{FileKind::Hdr, decodeMedia},
+    DecoderRow{FileKind::Pnm, decodeMedia},
     DecoderRow{FileKind::Pdf, decodePdf},
     DecoderRow{FileKind::Svg, decodeSvg},
     DecoderRow{FileKind::Heif, decodeHeif},
@@ -29,6 +35,18 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Refuse};
 
+constexpr std::array kImageReaders{
+    ImageFactsRow{FileKind::Heif, readHeifFacts},
+    ImageFactsRow{FileKind::JpegXl, readJpegXlFacts},
+    ImageFactsRow{FileKind::Jpeg2000, readJpeg2000Facts},
+    ImageFactsRow{FileKind::Svg, readSvgFacts},
+    ImageFactsRow{FileKind::Raw, readRawFacts},
+    // The light helper declines what is a camera's.
+    ImageFactsRow{FileKind::Tiff, readRawFacts},
+};
+
+/// A drawing is read whole, to be sure that it is one.
+constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Refuse, std::uint64_t(64) << 20U};
 /// What the light helper declines: also of its own kinds, which may hold what only FFmpeg knows.
 constexpr std::array kSounds{
     AudioFactsRow{FileKind::OtherMedia, readMediaFacts, readMp4Tempo},
@@ -45,6 +63,22 @@ constexpr std::array kSounds{
 };
 
 constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Refuse, 32U << 20U};
+constexpr std::array kAudio{
+    AudioRow{FileKind::OtherMedia, openMediaAudio},
+    AudioRow{FileKind::Mp4Audio, openMediaAudio},
+    AudioRow{FileKind::Aac, openMediaAudio},
+    AudioRow{FileKind::Speex, openMediaAudio},
+    AudioRow{FileKind::Unknown, openMediaAudio},
+    // Of these the light helper declines what its libraries do not know.
+    AudioRow{FileKind::Wav, openMediaAudio},
+    AudioRow{FileKind::Aiff, openMediaAudio},
+    AudioRow{FileKind::Caf, openMediaAudio},
+    AudioRow{FileKind::Mp3, openMediaAudio},
+    AudioRow{FileKind::Flac, openMediaAudio},
+    AudioRow{FileKind::OggAudio, openMediaAudio},
+};
+
+constexpr AudioTable kHeard{kAudio, UnknownKinds::Refuse};
 
 } // namespace
 
@@ -61,8 +95,13 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::ImageInfo,
+         [](ByteSource &source, const HelperRequest &request) {
+             return answerImageInfo(source, request, kImageFacts);
+         }},
         {HelperCommand::AudioInfo,
          [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
+        {HelperCommand::Tempo, [](ByteSource &source, const HelperRequest &) { return answerTempo(source, kHeard); }},
     };
     return serveFiles(limits, commands);
 }

@@ -41,6 +41,11 @@ constexpr std::array kMagics{
     Magic{0, "8BPS"sv, FileKind::Psd},
     Magic{0, "\xff\x0a"sv, FileKind::JpegXl},
     Magic{0, "\0\0\0\x0cJXL "sv, FileKind::JpegXl},
+    Magic{0, "\0\0\0\x0cjP  \r\n\x87\n"sv, FileKind::Jpeg2000},
+    Magic{0, "\xff\x4f\xff\x51"sv, FileKind::Jpeg2000},
+    Magic{0, "\x76\x2f\x31\x01"sv, FileKind::Exr},
+    Magic{0, "#?RADIANCE"sv, FileKind::Hdr},
+    Magic{0, "#?RGBE"sv, FileKind::Hdr},
     Magic{4, "ftypcrx "sv, FileKind::Raw},
     Magic{4, "ftypM4A "sv, FileKind::Mp4Audio},
     Magic{4, "ftypM4B "sv, FileKind::Mp4Audio},
@@ -119,6 +124,15 @@ bool isBmp(std::string_view text)
            text.substr(15, 3) == "\0\0\0"sv;
 }
 
+/// A mark of two letters, then white space: "P6" alone begins many a text.
+bool isPnm(std::string_view text)
+{
+    constexpr auto kKinds = "1234567Ff"sv;
+    constexpr auto kSeparators = " \t\r\n"sv;
+    return text.size() > 3 && text[0] == 'P' && kKinds.find(text[1]) != std::string_view::npos &&
+           kSeparators.find(text[2]) != std::string_view::npos;
+}
+
 /// Packets of 188 bytes, or 192 with a time before each.
 bool isTransportStream(std::string_view text)
 {
@@ -150,6 +164,8 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
         return FileKind::Pdf;
     if (isSvg(text))
         return FileKind::Svg;
+    if (isPnm(text))
+        return FileKind::Pnm;
     if (isTransportStream(text))
         return FileKind::OtherMedia;
     // Cut out of a longer one.

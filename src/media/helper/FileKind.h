@@ -19,6 +19,11 @@ enum class FileKind {
     Svg,
     Heif, ///< and AVIF
     JpegXl,
+    Jpeg2000,
+    Exr,
+    Hdr, ///< Radiance
+    Pnm, ///< PBM, PGM, PPM, PAM, PFM
+    Tga, ///< has no mark of its own, so the name has to say it
     Raw,
     Pdf,
     Wav,  ///< and RF64

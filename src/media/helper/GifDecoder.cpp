@@ -1,28 +1,14 @@
 #include "media_helper/ByteSource.h"
 #include "media_helper/Decoders.h"
+#include "media_helper/GifReader.h"
 #include "media_helper/PictureBuilder.h"
-
-#include <gif_lib.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <utility>
 
 namespace ostrelle {
 namespace {
-
-struct CloseGif
-{
-    void operator()(GifFileType *gif) const { DGifCloseFile(gif, nullptr); }
-};
-using Gif = std::unique_ptr<GifFileType, CloseGif>;
-
-int readBytes(GifFileType *gif, GifByteType *data, int size)
-{
-    auto &bytes = *static_cast<ByteReader *>(gif->UserData);
-    return static_cast<int>(bytes.read({data, static_cast<std::size_t>(size)}));
-}
 
 /// GIF89a, appendix E: the order in which the rows of an interlaced picture are stored.
 struct InterlacePass
@@ -32,33 +18,6 @@ struct InterlacePass
 };
 constexpr std::array kInterlacePasses{InterlacePass{0, 8}, InterlacePass{4, 8}, InterlacePass{2, 4},
                                       InterlacePass{1, 2}};
-
-/// Goes to the first picture and leaves its transparent colour, or -1; false when there is none. Of the extensions
-/// before it only the graphic control one counts.
-bool findPicture(GifFileType *gif, int &transparent)
-{
-    transparent = NO_TRANSPARENT_COLOR;
-    for (;;) {
-        GifRecordType record = UNDEFINED_RECORD_TYPE;
-        if (DGifGetRecordType(gif, &record) == GIF_ERROR || record == TERMINATE_RECORD_TYPE)
-            return false;
-        if (record == IMAGE_DESC_RECORD_TYPE)
-            return DGifGetImageDesc(gif) != GIF_ERROR;
-        if (record != EXTENSION_RECORD_TYPE)
-            continue;
-        int code = 0;
-        GifByteType *block = nullptr;
-        if (DGifGetExtension(gif, &code, &block) == GIF_ERROR)
-            return false;
-        while (block) {
-            GraphicsControlBlock control{};
-            if (code == GRAPHICS_EXT_FUNC_CODE && DGifExtensionToGCB(block[0], block + 1, &control) != GIF_ERROR)
-                transparent = control.TransparentColor;
-            if (DGifGetExtensionNext(gif, &block) == GIF_ERROR)
-                return false;
-        }
-    }
-}
 
 /// The colour numbers of the first picture, in the order of its rows; as many rows as the file has.
 std::vector<GifPixelType> readPicture(GifFileType *gif, bool &isWhole)
@@ -133,14 +92,11 @@ private:
 HelperStatus decodeGif(ByteSource &source, PictureBuilder &builder)
 {
     ByteReader bytes(source);
-    const Gif gif(DGifOpen(&bytes, readBytes, nullptr));
+    const Gif gif = openedGif(bytes);
     int transparent = NO_TRANSPARENT_COLOR;
-    if (!gif || !findPicture(gif.get(), transparent))
+    if (!gif || !findGifPicture(gif.get(), transparent))
         return HelperStatus::Broken;
     const GifImageDesc &place = gif->Image;
-    // Some writers leave the canvas empty and mean their only picture.
-    gif->SWidth = gif->SWidth > 0 ? gif->SWidth : place.Left + place.Width;
-    gif->SHeight = gif->SHeight > 0 ? gif->SHeight : place.Top + place.Height;
     PictureFacts facts;
     facts.full = facts.decoded = {gif->SWidth, gif->SHeight};
     facts.layout = PixelLayout::Rgba;

@@ -1,13 +1,12 @@
 #include "media_helper/ByteSource.h"
 #include "media_helper/Decoders.h"
-#include "media_helper/Orientation.h"
+#include "media_helper/Exif.h"
+#include "media_helper/JpegReader.h"
 #include "media_helper/PictureBuilder.h"
 
 #include <algorithm>
-#include <array>
 #include <csetjmp>
 #include <cstdio>
-#include <cstdlib>
 #include <utility>
 
 #include <jpeglib.h>
@@ -15,103 +14,18 @@
 namespace ostrelle {
 namespace {
 
-constexpr int kExifMarker = JPEG_APP0 + 1;
-constexpr int kIccMarker = JPEG_APP0 + 2;
-constexpr unsigned kLongestMarker = 0xffff;
-
-/// libjpeg's structures, with what their callbacks need behind them.
-struct Reader
-{
-    jpeg_decompress_struct info{};
-    jpeg_error_mgr errors{};
-    std::jmp_buf failed{};
-    jpeg_source_mgr input{};
-    ByteReader *bytes = nullptr;
-    std::array<std::uint8_t, 65536> buffer{};
-    std::vector<std::uint8_t> row;
-};
-
-Reader &readerOf(j_common_ptr info)
-{
-    return *static_cast<Reader *>(info->client_data);
-}
-
-Reader &readerOf(j_decompress_ptr info)
-{
-    return *static_cast<Reader *>(info->client_data);
-}
-
-[[noreturn]] void fail(j_common_ptr info)
-{
-    std::longjmp(readerOf(info).failed, 1); // NOLINT(modernize-avoid-setjmp-longjmp,cert-err52-cpp): libjpeg's protocol
-}
-
-void ignoreMessage(j_common_ptr)
-{
-}
-
-void ignoreSource(j_decompress_ptr)
-{
-}
-
-/// A file that ends too early is ended for libjpeg, which fills the rest of the picture.
-boolean fill(j_decompress_ptr info)
-{
-    Reader &reader = readerOf(info);
-    std::size_t count = reader.bytes->read(reader.buffer);
-    if (count == 0) {
-        reader.buffer[0] = 0xff;
-        reader.buffer[1] = JPEG_EOI;
-        count = 2;
-    }
-    reader.input.next_input_byte = reader.buffer.data();
-    reader.input.bytes_in_buffer = count;
-    return TRUE;
-}
-
-void skip(j_decompress_ptr info, long count)
-{
-    Reader &reader = readerOf(info);
-    const std::size_t wanted = count > 0 ? static_cast<std::size_t>(count) : 0;
-    const std::size_t buffered = std::min(wanted, reader.input.bytes_in_buffer);
-    reader.input.next_input_byte += buffered;
-    reader.input.bytes_in_buffer -= buffered;
-    reader.bytes->seek(reader.bytes->position() + (wanted - buffered));
-}
-
-/// Nothing in these functions has a destructor: an error jumps out of them.
-bool readHeader(Reader &reader)
-{
-    if (setjmp(reader.failed) != 0) // NOLINT(modernize-avoid-setjmp-longjmp,cert-err52-cpp): libjpeg's protocol
-        return false;
-    jpeg_create_decompress(&reader.info);
-    reader.info.client_data = &reader;
-    reader.info.src = &reader.input;
-    jpeg_save_markers(&reader.info, kExifMarker, kLongestMarker);
-    jpeg_save_markers(&reader.info, kIccMarker, kLongestMarker);
-    return jpeg_read_header(&reader.info, TRUE) == JPEG_HEADER_OK;
-}
-
-bool readIcc(Reader &reader, JOCTET **bytes, unsigned *size)
-{
-    if (setjmp(reader.failed) != 0) // NOLINT(modernize-avoid-setjmp-longjmp,cert-err52-cpp): libjpeg's protocol
-        return false;
-    return jpeg_read_icc_profile(&reader.info, bytes, size) != 0;
-}
-
-bool start(Reader &reader)
+bool start(JpegReader &reader)
 {
     if (setjmp(reader.failed) != 0) // NOLINT(modernize-avoid-setjmp-longjmp,cert-err52-cpp): libjpeg's protocol
         return false;
     return jpeg_start_decompress(&reader.info) != 0;
 }
 
-bool readRows(Reader &reader, PictureBuilder &builder)
+bool readRows(JpegReader &reader, JSAMPROW row, PictureBuilder &builder)
 {
     if (setjmp(reader.failed) != 0) // NOLINT(modernize-avoid-setjmp-longjmp,cert-err52-cpp): libjpeg's protocol
         return false;
     while (reader.info.output_scanline < reader.info.output_height) {
-        JSAMPROW row = reader.row.data();
         if (jpeg_read_scanlines(&reader.info, &row, 1) != 1)
             return false;
         builder.addRow(row);
@@ -155,30 +69,15 @@ PixelLayout chooseLayout(jpeg_decompress_struct &info)
     }
 }
 
-int orientationIn(const jpeg_decompress_struct &info)
+HelperStatus decode(JpegReader &reader, PictureBuilder &builder)
 {
-    for (jpeg_saved_marker_ptr marker = info.marker_list; marker; marker = marker->next) {
-        const std::span<const std::uint8_t> bytes(marker->data, marker->data_length);
-        if (marker->marker == kExifMarker && bytes.size() > 6 && bytes[0] == 'E' && bytes[1] == 'x')
-            return exifOrientation(bytes);
-    }
-    return 1;
-}
-
-HelperStatus decode(Reader &reader, PictureBuilder &builder)
-{
-    if (!readHeader(reader))
+    if (!reader.readHeader())
         return HelperStatus::Broken;
     PictureFacts facts;
     facts.full = {static_cast<int>(reader.info.image_width), static_cast<int>(reader.info.image_height)};
-    facts.orientation = orientationIn(reader.info);
+    facts.orientation = exifFacts(reader.exif()).orientation;
     facts.layout = chooseLayout(reader.info);
-    JOCTET *icc = nullptr;
-    unsigned iccSize = 0;
-    if (readIcc(reader, &icc, &iccSize)) {
-        facts.icc.assign(icc, icc + iccSize);
-        std::free(icc);
-    }
+    facts.icc = reader.icc();
     chooseScale(reader.info, builder.shrinkScale(facts.full));
     facts.decoded = scaledSize(facts.full, reader.info.scale_denom);
     const PixelSize decoded = facts.decoded;
@@ -188,29 +87,16 @@ HelperStatus decode(Reader &reader, PictureBuilder &builder)
     if (!start(reader) || static_cast<int>(reader.info.output_width) != decoded.width ||
         static_cast<int>(reader.info.output_height) != decoded.height || reader.info.output_components != channels)
         return HelperStatus::Broken;
-    reader.row.resize(static_cast<std::size_t>(decoded.width) * static_cast<std::size_t>(channels));
-    return readRows(reader, builder) ? HelperStatus::Done : HelperStatus::Broken;
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(decoded.width) * static_cast<std::size_t>(channels));
+    return readRows(reader, row.data(), builder) ? HelperStatus::Done : HelperStatus::Broken;
 }
 
 } // namespace
 
 HelperStatus decodeJpeg(ByteSource &source, PictureBuilder &builder)
 {
-    ByteReader bytes(source);
-    Reader reader;
-    reader.bytes = &bytes;
-    reader.info.client_data = &reader;
-    reader.info.err = jpeg_std_error(&reader.errors);
-    reader.errors.error_exit = fail;
-    reader.errors.output_message = ignoreMessage;
-    reader.input.init_source = ignoreSource;
-    reader.input.fill_input_buffer = fill;
-    reader.input.skip_input_data = skip;
-    reader.input.resync_to_restart = jpeg_resync_to_restart;
-    reader.input.term_source = ignoreSource;
-    const HelperStatus status = decode(reader, builder);
-    jpeg_destroy_decompress(&reader.info);
-    return status;
+    JpegReader reader(source);
+    return decode(reader, builder);
 }
 
 } // namespace ostrelle

@@ -1,5 +1,6 @@
 #include "media_helper/AudioCommand.h"
 #include "media_helper/HelperService.h"
+#include "media_helper/ImageCommand.h"
 
 #include <array>
 
@@ -19,10 +20,18 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
 
+constexpr std::array kImageReaders{
+    ImageFactsRow{FileKind::Jpeg, readJpegFacts},       ImageFactsRow{FileKind::Png, readPngFacts},
+    ImageFactsRow{FileKind::Gif, readGifFacts},         ImageFactsRow{FileKind::WebP, readWebPFacts},
+    ImageFactsRow{FileKind::Tiff, readTiffFacts, true}, ImageFactsRow{FileKind::Bmp, readBmpFacts},
+    ImageFactsRow{FileKind::Ico, readIcoFacts},         ImageFactsRow{FileKind::Psd, readPsdFacts},
+    ImageFactsRow{FileKind::Pnm, readPnmFacts},         ImageFactsRow{FileKind::Hdr, readHdrFacts},
+    ImageFactsRow{FileKind::Exr, readExrFacts},         ImageFactsRow{FileKind::Tga, readTgaFacts},
+};
+
+constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};
+/// The sound helper knows those that are not compressed.
 constexpr std::array kSounds{
-    AudioFactsRow{FileKind::Wav, readPcmFacts, readWavTempo},
-    AudioFactsRow{FileKind::Aiff, readPcmFacts, readAiffTempo},
-    AudioFactsRow{FileKind::Caf, readPcmFacts},
     AudioFactsRow{FileKind::Mp3, readMpegFacts},
     AudioFactsRow{FileKind::Aac, readAdtsFacts},
     AudioFactsRow{FileKind::Flac, readFlacFacts},
@@ -34,7 +43,6 @@ constexpr std::array kSounds{
 };
 
 constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Decline, 4U << 20U};
-
 } // namespace
 
 int main()
@@ -47,6 +55,10 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
+        {HelperCommand::ImageInfo,
+         [](ByteSource &source, const HelperRequest &request) {
+             return answerImageInfo(source, request, kImageFacts);
+         }},
         {HelperCommand::AudioInfo,
          [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
     };

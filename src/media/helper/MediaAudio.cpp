@@ -106,11 +106,28 @@ public:
                 return false;
             const std::int64_t first =
                 av_rescale_q(m_frame->best_effort_timestamp - m_begin, m_stream->time_base, perFrame);
-            if (frame < first + m_frame->nb_samples)
+            m_heardUpTo = first + m_frame->nb_samples;
+            if (frame < m_heardUpTo)
                 return convertFrame(std::max<std::int64_t>(0, frame - first));
         }
         // At the end, or behind it: there is nothing to read.
         return true;
+    }
+
+    std::int64_t countFrames(std::int64_t limit) override
+    {
+        const bool isGuessed =
+            m_container.format().duration_estimation_method == AVFMT_DURATION_FROM_BITRATE || m_format.frames < 0;
+        if (!isGuessed)
+            return m_format.frames;
+        m_heardUpTo = 0;
+        if (!seek(limit) || m_heardUpTo > limit)
+            return std::min(limit, m_heardUpTo);
+        // There is no such place, but every packet is known now. The last may be cut off, so those before it are heard.
+        if (const AVIndexEntry *last =
+                avformat_index_get_entry(m_stream, avformat_index_get_entries_count(m_stream) - 1))
+            seek(av_rescale_q(last->timestamp - m_begin, m_stream->time_base, {1, m_format.sampleRate}));
+        return std::min(limit, m_heardUpTo);
     }
 
 private:
@@ -123,8 +140,8 @@ private:
             if (format.streams[i]->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
                 format.streams[i]->discard = AVDISCARD_ALL;
         }
-        const bool isTold = stream && stream->codecpar->sample_rate > 0 &&
-                            (stream->duration > 0 || m_container.format().duration > 0);
+        const bool isTold =
+            stream && stream->codecpar->sample_rate > 0 && (stream->duration > 0 || m_container.format().duration > 0);
         if (!isTold && !m_container.probeStreams())
             return false;
         m_stream = bestStream();
@@ -227,7 +244,8 @@ private:
     std::unique_ptr<SwrContext, FreeConverter> m_converter;
     SampleForm m_converterForm;
     AVStream *m_stream = nullptr;
-    std::int64_t m_begin = 0; ///< time of the first frame, in the stream's unit
+    std::int64_t m_begin = 0;     ///< time of the first frame, in the stream's unit
+    std::int64_t m_heardUpTo = 0; ///< frames from there to the end of the one that seek() found
     std::vector<float> m_converted;
     std::size_t m_taken = 0; ///< samples of it that were read
     bool m_isAtEnd = false;

@@ -98,7 +98,9 @@ bool MediaContainer::open(const char *format)
     if (avformat_open_input(&context, nullptr, format ? av_find_input_format(format) : nullptr, nullptr) < 0)
         return false;
     m_format.reset(context);
-    return true;
+    // Plain text was taken for speech with a certainty of 26 of 100.
+    constexpr int kLeastCertainty = 27;
+    return format || m_format->probe_score >= kLeastCertainty;
 }
 
 bool MediaContainer::probeStreams()

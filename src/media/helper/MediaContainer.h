@@ -35,8 +35,8 @@ public:
     MediaContainer(const MediaContainer &) = delete;
     MediaContainer &operator=(const MediaContainer &) = delete;
 
-    /// Reads the head of the file. False when FFmpeg does not know it. `format` is FFmpeg's name of the only kind to try,
-    /// or null.
+    /// Reads the head of the file. False when FFmpeg does not know it. `format` is FFmpeg's name of the only kind to
+    /// try, or null.
     bool open(const char *format);
     /// Looks into the streams that are not discarded, for what the head does not tell of them.
     bool probeStreams();

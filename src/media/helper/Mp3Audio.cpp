@@ -4,6 +4,7 @@
 #include <mpg123.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 namespace ostrelle {
@@ -11,7 +12,8 @@ namespace {
 
 /// How far a frame is looked for where there is none.
 constexpr long kResyncBytes = 256 * 1024;
-/// How many frames are decoded before a place that is gone to: at low rates a frame lives on what eleven before it left.
+/// How many frames are decoded before a place that is gone to: at low rates a frame lives on what eleven before it
+/// left.
 constexpr long kPreparingFrames = 12;
 /// How many frames tell whether the bit rate varies.
 constexpr int kProbedFrames = 40;
@@ -44,11 +46,14 @@ off_t seekFile(void *opaque, off_t offset, int whence)
     return place;
 }
 
+enum class Channels { AsStored, Mixed };
+
 class Mp3Audio final : public AudioStream
 {
 public:
-    explicit Mp3Audio(ByteSource &source)
+    Mp3Audio(ByteSource &source, Channels channels)
         : m_reader(source)
+        , m_channels(channels)
         , m_decoder(mpg123_new(nullptr, nullptr))
     {
     }
@@ -91,11 +96,23 @@ public:
 
     bool seek(std::int64_t frame) override { return mpg123_seek(m_decoder.get(), frame, SEEK_SET) == frame; }
 
+    std::int64_t countFrames(std::int64_t limit) override
+    {
+        constexpr std::size_t kMostChannels = 2;
+        std::array<float, kMostChannels> frame{};
+        const auto channels = static_cast<std::size_t>(m_format.channels);
+        if (seek(limit) && read(std::span(frame).first(channels)) > 0)
+            return limit;
+        // The decoder has met the end and knows now where that is, whatever the head of the file says.
+        return std::max<std::int64_t>(0, mpg123_length(m_decoder.get()));
+    }
+
 private:
     bool configure()
     {
         mpg123_handle *decoder = m_decoder.get();
-        const long flags = MPG123_QUIET | MPG123_FORCE_FLOAT | MPG123_GAPLESS | MPG123_SKIP_ID3V2;
+        const long mixing = m_channels == Channels::Mixed ? MPG123_MONO_MIX : 0;
+        const long flags = MPG123_QUIET | MPG123_FORCE_FLOAT | MPG123_GAPLESS | MPG123_SKIP_ID3V2 | mixing;
         return mpg123_param(decoder, MPG123_ADD_FLAGS, flags, 0) == MPG123_OK &&
                mpg123_param(decoder, MPG123_RESYNC_LIMIT, kResyncBytes, 0) == MPG123_OK &&
                mpg123_param(decoder, MPG123_PREFRAMES, kPreparingFrames, 0) == MPG123_OK &&
@@ -131,15 +148,26 @@ private:
     }
 
     ByteReader m_reader;
+    Channels m_channels;
     std::unique_ptr<mpg123_handle, CloseDecoder> m_decoder;
 };
+
+std::unique_ptr<AudioStream> openWith(ByteSource &source, Channels channels)
+{
+    auto stream = std::make_unique<Mp3Audio>(source, channels);
+    return stream->open() ? std::move(stream) : nullptr;
+}
 
 } // namespace
 
 std::unique_ptr<AudioStream> openMp3(ByteSource &source)
 {
-    auto stream = std::make_unique<Mp3Audio>(source);
-    return stream->open() ? std::move(stream) : nullptr;
+    return openWith(source, Channels::AsStored);
+}
+
+std::unique_ptr<AudioStream> openMixedMp3(ByteSource &source)
+{
+    return openWith(source, Channels::Mixed);
 }
 
 } // namespace ostrelle

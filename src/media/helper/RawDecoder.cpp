@@ -2,6 +2,7 @@
 #include "media_helper/Decoders.h"
 #include "media_helper/Orientation.h"
 #include "media_helper/PictureBuilder.h"
+#include "media_helper/RawStream.h"
 
 #include <libraw/libraw.h>
 
@@ -10,8 +11,6 @@
 
 namespace ostrelle {
 namespace {
-
-constexpr std::uint64_t kLongestFile = 400U << 20U;
 
 /// LibRaw's own numbers for how the camera was held.
 int orientationOf(int flip)
@@ -46,11 +45,9 @@ HelperStatus deliverBitmap(const libraw_thumbnail_t &thumbnail, int orientation,
 
 HelperStatus decodeRaw(ByteSource &source, PictureBuilder &builder)
 {
-    std::vector<std::uint8_t> bytes = source.whole(kLongestFile);
-    if (bytes.empty())
-        return HelperStatus::TooLarge;
+    RawStream stream(source);
     const auto raw = std::make_unique<LibRaw>();
-    if (raw->open_buffer(bytes.data(), bytes.size()) != LIBRAW_SUCCESS)
+    if (raw->open_datastream(&stream) != LIBRAW_SUCCESS)
         return HelperStatus::Broken;
     if (raw->unpack_thumb() != LIBRAW_SUCCESS)
         return HelperStatus::NoPicture;

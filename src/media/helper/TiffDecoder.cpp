@@ -1,75 +1,13 @@
 #include "media_helper/ByteSource.h"
 #include "media_helper/Decoders.h"
 #include "media_helper/PictureBuilder.h"
-
-#include <tiffio.h>
+#include "media_helper/TiffReader.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace ostrelle {
 namespace {
-
-struct CloseTiff
-{
-    void operator()(TIFF *tiff) const { TIFFClose(tiff); }
-};
-
-ByteReader &readerOf(thandle_t handle)
-{
-    return *static_cast<ByteReader *>(handle);
-}
-
-tmsize_t readBytes(thandle_t handle, void *data, tmsize_t size)
-{
-    return static_cast<tmsize_t>(
-        readerOf(handle).read({static_cast<std::uint8_t *>(data), static_cast<std::size_t>(size)}));
-}
-
-tmsize_t writeBytes(thandle_t, void *, tmsize_t)
-{
-    return -1;
-}
-
-toff_t seekTo(thandle_t handle, toff_t offset, int whence)
-{
-    ByteReader &reader = readerOf(handle);
-    if (whence == SEEK_CUR)
-        offset += reader.position();
-    else if (whence == SEEK_END)
-        offset += reader.source().size();
-    reader.seek(offset);
-    return offset;
-}
-
-int closeNothing(thandle_t)
-{
-    return 0;
-}
-
-toff_t sizeOf(thandle_t handle)
-{
-    return readerOf(handle).source().size();
-}
-
-template <typename Value>
-Value field(TIFF *tiff, ttag_t tag, Value otherwise)
-{
-    Value value = otherwise;
-    return TIFFGetFieldDefaulted(tiff, tag, &value) != 0 ? value : otherwise;
-}
-
-/// What cameras write: a small picture first, and the sensor's own data in directories below it.
-bool isCameraRaw(TIFF *tiff)
-{
-    std::uint16_t count = 0;
-    const void *value = nullptr;
-    if (TIFFGetField(tiff, TIFFTAG_DNGVERSION, &value) != 0)
-        return true;
-    const char *make = nullptr;
-    return TIFFGetField(tiff, TIFFTAG_SUBIFD, &count, &value) != 0 && TIFFGetField(tiff, TIFFTAG_MAKE, &make) != 0;
-}
 
 PixelLayout layoutOf(TIFF *tiff)
 {
@@ -85,7 +23,7 @@ std::vector<std::uint8_t> iccIn(TIFF *tiff)
 {
     std::uint32_t size = 0;
     const std::uint8_t *bytes = nullptr;
-    const auto photometric = field<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    const auto photometric = tiffField<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
     if (photometric == PHOTOMETRIC_SEPARATED || TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &size, &bytes) == 0)
         return {};
     return {bytes, bytes + size};
@@ -94,8 +32,8 @@ std::vector<std::uint8_t> iccIn(TIFF *tiff)
 /// As many rows as are stored together, so that none is decoded twice.
 std::uint32_t bandHeight(TIFF *tiff, std::uint32_t height)
 {
-    const auto rows = TIFFIsTiled(tiff) != 0 ? field<std::uint32_t>(tiff, TIFFTAG_TILELENGTH, height)
-                                             : field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, height);
+    const auto rows = TIFFIsTiled(tiff) != 0 ? tiffField<std::uint32_t>(tiff, TIFFTAG_TILELENGTH, height)
+                                             : tiffField<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, height);
     return std::clamp<std::uint32_t>(rows, 1, height);
 }
 
@@ -121,13 +59,13 @@ HelperStatus deliverRows(TIFFRGBAImage &image, std::uint32_t band, PictureBuilde
 HelperStatus decode(TIFF *tiff, PictureBuilder &builder)
 {
     PictureFacts facts;
-    const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
-    const auto height = field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
+    const auto width = tiffField<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
+    const auto height = tiffField<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
     facts.full = facts.decoded = {static_cast<int>(std::min<std::uint32_t>(width, 1U << 30U)),
                                   static_cast<int>(std::min<std::uint32_t>(height, 1U << 30U))};
     facts.layout = layoutOf(tiff);
     facts.icc = iccIn(tiff);
-    const auto orientation = field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    const auto orientation = tiffField<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     facts.orientation = orientation;
     if (!builder.begin(std::move(facts)))
         return builder.isTooLarge() ? HelperStatus::TooLarge : HelperStatus::Broken;
@@ -149,12 +87,8 @@ HelperStatus decode(TIFF *tiff, PictureBuilder &builder)
 
 HelperStatus decodeTiff(ByteSource &source, PictureBuilder &builder)
 {
-    TIFFSetErrorHandler(nullptr);
-    TIFFSetWarningHandler(nullptr);
     ByteReader reader(source);
-    // "m": the library must not map the file by itself.
-    const std::unique_ptr<TIFF, CloseTiff> tiff(TIFFClientOpen("picture", "rm", &reader, readBytes, writeBytes, seekTo,
-                                                               closeNothing, sizeOf, nullptr, nullptr));
+    const auto tiff = openedTiff(reader);
     if (!tiff)
         return HelperStatus::Broken;
     if (isCameraRaw(tiff.get()))

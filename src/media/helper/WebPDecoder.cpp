@@ -1,6 +1,6 @@
 #include "media_helper/ByteSource.h"
 #include "media_helper/Decoders.h"
-#include "media_helper/Orientation.h"
+#include "media_helper/Exif.h"
 #include "media_helper/PictureBuilder.h"
 
 #include <webp/decode.h>
@@ -37,7 +37,7 @@ void readMetadata(const WebPDemuxer &demuxer, PictureFacts &facts)
     const auto icc = chunk(demuxer, "ICCP", iterator);
     facts.icc.assign(icc.begin(), icc.end());
     WebPDemuxReleaseChunkIterator(&iterator);
-    facts.orientation = exifOrientation(chunk(demuxer, "EXIF", iterator));
+    facts.orientation = exifFacts(chunk(demuxer, "EXIF", iterator)).orientation;
     WebPDemuxReleaseChunkIterator(&iterator);
 }
 

@@ -1,7 +1,6 @@
 #include "notch/controls/AnimatedNumber.h"
 
 #include "notch/NotchAppearance.h"
-#include "records/Motion.h"
 
 namespace ostrelle {
 
@@ -11,6 +10,7 @@ AnimatedNumber::AnimatedNumber(const ControlContext &context, double value, std:
     , m_clock(context.clock)
     , m_changed(std::move(changed))
     , m_animated(value, restThreshold)
+    , m_fade(value)
     , m_value(value)
 {
 }
@@ -28,8 +28,8 @@ void AnimatedNumber::animateTo(double target, const Spring &spring)
         fadeTo(target, kReducedFade);
         return;
     }
-    if (m_fade.isRunning) {
-        m_fade.isRunning = false;
+    if (m_fade.isRunning()) {
+        m_fade.jumpTo(target);
         m_animated.jumpTo(m_value);
     }
     m_animated.animateTo(target, spring, m_clock.now());
@@ -41,27 +41,20 @@ void AnimatedNumber::fadeTo(double target, std::chrono::nanoseconds duration)
     if (target == m_animated.target())
         return;
     m_animated.jumpTo(target);
-    m_fade = {.isRunning = true, .from = m_value, .start = m_clock.now(), .duration = duration};
+    m_fade.start(m_value, target, duration, m_clock.now());
     m_clock.add(*this);
 }
 
 void AnimatedNumber::jumpTo(double value)
 {
-    m_fade.isRunning = false;
+    m_fade.jumpTo(value);
     m_animated.jumpTo(value);
     m_value = value;
 }
 
 bool AnimatedNumber::advance(MonotonicTime now)
 {
-    if (m_fade.isRunning) {
-        const double passed = std::chrono::duration<double>(now - m_fade.start) / m_fade.duration;
-        m_fade.isRunning = passed < 1;
-        m_value = m_fade.isRunning ? m_fade.from + (m_animated.target() - m_fade.from) * Motion::easedOut(passed)
-                                   : m_animated.target();
-    } else {
-        m_value = m_animated.value(now);
-    }
+    m_value = m_fade.isRunning() ? m_fade.value(now) : m_animated.value(now);
     const bool moving = isMoving();
     m_changed();
     return moving;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Animated.h"
+#include "notch/Fade.h"
 #include "notch/FrameClock.h"
 #include "notch/controls/ControlContext.h"
 
@@ -24,7 +25,7 @@ public:
 
     double value() const { return m_value; }
     double target() const { return m_animated.target(); }
-    bool isMoving() const { return m_animated.isMoving() || m_fade.isRunning; }
+    bool isMoving() const { return m_animated.isMoving() || m_fade.isRunning(); }
 
     /// Moves on the spring or, where the desktop wants no movement, fades within kReducedFade.
     void animateTo(double target, const Spring &spring);
@@ -36,14 +37,6 @@ public:
     static constexpr std::chrono::milliseconds kReducedFade{160};
 
 private:
-    struct Fade
-    {
-        bool isRunning = false;
-        double from = 0;
-        MonotonicTime start{};
-        std::chrono::nanoseconds duration{};
-    };
-
     bool advance(MonotonicTime now) override;
 
     NotchAppearance &m_appearance;

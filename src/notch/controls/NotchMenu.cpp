@@ -2,8 +2,8 @@
 
 #include "notch/PopupStyle.h"
 
-#include <QBitmap>
-#include <QPainter>
+#include <QAction>
+#include <QStyleOptionMenuItem>
 
 namespace ostrelle {
 namespace {
@@ -17,6 +17,10 @@ NotchMenu::NotchMenu(const NotchAppearance &appearance, QWidget *parent)
 {
     setToolTipsVisible(true);
     const auto apply = [this, &appearance] {
+        QPalette colors = palette();
+        colors.setColor(QPalette::ButtonText, menuTextColor(appearance));
+        setPalette(colors);
+        m_warning = menuWarningColor(appearance);
         setFont(Theme::font(FontRole::Body));
         setStyleSheet(menuStyleSheet(appearance));
     };
@@ -24,17 +28,27 @@ NotchMenu::NotchMenu(const NotchAppearance &appearance, QWidget *parent)
     apply();
 }
 
+void NotchMenu::addEntry(const QString &text, const QObject *context, const std::function<void()> &action,
+                         Purpose purpose)
+{
+    const QAction *entry = addAction(text);
+    connect(entry, &QAction::triggered, context, action, Qt::QueuedConnection);
+    if (purpose == Purpose::Destructive)
+        m_destructive.append(entry);
+}
+
+void NotchMenu::initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const
+{
+    QMenu::initStyleOption(option, action);
+    // On the ground of the selected one it would not be read.
+    if (m_destructive.contains(action) && !option->state.testFlag(QStyle::State_Selected))
+        option->palette.setColor(QPalette::ButtonText, m_warning);
+}
+
 void NotchMenu::resizeEvent(QResizeEvent *event)
 {
     QMenu::resizeEvent(event);
-    // A mask and not translucency: it looks the same without a compositor.
-    QBitmap shape(size());
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0, 0, -1, -1), kRadius, kRadius);
-    painter.end();
-    setMask(shape);
+    setMask(roundedMask(size(), kRadius));
 }
 
 } // namespace ostrelle

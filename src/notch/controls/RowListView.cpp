@@ -17,10 +17,7 @@ namespace {
 constexpr int kPitch = RowPlate::kPitch;
 constexpr int kBottomPadding = 8;
 constexpr double kListResponse = 0.22;
-constexpr double kWheelResponse = 0.16;
 constexpr double kWheelStep = 1.5 * kPitch;
-constexpr double kNotch = 120; ///< eighths of a degree in one step of a wheel
-constexpr double kPixelRest = 0.25;
 
 } // namespace
 
@@ -28,8 +25,7 @@ RowListView::RowListView(const ControlContext &context, int topPadding, QWidget 
     : QListView(parent)
     , m_context(context)
     , m_topPadding(topPadding)
-    , m_scroll(
-          context, 0, [this] { showScroll(); }, kPixelRest)
+    , m_scroll(context, *verticalScrollBar(), kWheelStep)
     , m_glide(context, 0, [this] {
         rowsMoved();
         viewport()->update();
@@ -47,10 +43,6 @@ RowListView::RowListView(const ControlContext &context, int topPadding, QWidget 
     viewport()->setMouseTracking(true);
     viewport()->setAutoFillBackground(false);
     connect(&context.appearance, &NotchAppearance::changed, viewport(), qOverload<>(&QWidget::update));
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
-        if (!m_isShowingScroll)
-            m_scroll.jumpTo(value);
-    });
 }
 
 int RowListView::rowsPerPage() const
@@ -109,33 +101,7 @@ void RowListView::scrollTo(const QModelIndex &index, ScrollHint)
         return;
     executeDelayedItemsLayout();
     const double middle = m_topPadding + index.row() * kPitch + RowPlate::kHeight / 2.0;
-    scrollSmoothly(std::round(middle - viewport()->height() / 2.0));
-}
-
-void RowListView::scrollSmoothly(double target)
-{
-    const double maximum = verticalScrollBar()->maximum();
-    m_scroll.animateTo(std::clamp(target, 0.0, maximum), Motion::damped(kListResponse));
-}
-
-void RowListView::settleScroll()
-{
-    m_scroll.jumpTo(m_scroll.target());
-    showScroll();
-}
-
-void RowListView::scrollBy(double distance)
-{
-    const double maximum = verticalScrollBar()->maximum();
-    m_scroll.jumpTo(std::clamp(m_scroll.value() + distance, 0.0, maximum));
-    showScroll();
-}
-
-void RowListView::showScroll()
-{
-    m_isShowingScroll = true;
-    verticalScrollBar()->setValue(static_cast<int>(std::lround(m_scroll.value())));
-    m_isShowingScroll = false;
+    m_scroll.moveTo(std::round(middle - viewport()->height() / 2.0));
 }
 
 void RowListView::glideThrough(const std::function<void()> &change)
@@ -242,22 +208,13 @@ void RowListView::updateGeometries()
     QListView::updateGeometries();
     const int content = m_topPadding + rowCount() * kPitch - (kPitch - RowPlate::kHeight) + kBottomPadding;
     verticalScrollBar()->setRange(0, std::max(content - viewport()->height(), 0));
-    if (m_scroll.target() > verticalScrollBar()->maximum()) {
-        m_scroll.jumpTo(verticalScrollBar()->maximum());
-        showScroll();
-    }
+    m_scroll.clamp();
     rowsMoved();
 }
 
 void RowListView::wheelEvent(QWheelEvent *event)
 {
-    const int pixels = event->pixelDelta().y();
-    const int angle = event->angleDelta().y();
-    const double distance = -(pixels != 0 ? pixels : angle * kWheelStep / kNotch);
-    const double maximum = verticalScrollBar()->maximum();
-    m_scroll.animateTo(std::clamp(m_scroll.target() + distance, 0.0, maximum), Motion::damped(kWheelResponse));
-    if (pixels != 0 || std::abs(angle) < kNotch)
-        settleScroll();
+    m_scroll.turnWheel(*event);
     event->accept();
 }
 

@@ -3,6 +3,7 @@
 #include "notch/controls/AnimatedNumber.h"
 #include "notch/controls/ControlContext.h"
 #include "notch/controls/RowPlate.h"
+#include "notch/controls/SmoothScroll.h"
 
 #include <QHash>
 #include <QListView>
@@ -46,7 +47,7 @@ public:
     void endGlide();
 
     /// At once.
-    void scrollBy(double distance);
+    void scrollBy(double distance) { m_scroll.jumpTo(m_scroll.position() + distance); }
     /// Brings the row to the middle.
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
     /// What belongs there, whatever still glides; gaps belong to the row above.
@@ -56,10 +57,7 @@ public:
 protected:
     const ControlContext &context() const { return m_context; }
 
-    /// The end of a scroll that is on its way.
-    double scrollTarget() const { return m_scroll.target(); }
-    void scrollSmoothly(double target);
-    void settleScroll();
+    SmoothScroll &scroll() { return m_scroll; }
     /// First and last of those that are painted.
     std::pair<int, int> visibleRows() const;
     /// How much is left at the end of the list of something at `y`.
@@ -79,13 +77,11 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    void showScroll();
     void paintRow(QPainter &painter, int row);
 
     ControlContext m_context;
     int m_topPadding;
-    AnimatedNumber m_scroll;
-    bool m_isShowingScroll = false;
+    SmoothScroll m_scroll;
     QHash<QUuid, double> m_before; ///< where the rows were when the glide began
     /// How far rows were from their places then; times m_glide.
     QHash<QUuid, double> m_offsets;

@@ -23,7 +23,16 @@ SmoothScroll::SmoothScroll(const ControlContext &context, QScrollBar &bar, doubl
     , m_wheelStep(wheelStep)
     , m_position(
           context, bar.value(), [this] { show(); }, kPixelRest)
+    , m_movedByOthers(QObject::connect(&bar, &QScrollBar::valueChanged, &bar, [this](int value) {
+        if (!m_isShowing)
+            m_position.jumpTo(value);
+    }))
 {
+}
+
+SmoothScroll::~SmoothScroll()
+{
+    QObject::disconnect(m_movedByOthers);
 }
 
 double SmoothScroll::clamped(double position) const
@@ -31,15 +40,8 @@ double SmoothScroll::clamped(double position) const
     return std::clamp(position, 0.0, static_cast<double>(m_bar.maximum()));
 }
 
-void SmoothScroll::follow()
-{
-    if (!m_position.isMoving() && std::lround(m_position.value()) != m_bar.value())
-        m_position.jumpTo(m_bar.value());
-}
-
 void SmoothScroll::moveTo(double position)
 {
-    follow();
     m_position.animateTo(clamped(position), Motion::damped(kMoveResponse));
 }
 
@@ -51,7 +53,6 @@ void SmoothScroll::jumpTo(double position)
 
 void SmoothScroll::turnWheel(const QWheelEvent &event)
 {
-    follow();
     const int pixels = event.pixelDelta().y();
     const int angle = event.angleDelta().y();
     const double distance = -(pixels != 0 ? pixels : angle * m_wheelStep / kNotch);
@@ -69,7 +70,9 @@ void SmoothScroll::clamp()
 
 void SmoothScroll::show()
 {
+    m_isShowing = true;
     m_bar.setValue(static_cast<int>(std::lround(m_position.value())));
+    m_isShowing = false;
 }
 
 } // namespace ostrelle

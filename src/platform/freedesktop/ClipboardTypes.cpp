@@ -55,6 +55,16 @@ bool hasUtf16Mark(const QByteArray &bytes)
     return bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff");
 }
 
+QByteArray urlsWithoutTitles(const QByteArray &bytes)
+{
+    const QStringList lines = decodeUtf16(bytes).split(u'\n');
+    QByteArray urls;
+    for (qsizetype i = 0; i < lines.size(); i += 2) {
+        urls += lines[i].toUtf8() + '\n';
+    }
+    return urls;
+}
+
 /// RFC 8089: file:/path, file:///path, file://localhost/path.
 std::optional<QString> localPath(QByteArray uri)
 {
@@ -135,6 +145,9 @@ QString decodeText(const QByteArray &bytes, Encoding encoding)
 
 QStringList decodeFiles(const QByteArray &bytes, Encoding encoding, qsizetype limit)
 {
+    if (encoding == Encoding::MozillaUrl) {
+        return decodeFiles(urlsWithoutTitles(bytes), Encoding::UriList, limit);
+    }
     QStringList paths;
     for (qsizetype start = 0, end = 0; start < bytes.size() && paths.size() < limit; start = end + 1) {
         end = bytes.indexOf('\n', start);

@@ -23,6 +23,7 @@ enum class Encoding {
     UriList,         ///< text/uri-list (RFC 2483)
     CopiedFiles,     ///< a line "copy" or "cut", then one URI per line
     FileTransferKey, ///< a key of the FileTransfer portal
+    MozillaUrl,      ///< text/x-moz-url: UTF-16 in this machine's order, a line with a URL, one with its title, …
     Utf8,
     UnknownText, ///< text/plain without charset: Unicode where it is valid, else Latin-1
     Latin1

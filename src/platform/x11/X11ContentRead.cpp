@@ -63,6 +63,7 @@ void X11ContentRead::handle(X11SelectionTransfer::Result result, Encoding encodi
         return;
     case Encoding::UriList:
     case Encoding::CopiedFiles:
+    case Encoding::MozillaUrl:
         takeFiles(clipboardTypes::decodeFiles(result.bytes, encoding));
         return;
     case Encoding::FileTransferKey:

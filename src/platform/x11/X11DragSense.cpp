@@ -7,14 +7,15 @@
 
 namespace ostrelle {
 
-X11DragSense::X11DragSense(WatchConnection &watch, const X11RawPointer &pointer)
-    : m_pointer(pointer)
+X11DragSense::X11DragSense(WatchConnection &watch, const X11RawPointer &pointer, QObject *parent)
+    : DragSense(parent)
+    , m_pointer(pointer)
     , m_selection(watch.atom("XdndSelection"))
     , m_fixesEvent(watchSelectionOwners(watch, m_selection))
     , m_subscription(watch.onEvent([this](const xcb_generic_event_t &event) { handle(event); }))
 {
     // Presses and owners come on the same connection, hence in the order in which they happened.
-    QObject::connect(&pointer, &X11RawPointer::pressed, &m_presses, [this] { m_countAtPress = m_changeCount; });
+    connect(&pointer, &X11RawPointer::pressed, this, [this] { m_countAtPress = m_changeCount; });
 }
 
 Answer X11DragSense::isButtonHeld() const
@@ -36,6 +37,7 @@ void X11DragSense::handle(const xcb_generic_event_t &event)
     if (notify.selection == m_selection && notify.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER &&
         notify.owner != XCB_WINDOW_NONE) {
         ++m_changeCount;
+        Q_EMIT changed();
     }
 }
 

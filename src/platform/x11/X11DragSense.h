@@ -3,8 +3,6 @@
 #include "platform/DragSense.h"
 #include "platform/x11/WatchConnection.h"
 
-#include <QObject>
-
 namespace ostrelle {
 
 class X11RawPointer;
@@ -12,8 +10,9 @@ class X11RawPointer;
 /// A drag with data begins when its source takes the XdndSelection (XDND 5), which XFixes announces each time.
 class X11DragSense final : public DragSense
 {
+    Q_OBJECT
 public:
-    X11DragSense(WatchConnection &watch, const X11RawPointer &pointer);
+    X11DragSense(WatchConnection &watch, const X11RawPointer &pointer, QObject *parent = nullptr);
 
     qint64 changeCount() const override { return m_changeCount; }
     qint64 countAtPress() const override { return m_countAtPress; }
@@ -27,7 +26,6 @@ private:
     int m_fixesEvent;
     qint64 m_changeCount = 0;
     qint64 m_countAtPress = 0;
-    QObject m_presses; ///< ends the listening to the pointer
     WatchConnection::Subscription m_subscription;
 };
 

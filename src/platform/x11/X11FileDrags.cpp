@@ -49,6 +49,9 @@ X11FileDrags::X11FileDrags(WatchConnection &watch, TaskScheduler &scheduler, con
         m_targets << X11ContentRead::Target{watch.atom(type.constData()), encoding};
         wanted << m_targets.last().atom;
     }
+    // All that a browser says of a picture in a page. Of a page on this machine it names a file.
+    m_targets << X11ContentRead::Target{watch.atom("text/x-moz-url"), clipboardTypes::Encoding::MozillaUrl};
+    wanted << m_targets.last().atom;
     // Asked for now: a question from within an answer's handler would have to wait.
     for (const char *name : {"XdndSelection", "INCR", "_OSTRELLE_SELECTION"}) {
         watch.atom(name);

@@ -39,6 +39,7 @@ X11PanelHost::X11PanelHost(WatchConnection &watch, QObject *parent)
     , m_window(watch)
     , m_focus(watch)
     , m_backdrop(watch, m_window)
+    , m_dialogs(watch)
 {
     m_window.setGlass(m_glass.glass());
     connect(&m_glass, &X11Glass::changed, this, [this] {
@@ -81,6 +82,7 @@ void X11PanelHost::adoptWindow()
 {
     m_window.adopt(*m_panel);
     m_focus.setWindow(m_window.id());
+    m_dialogs.setWindow(m_window.id());
     Q_EMIT windowReplaced(m_panel->windowHandle());
 }
 
@@ -107,6 +109,9 @@ void X11PanelHost::place(const QString &screenName, const QSizeF &size)
     if (isMoved || !isShown || m_window.scale() != m_panel->devicePixelRatioF()) {
         m_window.update(*m_panel); // its round trip also means that the window is mapped when the keyboard is asked for
     }
+    if (before.size() != after.size()) {
+        m_window.announceSize();
+    }
 }
 
 void X11PanelHost::raise()
@@ -117,6 +122,15 @@ void X11PanelHost::raise()
     m_panel->raise();
     if (QWidget *popup = QApplication::activePopupWidget()) {
         popup->raise(); // an open menu stays above
+    }
+}
+
+void X11PanelHost::setGivingWay(bool givesWay)
+{
+    const bool wasGivingWay = m_dialogs.isOn();
+    m_dialogs.setOn(givesWay);
+    if (wasGivingWay && !givesWay) {
+        raise();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/PanelHost.h"
 #include "platform/x11/X11Backdrop.h"
+#include "platform/x11/X11DialogStacking.h"
 #include "platform/x11/X11Glass.h"
 #include "platform/x11/X11KeyboardFocus.h"
 #include "platform/x11/X11PanelWindow.h"
@@ -26,6 +27,7 @@ public:
     void attach(QWidget &panel) override;
     void place(const QString &screenName, const QSizeF &size) override;
     void raise() override;
+    void setGivingWay(bool givesWay) override;
     void setInteractiveRect(const QRectF &rect) override;
     void setOutline(const QPainterPath &outline) override;
     Glass glass() const override { return m_glass.glass(); }
@@ -51,6 +53,7 @@ private:
     X11PanelWindow m_window;
     X11KeyboardFocus m_focus;
     X11Backdrop m_backdrop;
+    X11DialogStacking m_dialogs;
 };
 
 } // namespace ostrelle

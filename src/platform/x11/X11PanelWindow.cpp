@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 #include <xcb/shape.h>
@@ -59,6 +60,20 @@ void X11PanelWindow::update(const QWidget &panel)
     }
     sendInteractiveRect();
     sendGlass();
+}
+
+void X11PanelWindow::announceSize() const
+{
+    // Chromium looks for what is under its drag in copies of all windows' shapes, and renews one when the server tells
+    // of a change: never for a window without a shape, of which it would see no more than the size when the drag began.
+    // What grows towards a drag has one for a moment.
+    if (m_id && m_glass != PanelHost::Glass::None) {
+        constexpr xcb_rectangle_t kEverything{0, 0, UINT16_MAX, UINT16_MAX};
+        xcb_shape_rectangles(toolkitConnection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED,
+                             m_id, 0, 0, 1, &kEverything);
+        sendShape();
+        xcb_flush(toolkitConnection());
+    }
 }
 
 void X11PanelWindow::setInteractiveRect(const QRectF &rect)

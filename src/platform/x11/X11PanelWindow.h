@@ -28,6 +28,9 @@ public:
     /// The window was moved or rescaled: everything measured in native pixels is sent again. One round trip.
     void update(const QWidget &panel);
 
+    /// The window has another size: other programs are told.
+    void announceSize() const;
+
     void setInteractiveRect(const QRectF &rect);
     void setOutline(const QPainterPath &outline);
     void setGlass(PanelHost::Glass glass);

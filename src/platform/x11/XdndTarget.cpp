@@ -199,8 +199,9 @@ void XdndTarget::setAccepted(bool accepted)
 
 void XdndTarget::sendStatus(xcb_window_t source) const
 {
-    // The rectangle stays empty: every position is wanted.
-    send(source, m_status, kWantsEveryPosition | (m_isAccepted ? kWillTake : 0), m_isAccepted, 4);
+    // The rectangle stays empty: every position is wanted. A refusal says no more than that, because Qt's sources take
+    // any flag for consent.
+    send(source, m_status, m_isAccepted ? kWillTake | kWantsEveryPosition : 0, m_isAccepted, 4);
 }
 
 void XdndTarget::sendFinished(xcb_window_t source, std::uint32_t version, bool taken) const

@@ -103,11 +103,14 @@ private Q_SLOTS:
         m_desktop->pressButton();
         QCOMPARE(drag.isButtonHeld(), Answer::Yes);
         QCOMPARE(drag.changeCount(), before); // a press alone is no drag
+        QSignalSpy changed(&drag, &DragSense::changed);
         m_desktop->beginDrag();
-        QTRY_VERIFY(drag.changeCount() != before);
+        QTRY_COMPARE(changed.count(), 1);
         const qint64 first = drag.changeCount();
+        QVERIFY(first != before);
         m_desktop->beginDrag(); // by the same source again
-        QTRY_VERIFY(drag.changeCount() != first);
+        QTRY_COMPARE(changed.count(), 2);
+        QVERIFY(drag.changeCount() != first);
         QCOMPARE(drag.countAtPress(), before);
         m_desktop->releaseButton();
         QCOMPARE(drag.isButtonHeld(), Answer::No);

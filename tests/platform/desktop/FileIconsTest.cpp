@@ -5,8 +5,8 @@
 
 #include <QDataStream>
 #include <QDir>
-#include <QPixmap>
 #include <QSet>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,9 +16,17 @@ namespace ostrelle {
 
 namespace {
 
-QImage imageOf(const QIcon &icon)
+constexpr int kSide = 48;
+
+/// Null until it is loaded.
+QImage iconOf(FileIcons &icons, const char *name)
 {
-    return icon.pixmap(QSize(48, 48), 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
+    return icons.iconFor(QString::fromLatin1(name), kSide, 1).value_or(QImage());
+}
+
+bool awaitIcon(FileIcons &icons, const char *name)
+{
+    return QTest::qWaitFor([&] { return icons.iconFor(QString::fromLatin1(name), kSide, 1).has_value(); });
 }
 
 /// A desktop's settings daemon, in the byte order that is not this machine's.
@@ -89,15 +97,32 @@ private Q_SLOTS:
     void tellsKindsApartWithoutADesktop()
     {
         const auto platform = Platform::create(QStringLiteral("x11"), QString());
-        QList<QImage> images{imageOf(platform->fileIcons().folderIcon())};
+        FileIcons &icons = platform->fileIcons();
+        QVERIFY(QTest::qWaitFor([&] { return icons.folderIcon(kSide, 1).has_value(); }));
+        QList<QImage> images{*icons.folderIcon(kSide, 1)};
         for (const char *name : {"a.txt", "a.png", "a.mp3", "a.mp4", "a.pdf", "a.tar.gz"}) {
-            images << imageOf(platform->fileIcons().iconFor(QString::fromLatin1(name)));
+            QVERIFY(awaitIcon(icons, name));
+            images << iconOf(icons, name);
         }
         for (qsizetype i = 0; i < images.size(); ++i) {
             QVERIFY2(!images.at(i).isNull(), qPrintable(QString::number(i)));
             QCOMPARE(images.indexOf(images.at(i)), i);
         }
-        QVERIFY(!platform->fileIcons().iconFor(QStringLiteral("of no known kind.xyzzy")).isNull());
+        QVERIFY(awaitIcon(icons, "of no known kind.xyzzy"));
+        QVERIFY(!iconOf(icons, "of no known kind.xyzzy").isNull());
+    }
+
+    void loadsElsewhereAndTellsWhenItIsThere()
+    {
+        const auto platform = Platform::create(QStringLiteral("x11"), QString());
+        FileIcons &icons = platform->fileIcons();
+        const QSignalSpy changes(&icons, &FileIcons::changed);
+        QVERIFY(!icons.iconFor(QStringLiteral("a.txt"), 34, 2));
+        QVERIFY(!icons.iconFor(QStringLiteral("b.txt"), 34, 2));
+        QTRY_COMPARE(changes.size(), 1);
+        const QImage icon = *icons.iconFor(QStringLiteral("b.txt"), 34, 2);
+        QCOMPARE(icon.devicePixelRatio(), 2.0);
+        QVERIFY(icon.width() <= 68 && icon.width() >= 48);
     }
 
     void followsTheThemeThatTheUserHasSet()
@@ -109,27 +134,28 @@ private Q_SLOTS:
         index.write("[Icon Theme]\nName=Mine\nDirectories=48x48/mimetypes\n"
                     "[48x48/mimetypes]\nSize=48\nType=Fixed\nContext=MimeTypes\n");
         index.close();
-        QImage red(48, 48, QImage::Format_ARGB32);
+        QImage red(kSide, kSide, QImage::Format_ARGB32_Premultiplied);
         red.fill(Qt::red);
         QVERIFY(red.save(themes.filePath(QStringLiteral("Mine/48x48/mimetypes/text-x-generic.png"))));
         QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() << themes.path());
 
         const auto platform = Platform::create(QStringLiteral("x11"), QString());
-        const FileIcons &icons = platform->fileIcons();
-        const QImage text = imageOf(icons.iconFor(QStringLiteral("a.txt")));
-        const QImage picture = imageOf(icons.iconFor(QStringLiteral("a.png")));
+        FileIcons &icons = platform->fileIcons();
+        QVERIFY(awaitIcon(icons, "a.txt") && awaitIcon(icons, "a.png"));
+        const QImage text = iconOf(icons, "a.txt");
+        const QImage picture = iconOf(icons, "a.png");
         QVERIFY(text != red);
 
         auto manager = std::make_unique<SettingsManager>();
         manager->setIconTheme("Mine");
-        QTRY_COMPARE(imageOf(icons.iconFor(QStringLiteral("a.txt"))), red);
-        QCOMPARE(imageOf(icons.iconFor(QStringLiteral("a.png"))), picture);           // which the theme does not have
+        QTRY_COMPARE(iconOf(icons, "a.txt"), red);
+        QTRY_COMPARE(iconOf(icons, "a.png"), picture);                                // which the theme does not have
         manager->set(QByteArray("\1\0\0\0\0\0\0\7\xff\xff\xff\xff\1\0\xff\xff", 16)); // cut off
-        QTRY_COMPARE(imageOf(icons.iconFor(QStringLiteral("a.txt"))), text);
+        QTRY_COMPARE(iconOf(icons, "a.txt"), text);
         manager->setIconTheme("Mine");
-        QTRY_COMPARE(imageOf(icons.iconFor(QStringLiteral("a.txt"))), red);
+        QTRY_COMPARE(iconOf(icons, "a.txt"), red);
         manager.reset();
-        QTRY_COMPARE(imageOf(icons.iconFor(QStringLiteral("a.txt"))), text);
+        QTRY_COMPARE(iconOf(icons, "a.txt"), text);
     }
 };
 

@@ -6,6 +6,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 
 #include <xcb/shape.h>
@@ -60,9 +61,15 @@ void PeerClient::synchronize()
 void PeerClient::readEvents()
 {
     synchronize();
+    const int shapeNotify = xcb_get_extension_data(xcb(), &xcb_shape_id)->first_event + XCB_SHAPE_NOTIFY;
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(xcb())}) {
-        if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) {
+        const int type = event->response_type & 0x7f;
+        if (type == XCB_BUTTON_PRESS) {
             ++m_presses[reinterpret_cast<const xcb_button_press_event_t &>(*event).event];
+        } else if (type == shapeNotify) {
+            const auto &told = reinterpret_cast<const xcb_shape_notify_event_t &>(*event);
+            m_toldHeight =
+                told.shape_kind == XCB_SHAPE_SK_BOUNDING && !told.shaped ? told.extents_height : m_toldHeight;
         }
     }
 }
@@ -123,7 +130,12 @@ xcb_window_t PeerClient::open(const QRect &frame, Kind kind, const QByteArray &n
     const QByteArray windowClass = name + '\0' + name + '\0';
     xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(windowClass.size()), windowClass.constData());
-    if (kind == Kind::Managed) {
+    if (kind == Kind::Dialog) {
+        const xcb_atom_t dialog = atom("_NET_WM_WINDOW_TYPE_DIALOG");
+        xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1,
+                            &dialog);
+    }
+    if (kind != Kind::OverrideRedirect) {
         m_managed.append(window);
     }
     xcb_map_window(xcb(), window);
@@ -292,6 +304,26 @@ bool PeerClient::hasProperty(xcb_window_t window, const char *property)
     return reply && reply->type != XCB_ATOM_NONE;
 }
 
+xcb_window_t PeerClient::topLevel(xcb_window_t window)
+{
+    for (;;) {
+        const XcbReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), window), nullptr));
+        if (!tree || tree->parent == root()) {
+            return window;
+        }
+        window = tree->parent;
+    }
+}
+
+bool PeerClient::isAbove(xcb_window_t one, xcb_window_t other)
+{
+    const XcbReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), root()), nullptr));
+    const xcb_window_t *bottom = xcb_query_tree_children(tree.get());
+    const xcb_window_t *end = bottom + xcb_query_tree_children_length(tree.get());
+    return std::find(bottom, end, topLevel(one)) > std::find(bottom, end, topLevel(other));
+}
+
 QRect PeerClient::boundingExtents(xcb_window_t window)
 {
     const XcbReply<xcb_shape_query_extents_reply_t> reply(
@@ -299,6 +331,18 @@ QRect PeerClient::boundingExtents(xcb_window_t window)
     return reply ? QRect(reply->bounding_shape_extents_x, reply->bounding_shape_extents_y,
                          reply->bounding_shape_extents_width, reply->bounding_shape_extents_height)
                  : QRect();
+}
+
+void PeerClient::watchShape(xcb_window_t window)
+{
+    xcb_shape_select_input(xcb(), window, 1);
+    synchronize();
+}
+
+int PeerClient::toldHeight()
+{
+    readEvents();
+    return m_toldHeight;
 }
 
 QRect PeerClient::frame(xcb_window_t window)

@@ -18,7 +18,7 @@ namespace ostrelle {
 class PeerClient
 {
 public:
-    enum class Kind { Managed, OverrideRedirect };
+    enum class Kind { Managed, Dialog, OverrideRedirect };
 
     PeerClient();
     ~PeerClient();
@@ -50,7 +50,11 @@ public:
     xcb_window_t activeWindow();
     QByteArray propertyName(xcb_window_t window, const char *property); ///< name of its first atom
     bool hasProperty(xcb_window_t window, const char *property);
+    bool isAbove(xcb_window_t one, xcb_window_t other); ///< they, or the frames they are in
     QRect boundingExtents(xcb_window_t window);
+    void watchShape(xcb_window_t window);
+    /// Of the watched window without a shape of its own, as the server has told latest; -1: not yet.
+    int toldHeight();
     QRect frame(xcb_window_t window); ///< on the root window
     bool hasOwner(const char *selection);
     QRgb pixel(const QPoint &native); ///< what the screen shows there
@@ -67,6 +71,7 @@ private:
         void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
     };
     xcb_atom_t atom(const char *name);
+    xcb_window_t topLevel(xcb_window_t window);
     void synchronize();
     void readEvents();
     xcb_window_t createHelperWindow();
@@ -77,6 +82,7 @@ private:
     std::unique_ptr<xcb_connection_t, Disconnected> m_connection;
     const xcb_screen_t *m_screen;
     QMap<xcb_window_t, int> m_presses;
+    int m_toldHeight = -1;
     QList<xcb_window_t> m_managed; ///< open windows that the window manager knows
 };
 

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void takesOnlySoMuch_data();
     void takesOnlySoMuch();
     void refusesWhatHasNoFiles();
+    void aToolkitsSourceUnderstandsARefusal();
     void tellsTheSourceWhenTheAnswerChanges();
 
 private:
@@ -87,6 +88,10 @@ void X11FileDragsTest::servesEverySource_data()
     plain("files in the second type only", options("--type text/uri-list https://example.org/ "
                                                    "--type x-special/gnome-copied-files",
                                                    copied));
+    plain("a browser's URLs and titles",
+          options("--type text/x-moz-url", QStringLiteral("file:///tmp/two%20words\nA title\nhttps://example.org/page\n"
+                                                          "file:///tmp/title\nfile:///tmp/a%0Ab\n\n"
+                                                          "file:///tmp/gr%C3%BCn\n")));
     plain("a portal's key", options("--type application/vnd.portal.filetransfer a-key"));
     const QStringList uris = options("source file:///tmp/two%20words https://example.org/page file:///tmp/a%0Ab "
                                      "file:///tmp/gr%C3%BCn");
@@ -226,6 +231,19 @@ void X11FileDragsTest::refusesWhatHasNoFiles()
     QVERIFY(source.says("left"));
     QCOMPARE(desktop.entered, 0);
     takesTheNextDrag(desktop);
+}
+
+void X11FileDragsTest::aToolkitsSourceUnderstandsARefusal()
+{
+    DragDesktop desktop;
+    desktop.isAccepting = false;
+    OtherProgram source(QStringLiteral("toolkit-drags"), options("source file:///tmp/file"));
+    desktop.pickUp(source);
+    desktop.moveOverPanel();
+    desktop.moveAround(QPoint(950, 40), "the list is read", [&] { return !desktop.known.isEmpty(); });
+    desktop.letGo();
+    QVERIFY(source.says("ended none"));
+    QCOMPARE(desktop.dropped, QList<QStringList>());
 }
 
 void X11FileDragsTest::tellsTheSourceWhenTheAnswerChanges()

@@ -68,6 +68,8 @@ private Q_SLOTS:
     void isShapedToItsOutlineWithoutACompositorOnly();
     void asksForBlurOfItsOutlineWhileTheCompositorOffersIt();
     void preparesANewNativeWindowLikeTheFirst();
+    void tellsOtherProgramsThatItHasGrown();
+    void givesWayToDialogsOnly();
     void capturesWhatIsBehindWithoutThePanel_data();
     void capturesWhatIsBehindWithoutThePanel();
 
@@ -208,6 +210,42 @@ void X11PanelTest::preparesANewNativeWindowLikeTheFirst()
     QVERIFY(window() != first);
     QCOMPARE(m_peer->propertyName(window(), "_NET_WM_WINDOW_TYPE"), QByteArray("_NET_WM_WINDOW_TYPE_DOCK"));
     QCOMPARE(m_peer->boundingExtents(window()), shape);
+}
+
+void X11PanelTest::tellsOtherProgramsThatItHasGrown()
+{
+    m_peer->ownSelection("_NET_WM_CM_S0");
+    QTRY_COMPARE(host().glass(), PanelHost::Glass::Snapshot);
+    m_peer->watchShape(window());
+    host().place(m_platform->screens().primary()->name, QSizeF(680, 400));
+    QTRY_COMPARE(m_peer->toldHeight(), int(400 * m_panel->devicePixelRatioF()));
+}
+
+void X11PanelTest::givesWayToDialogsOnly()
+{
+    const QRect place(100, 100, 300, 200);
+    const xcb_window_t editor = m_peer->open(place, PeerClient::Kind::Managed, "editor");
+    const xcb_window_t chooser = m_peer->open(place, PeerClient::Kind::Dialog, "chooser");
+    const auto activate = [&](xcb_window_t application) {
+        m_peer->activate(application);
+        return m_peer->isAbove(window(), application);
+    };
+    QVERIFY(activate(editor) && activate(chooser));
+
+    host().setGivingWay(true);
+    QTRY_VERIFY(activate(editor));
+    QTRY_VERIFY(!activate(chooser));
+    // What the chooser asks leaves the panel below the chooser.
+    const xcb_window_t question = m_peer->open(place, PeerClient::Kind::Dialog, "chooser");
+    QTRY_VERIFY(!activate(question));
+    QVERIFY(!m_peer->isAbove(window(), chooser));
+    QTRY_VERIFY(activate(editor));
+    QTRY_VERIFY(!activate(chooser));
+
+    host().setGivingWay(false);
+    m_panel->repaint(); // without a loop that rests, the toolkit sends nothing before
+    QTRY_VERIFY(m_peer->isAbove(window(), chooser));
+    QVERIFY(activate(editor) && activate(chooser));
 }
 
 void X11PanelTest::capturesWhatIsBehindWithoutThePanel_data()
