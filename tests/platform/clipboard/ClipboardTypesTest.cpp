@@ -73,7 +73,8 @@ private Q_SLOTS:
     {
         const std::u16string text = u"file:///tmp/two%20words\nfile:///tmp/title\nhttps://example.org/\nA page";
         const QByteArray bytes(reinterpret_cast<const char *>(text.data()), qsizetype(text.size()) * 2);
-        QCOMPARE(clipboardTypes::decodeFiles(bytes, Encoding::MozillaUrl), QStringList{QStringLiteral("/tmp/two words")});
+        QCOMPARE(clipboardTypes::decodeFiles(bytes, Encoding::MozillaUrl),
+                 QStringList{QStringLiteral("/tmp/two words")});
     }
 };
 
