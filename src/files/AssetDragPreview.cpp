@@ -1,6 +1,5 @@
 #include "files/AssetDragPreview.h"
 
-#include "files/AssetTile.h"
 #include "notch/Glyph.h"
 #include "notch/Theme.h"
 #include "notch/controls/CentredImage.h"
@@ -20,6 +19,19 @@ constexpr double kPictureSymbolSize = 22;
 constexpr double kBadgeHeight = 18;
 constexpr double kBadgePadding = 5.5;
 constexpr double kBadgeMargin = 2;
+
+void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QImage &picture)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    QBrush brush(picture);
+    const double scale = rect.width() / picture.width();
+    brush.setTransform(QTransform::fromTranslate(rect.x(), rect.y()).scale(scale, scale));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}
 
 /// On a plate of its own, because anything may lie below.
 void paintSymbol(QPainter &painter, const QRectF &rect, const QString &symbol)

@@ -1,6 +1,7 @@
 #include "files/AssetTile.h"
 
 #include "files/AssetGridLayout.h"
+#include "files/AssetThumbnails.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/ThemeGradients.h"
@@ -8,7 +9,6 @@
 #include "notch/controls/ColorMix.h"
 #include "notch/controls/PlayBadge.h"
 
-#include <QFontMetricsF>
 #include <QLinearGradient>
 #include <QPainter>
 
@@ -19,8 +19,6 @@ namespace {
 
 constexpr double kSquareSide = 62;
 constexpr double kSquareRadius = 10;
-constexpr double kPictureSide = 54;
-constexpr double kPictureRadius = 7;
 constexpr double kSymbolSize = 22;
 constexpr double kHoverScale = 1.04;
 /// Of the ring of the focus, the badge and what the pointer enlarges.
@@ -39,7 +37,6 @@ constexpr double kNameWidth = 80;
 constexpr double kNameHeight = 13;
 constexpr double kFocusWidth = 2;
 constexpr double kFocusGap = 2;
-constexpr int kNameFlags = Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextSingleLine;
 
 void scaleAbout(QPainter &painter, const QPointF &centre, double scale)
 {
@@ -69,19 +66,6 @@ QLinearGradient themeGradient(const NotchAppearance &appearance, const QRectF &r
 }
 
 } // namespace
-
-void paintRounded(QPainter &painter, const QRectF &rect, double radius, const QImage &picture)
-{
-    painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    QBrush brush(picture);
-    const double scale = rect.width() / picture.width();
-    brush.setTransform(QTransform::fromTranslate(rect.x(), rect.y()).scale(scale, scale));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(brush);
-    painter.drawRoundedRect(rect, radius, radius);
-    painter.restore();
-}
 
 QRectF AssetTile::paintedRect(const QPointF &place)
 {
@@ -114,14 +98,14 @@ double AssetTile::squareScale(bool reducesMotion) const
     return reducesMotion ? 1 : 1 + (kHoverScale - 1) * hover;
 }
 
-void AssetTile::paint(QPainter &painter, const ControlContext &context) const
+void AssetTile::paint(QPainter &painter, const ControlContext &context, TileCache &cache) const
 {
     const bool reducesMotion = context.appearance.reducesMotion();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.save();
     scaleAbout(painter, square().center(), squareScale(reducesMotion));
-    paintSquare(painter, context);
+    paintSquare(painter, context, cache);
     paintRing(painter, context);
     PlayBadge::paint(painter, playBadgeRect(),
                      {.isPlaying = isPlaying,
@@ -130,16 +114,14 @@ void AssetTile::paint(QPainter &painter, const ControlContext &context) const
                       .scale = reducesMotion ? 1 : PlayBadge::scaleOf(playBadge)});
     paintRemoveBadge(painter, reducesMotion);
     painter.restore();
-    paintName(painter, context);
+    paintName(painter, context, cache);
     painter.restore();
 }
 
-void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) const
+void AssetTile::paintSquare(QPainter &painter, const ControlContext &context, TileCache &cache) const
 {
     const Theme::Palette &palette = context.appearance.palette();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isSelected ? palette.accentSwitchedOn : palette.tileTint);
-    painter.drawRoundedRect(square(), kSquareRadius, kSquareRadius);
+    cache.plates.paint(painter, square(), kSquareRadius, isSelected ? palette.accentSwitchedOn : palette.tileTint);
     if (showsFocus) {
         const double reach = kFocusGap + kFocusWidth / 2;
         painter.setBrush(Qt::NoBrush);
@@ -150,11 +132,22 @@ void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) co
     painter.save();
     painter.setOpacity(painter.opacity() * (isMissing ? kMissingOpacity : 1));
     if (!picture.isNull())
-        paintRounded(painter, centred(square(), kPictureSide), kPictureRadius, picture);
+        paintPicture(painter);
     else if (icon && !icon->isNull())
         paintCentred(painter, square(), *icon);
     else if (icon)
         paintGlyph(painter, symbol, square(), kSymbolSize, GlyphWeight::Regular, palette.text2);
+    painter.restore();
+}
+
+void AssetTile::paintPicture(QPainter &painter) const
+{
+    const QRectF place = centred(square(), AssetThumbnails::kSide);
+    const bool fitsPixels =
+        isOnPixel(painter, place.topLeft()) && painter.deviceTransform().m11() * place.width() == picture.width();
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !fitsPixels);
+    painter.drawImage(place, picture);
     painter.restore();
 }
 
@@ -187,14 +180,13 @@ void AssetTile::paintRemoveBadge(QPainter &painter, bool reducesMotion) const
     painter.restore();
 }
 
-void AssetTile::paintName(QPainter &painter, const ControlContext &context) const
+void AssetTile::paintName(QPainter &painter, const ControlContext &context, TileCache &cache) const
 {
     const Theme::Palette &palette = context.appearance.palette();
     const QRectF line((AssetGridLayout::kTileSide - kNameWidth) / 2, kSquareSide + kNameGap, kNameWidth, kNameHeight);
-    painter.setFont(Theme::font(FontRole::Micro));
     const QColor color = mixed(palette.text2, palette.text1, isSelected ? 1 : hover);
     painter.setPen(faded(color, isMissing ? kMissingOpacity : 1));
-    painter.drawText(line, kNameFlags, QFontMetricsF(painter.font()).elidedText(name, Qt::ElideMiddle, kNameWidth));
+    cache.names.paint(painter, line, name);
 }
 
 } // namespace ostrelle
