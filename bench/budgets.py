@@ -342,64 +342,107 @@ def main_thread_ms(pid):
         return int(file.read().split()[0]) / 1e6
 
 
-def measure_shelf(desktop):
-    """1,000 files added, by one command and by one drop: CPU of the main thread, and the longest time that it took to
-    answer meanwhile."""
-    files = desktop.folder / "files"
+def sample_files(folder, count):
+    """Photographs, screenshots, drawings, documents, films, songs and files without a picture, in turn."""
+    samples = folder / "samples"
+    samples.mkdir()
+
+    def made(name, *command):
+        subprocess.run([*command, str(samples / name)], check=True)
+
+    made("photograph.jpg", "convert", "-size", "4000x3000", "gradient:navy-gold", "-attenuate", "0.3", "+noise", "Gaussian",
+         "-quality", "90")
+    made("screenshot.png", "convert", "-size", "1600x1200", "plasma:navy-gold")
+    made("film.mp4", "ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc2=duration=2:size=1280x720:rate=25")
+    made("song.mp3", "ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "sine=duration=2")
+    (samples / "drawing.svg").write_text('<svg xmlns="http://www.w3.org/2000/svg" width="100" height="100">'
+                                         '<circle cx="50" cy="50" r="40" fill="red"/></svg>')
+    (samples / "document.pdf").write_bytes(PAGE)
+    (samples / "notes.txt").write_text("notes")
+    (samples / "package.zip").write_bytes(b"PK\3\4" + b"\0" * 100)
+    kinds = sorted(samples.iterdir())
+    files = folder / "files"
     files.mkdir()
-    paths = [files / f"{number}.txt" for number in range(1000)]
-    for path in paths:
-        path.touch()
+    paths = []
+    for number in range(count):
+        kind = kinds[number % len(kinds)]
+        paths.append(files / f"{kind.stem} {number}{kind.suffix}")
+        os.link(kind, paths[-1])
+    return paths
+
+
+# Readers find the objects of such a document by looking for them.
+PAGE = (b"%PDF-1.4\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj 2 0 obj<</Type/Pages/Kids[3 0 R]/Count 1>>endobj "
+        b"3 0 obj<</Type/Page/Parent 2 0 R/MediaBox[0 0 595 842]/Contents 4 0 R>>endobj "
+        b"4 0 obj<</Length 35>>stream\n1 0 0 rg 100 100 300 300 re f      \nendstream endobj trailer<</Root 1 0 R>>\n%%EOF\n")
+
+
+def measure_shelf(desktop):
+    """1,000 files added to the grid in view, by one command and by one drop, each to a program that was just started:
+    CPU of the main thread, and the longest time that it took to answer meanwhile and until the last thumbnail is there."""
+    paths = sample_files(desktop.folder, 1000)
     lists = {count: desktop.folder / f"list-{count}" for count in (1, 1000)}
     for count, listed in lists.items():
         listed.write_text("".join(f"{uri(path)}\r\n" for path in paths[:count]))
-    with Program(desktop) as program:
-        pid = program.process.pid
-        wire = Wire(program)
+    cache = desktop.home / "cache" / "thumbnails"
 
-        def arrived(count):
-            wait_until(lambda: wire.status()["counts"]["assets"] == count, f"{count} files on the shelf", interval=0.05)
+    def thumbnails():
+        return sum(len(files) for _, _, files in os.walk(cache))
 
-        def cost(prepare, count):
-            add = prepare(count)
-            before = main_thread_ms(pid)
-            add()
-            arrived(count)
-            quiet(program, 1)
-            spent = main_thread_ms(pid) - before
+    def command(program, wire, count):
+        program.call("open", "assets")
+        quiet(program, 1)
+        return lambda: program.start_call("shelf", "add", *map(str, paths[:count]))
+
+    def drop(program, wire, count):
+        source = DragSource(desktop, "plain", "--list", lists[count])
+        source.pick_up()
+        wait_until(lambda: wire.status()["dragCatchArmed"], "the catch is armed")
+        source.move(desktop.frames.width // 2, 300)
+        wait_until(lambda: wire.status()["dropTargets"], "zones")
+        quiet(program, 1)
+        return source.let_go
+
+    def added(prepare, count, measure):
+        shutil.rmtree(cache, ignore_errors=True)
+        with Program(desktop) as program:
+            wire = Wire(program)
+            add = prepare(program, wire, count)
+            figures = measure(program, wire, add, lambda: wire.status()["counts"]["assets"] == count)
             program.call("shelf", "clear")
-            return spent
+            wire.close()
+        return figures
 
-        def added(how, prepare):
-            all_of_them, one = cost(prepare, 1000), cost(prepare, 1)
-            report(f"1,000 files added by {how}, main thread", max(0.0, all_of_them - one), 100, "ms",
-                   f"{all_of_them:.1f} beside {one:.1f} for one file")
-            add = prepare(1000)
-            idle = wire.longest_gap(2)
-            add()
-            gap = wire.longest_gap(2)
-            arrived(1000)
-            report(f"1,000 files added by {how}, longest gap", max(0.0, gap - idle), 16, "ms",
-                   f"{gap:.1f} beside {idle:.1f} idle")
-            program.call("shelf", "clear")
+    def cost(program, wire, add, is_added):
+        before = main_thread_ms(program.process.pid)
+        add()
+        wait_until(is_added, "the files are on the shelf", interval=0.05)
+        quiet(program, 1)
+        return main_thread_ms(program.process.pid) - before
 
-        def command(count):
-            program.call("open", "assets")
-            quiet(program, 1)
-            return lambda: program.call("shelf", "add", *map(str, paths[:count]))
+    def gaps(program, wire, add, is_added):
+        idle = wire.longest_gap(2)
+        add()
+        adding = wire.longest_gap(10, until=is_added)
+        last = {"count": 0, "time": time.monotonic()}
 
-        def drop(count):
-            source = DragSource(desktop, "plain", "--list", lists[count])
-            source.pick_up()
-            wait_until(lambda: wire.status()["dragCatchArmed"], "the catch is armed")
-            source.move(desktop.frames.width // 2, 300)
-            wait_until(lambda: wire.status()["dropTargets"], "zones")
-            quiet(program, 1)
-            return source.let_go
+        def is_over():
+            if thumbnails() != last["count"]:
+                last.update(count=thumbnails(), time=time.monotonic())
+            return time.monotonic() - last["time"] > 1.5
 
-        added("a command", command)
-        added("a drop", drop)
-        wire.close()
+        begin = time.monotonic()
+        return idle, adding, wire.longest_gap(60, until=is_over), last["count"], last["time"] - begin
+
+    for how, prepare in (("a command", command), ("a drop", drop)):
+        all_of_them, one = added(prepare, 1000, cost), added(prepare, 1, cost)
+        report(f"1,000 files added by {how}, main thread", max(0.0, all_of_them - one), 100, "ms",
+               f"{all_of_them:.1f} beside {one:.1f} for one file")
+        idle, adding, making, count, seconds = added(prepare, 1000, gaps)
+        report(f"1,000 files added by {how}, longest gap", max(0.0, adding - idle), 16, "ms",
+               f"{adding:.1f} beside {idle:.1f} idle")
+        report(f"their thumbnails ({count} in {seconds:.1f} s), longest gap", max(0.0, making - idle), 16, "ms",
+               f"{making:.1f} beside {idle:.1f} idle")
 
 
 COMPARED = {"parcellite": ["parcellite"], "clipit": ["clipit"], "copyq": ["copyq"],

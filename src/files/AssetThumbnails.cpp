@@ -2,6 +2,7 @@
 
 #include "files/FilePresence.h"
 
+#include <QPainter>
 #include <QSet>
 #include <QStringList>
 
@@ -15,15 +16,23 @@ namespace {
 /// Logical length of the longer side that is asked for: enough to fill the square with a picture of two to one.
 constexpr int kAskedSide = 120;
 
-QImage middleSquare(const QImage &picture, int side)
+/// The middle of it with round corners, cut once and not whenever it is painted.
+QImage roundedSquare(const QImage &picture, int side)
 {
     if (picture.isNull())
         return {};
     const int shorter = std::min(picture.width(), picture.height());
     const QRect middle((picture.width() - shorter) / 2, (picture.height() - shorter) / 2, shorter, shorter);
-    return picture.copy(middle)
-        .scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const QImage square = picture.copy(middle).scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const double radius = AssetThumbnails::kRadius * side / AssetThumbnails::kSide;
+    QImage rounded(square.size(), QImage::Format_ARGB32_Premultiplied);
+    rounded.fill(Qt::transparent);
+    QPainter painter(&rounded);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(square);
+    painter.drawRoundedRect(rounded.rect(), radius, radius);
+    return rounded;
 }
 
 } // namespace
@@ -101,7 +110,7 @@ void AssetThumbnails::take(QUuid id, const QImage &picture)
 {
     m_asked.erase(id);
     ++m_madeCount;
-    m_cache.insert(id, middleSquare(picture, static_cast<int>(std::ceil(kSide * m_devicePixelRatio))));
+    m_cache.insert(id, roundedSquare(picture, static_cast<int>(std::ceil(kSide * m_devicePixelRatio))));
     Q_EMIT arrived(id);
     ask();
 }

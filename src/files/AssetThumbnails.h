@@ -21,8 +21,9 @@ class AssetThumbnails : public QObject
 {
     Q_OBJECT
 public:
-    /// Logical side of the pictures, which are square.
+    /// Logical side and corner radius of the pictures, which are square.
     static constexpr int kSide = 54;
+    static constexpr double kRadius = 7;
     static constexpr int kKept = 160;
 
     struct Progress

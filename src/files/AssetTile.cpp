@@ -1,15 +1,14 @@
 #include "files/AssetTile.h"
 
 #include "files/AssetGridLayout.h"
+#include "files/AssetThumbnails.h"
 #include "files/PlayingRing.h"
-#include "files/RoundedPicture.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/CentredImage.h"
 #include "notch/controls/ColorMix.h"
 #include "notch/controls/PlayBadge.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
 
 #include <algorithm>
@@ -19,8 +18,6 @@ namespace {
 
 constexpr double kSquareSide = 62;
 constexpr double kSquareRadius = 10;
-constexpr double kPictureSide = 54;
-constexpr double kPictureRadius = 7;
 constexpr double kSymbolSize = 22;
 constexpr double kHoverScale = 1.04;
 /// Of the ring of the focus, the badge and what the pointer enlarges.
@@ -39,7 +36,6 @@ constexpr double kNameWidth = 80;
 constexpr double kNameHeight = 13;
 constexpr double kFocusWidth = 2;
 constexpr double kFocusGap = 2;
-constexpr int kNameFlags = Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextSingleLine;
 
 void scaleAbout(QPainter &painter, const QPointF &centre, double scale)
 {
@@ -93,14 +89,14 @@ double AssetTile::squareScale(bool reducesMotion) const
     return reducesMotion ? 1 : 1 + (kHoverScale - 1) * hover;
 }
 
-void AssetTile::paint(QPainter &painter, const ControlContext &context) const
+void AssetTile::paint(QPainter &painter, const ControlContext &context, TileCache &cache) const
 {
     const bool reducesMotion = context.appearance.reducesMotion();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.save();
     scaleAbout(painter, square().center(), squareScale(reducesMotion));
-    paintSquare(painter, context);
+    paintSquare(painter, context, cache);
     paintRing(painter, context);
     PlayBadge::paint(painter, playBadgeRect().translated(playShift, 0),
                      {.isPlaying = isPlaying,
@@ -110,16 +106,14 @@ void AssetTile::paint(QPainter &painter, const ControlContext &context) const
                       .progress = playProgress});
     paintRemoveBadge(painter, reducesMotion);
     painter.restore();
-    paintName(painter, context);
+    paintName(painter, context, cache);
     painter.restore();
 }
 
-void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) const
+void AssetTile::paintSquare(QPainter &painter, const ControlContext &context, TileCache &cache) const
 {
     const Theme::Palette &palette = context.appearance.palette();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isSelected ? palette.accentSwitchedOn : palette.tileTint);
-    painter.drawRoundedRect(square(), kSquareRadius, kSquareRadius);
+    cache.plates.paint(painter, square(), kSquareRadius, isSelected ? palette.accentSwitchedOn : palette.tileTint);
     if (showsFocus) {
         const double reach = kFocusGap + kFocusWidth / 2;
         painter.setBrush(Qt::NoBrush);
@@ -130,11 +124,22 @@ void AssetTile::paintSquare(QPainter &painter, const ControlContext &context) co
     painter.save();
     painter.setOpacity(painter.opacity() * (isMissing ? kMissingOpacity : 1));
     if (!picture.isNull())
-        paintRounded(painter, centred(square(), kPictureSide), kPictureRadius, picture);
+        paintPicture(painter);
     else if (icon && !icon->isNull())
         paintCentred(painter, square(), *icon);
     else if (icon)
         paintGlyph(painter, symbol, square(), kSymbolSize, GlyphWeight::Regular, palette.text2);
+    painter.restore();
+}
+
+void AssetTile::paintPicture(QPainter &painter) const
+{
+    const QRectF place = centred(square(), AssetThumbnails::kSide);
+    const bool fitsPixels =
+        isOnPixel(painter, place.topLeft()) && painter.deviceTransform().m11() * place.width() == picture.width();
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !fitsPixels);
+    painter.drawImage(place, picture);
     painter.restore();
 }
 
@@ -159,15 +164,14 @@ void AssetTile::paintRemoveBadge(QPainter &painter, bool reducesMotion) const
     painter.restore();
 }
 
-void AssetTile::paintName(QPainter &painter, const ControlContext &context) const
+void AssetTile::paintName(QPainter &painter, const ControlContext &context, TileCache &cache) const
 {
     const Theme::Palette &palette = context.appearance.palette();
     const QRectF line((AssetGridLayout::kTileSide - kNameWidth) / 2, kSquareSide + kNameGap, kNameWidth, kNameHeight);
-    painter.setFont(Theme::font(FontRole::Micro));
     const QColor &resting = isMissing ? palette.text3 : palette.text2;
     const QColor &active = isMissing ? palette.text2 : palette.text1;
     painter.setPen(mixed(resting, active, isSelected ? 1 : hover));
-    painter.drawText(line, kNameFlags, QFontMetricsF(painter.font()).elidedText(name, Qt::ElideMiddle, kNameWidth));
+    cache.names.paint(painter, line, name);
 }
 
 } // namespace ostrelle

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "files/TileNames.h"
 #include "notch/controls/ControlContext.h"
+#include "notch/controls/RoundedPlates.h"
 
 #include <QImage>
 #include <QRectF>
@@ -12,12 +14,19 @@ class QPainter;
 
 namespace ostrelle {
 
+/// What tiles keep of their painting.
+struct TileCache
+{
+    RoundedPlates plates;
+    TileNames names;
+};
+
 /// One entry of the shelf as it looks at a moment: a square with its picture or icon over its name, and what stands on
 /// the square. Places are in the tile's coordinates, logical pixels.
 struct AssetTile
 {
     QString name;
-    QImage picture;             ///< square; null: the icon instead
+    QImage picture;             ///< as AssetThumbnails has it; null: the icon instead
     std::optional<QImage> icon; ///< nothing while it is being loaded
     QString symbol;             ///< where the desktop has no icon
     bool isMissing = false;
@@ -44,14 +53,15 @@ struct AssetTile
     static QRectF removeBadgeRect(bool reducesMotion);
 
     /// Into a tile whose top left corner is at the painter's origin.
-    void paint(QPainter &painter, const ControlContext &context) const;
+    void paint(QPainter &painter, const ControlContext &context, TileCache &cache) const;
 
 private:
     double squareScale(bool reducesMotion) const;
-    void paintSquare(QPainter &painter, const ControlContext &context) const;
+    void paintSquare(QPainter &painter, const ControlContext &context, TileCache &cache) const;
+    void paintPicture(QPainter &painter) const;
     void paintRing(QPainter &painter, const ControlContext &context) const;
     void paintRemoveBadge(QPainter &painter, bool reducesMotion) const;
-    void paintName(QPainter &painter, const ControlContext &context) const;
+    void paintName(QPainter &painter, const ControlContext &context, TileCache &cache) const;
 };
 
 } // namespace ostrelle

@@ -251,7 +251,7 @@ void TileGrid::paintEvent(QPaintEvent *event)
         painter.save();
         painter.setOpacity(opacity);
         painter.translate(place);
-        tile.paint(painter, m_context);
+        tile.paint(painter, m_context, m_cache);
         painter.restore();
     };
     QPainter painter(viewport());

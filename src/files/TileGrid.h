@@ -77,6 +77,7 @@ private:
     FileIcons &m_icons;
     SmoothScroll m_scroll;
     TileGlide m_glide;
+    TileCache m_cache;
     QList<QUuid> m_ids;   ///< before the next steps
     QList<Shown> m_shown; ///< as painted last
 };

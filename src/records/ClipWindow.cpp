@@ -10,13 +10,13 @@ namespace ostrelle {
 namespace {
 
 // Several records with an image of usual size.
-constexpr qsizetype kBufferSize = 4 * 1024 * 1024;
+constexpr qsizetype kWindowSize = 4 * 1024 * 1024;
 
 } // namespace
 
 ClipWindow::ClipWindow(const FileDescriptor &file)
     : m_file(file)
-    , m_buffer(kBufferSize, Qt::Uninitialized)
+    , m_buffer(kWindowSize, Qt::Uninitialized)
 {
 }
 

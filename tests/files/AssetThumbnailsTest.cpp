@@ -125,9 +125,10 @@ void AssetThumbnailsTest::makesNewOnesWhenFilesOrScaleChange()
     pictures.serveAll();
     const QImage square = pictures.thumbnails.picture(id);
     QCOMPARE(square.size(), QSize(54, 54));
-    // The middle of the picture, whole.
-    for (const QPoint &point : {QPoint(1, 1), QPoint(52, 52)})
+    // The middle of the picture up to its edges, but for the round corners.
+    for (const QPoint &point : {QPoint(0, 27), QPoint(53, 27), QPoint(27, 0), QPoint(27, 53), QPoint(3, 3)})
         QCOMPARE(square.pixelColor(point), QColor(Qt::red));
+    QCOMPARE(square.pixelColor(0, 0).alpha(), 0);
 
     pictures.thumbnails.want(items, 1, 2);
     QCOMPARE(pictures.source.pixelSize(), 240);

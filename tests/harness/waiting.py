@@ -5,6 +5,11 @@ import time
 _never = threading.Event()
 
 
+def pause(seconds):
+    """Between two looks at something; no test waits for a time to pass."""
+    _never.wait(seconds)
+
+
 class Timeout(AssertionError):
     pass
 
@@ -18,7 +23,7 @@ def wait_until(condition, what, seconds=10.0, interval=0.02):
             return value
         if time.monotonic() > deadline:
             raise Timeout(f"did not happen within {seconds} s: {what}")
-        _never.wait(interval)
+        pause(interval)
 
 
 def holds_for(condition, what, seconds):
@@ -27,4 +32,4 @@ def holds_for(condition, what, seconds):
     while time.monotonic() < deadline:
         if not condition():
             raise AssertionError(f"did not hold for {seconds} s: {what}")
-        _never.wait(0.02)
+        pause(0.02)

@@ -4,6 +4,8 @@ import os
 import socket
 import time
 
+from .waiting import pause
+
 
 class Wire:
     def __init__(self, program):
@@ -18,13 +20,15 @@ class Wire:
     def status(self):
         return self.ask("status")["result"]
 
-    def longest_gap(self, seconds):
-        """Longest time that the main thread needed to answer a question, ms."""
+    def longest_gap(self, seconds, until=lambda: False):
+        """Longest time that the main thread needed to answer a question, ms; asked every 2 ms, so that asking itself takes
+        nothing from whoever has work, for so many seconds or until a condition holds."""
         worst, end = 0.0, time.monotonic() + seconds
-        while time.monotonic() < end:
+        while time.monotonic() < end and not until():
             begin = time.monotonic()
             self.ask("ping")
             worst = max(worst, (time.monotonic() - begin) * 1000)
+            pause(0.002)
         return worst
 
     def close(self):

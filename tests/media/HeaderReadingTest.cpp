@@ -257,6 +257,12 @@ void HeaderReadingTest::liesAreBounded_data()
     const QByteArray ogg = made("opusenc --quiet in.wav out");
     row("ogg of 2^62 samples", replaced(ogg, ogg.lastIndexOf("OggS") + 6, QByteArray(7, '\xff') + '\x3f'),
         FileKind::OggAudio, readOggFacts);
+    // The pages behind the two of the headers count from nearly nothing to nearly everything.
+    QByteArray leap = ogg;
+    qsizetype page = leap.indexOf("OggS", leap.indexOf("OggS", 4) + 4);
+    for (quint64 position = 1ULL << 32U; page > 0; position = 0x60ULL << 56U, page = leap.indexOf("OggS", page + 4))
+        leap = replaced(leap, page + 6, littleEndian(position, 8));
+    row("ogg that leaps", leap, FileKind::OggAudio, readOggFacts);
     const QByteArray mp4 = made("ffmpeg -v error -y -i in.wav -c:a aac -f ipod out");
     QByteArray years = replaced(mp4, mp4.indexOf("mdhd") + 16, bigEndian(1, 4) + QByteArray(3, '\xff') + '\xfe');
     years.replace("edts", "free");

@@ -6,6 +6,7 @@ extern "C" {
 }
 
 #include <cerrno>
+#include <string_view>
 
 namespace ostrelle {
 namespace {
@@ -98,9 +99,10 @@ bool MediaContainer::open(const char *format)
     if (avformat_open_input(&context, nullptr, format ? av_find_input_format(format) : nullptr, nullptr) < 0)
         return false;
     m_format.reset(context);
-    // Plain text was taken for speech with a certainty of 26 of 100.
+    // Frames of speech without a mark at their begin: plain text was taken for them, with a certainty of 26 of 100.
     constexpr int kLeastCertainty = 27;
-    return format || m_format->probe_score >= kLeastCertainty;
+    const bool isBareSpeech = std::string_view(m_format->iformat->name).starts_with("amr");
+    return format || !isBareSpeech || m_format->probe_score >= kLeastCertainty;
 }
 
 bool MediaContainer::probeStreams()

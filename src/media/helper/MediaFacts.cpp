@@ -11,8 +11,6 @@ extern "C" {
 namespace ostrelle {
 namespace {
 
-/// Below it FFmpeg only guesses what a file is, and finds sound in any text.
-constexpr int kLeastScore = AVPROBE_SCORE_RETRY;
 constexpr int kMostChannels = 1024;
 
 const AVStream *firstStream(const AVFormatContext &format, AVMediaType type)
@@ -84,7 +82,7 @@ void addStream(AudioFacts &facts, const AVStream &stream)
 std::optional<AudioFacts> readMediaFacts(ByteSource &source)
 {
     MediaContainer container(source);
-    if (!container.open(nullptr) || container.format().probe_score <= kLeastScore)
+    if (!container.open(nullptr))
         return std::nullopt;
     const AVFormatContext &format = container.format();
     // Most headers tell everything; looking into the streams takes much longer.

@@ -81,15 +81,17 @@ std::optional<Page> nextPage(ByteSource &source, std::uint64_t offset, std::uint
 
 /// The position from which the stream counts. Its first page tells where its packets end; how long they are is
 /// concluded from the second one.
-std::int64_t firstPosition(ByteSource &source, std::uint32_t serial)
+double firstPosition(ByteSource &source, std::uint32_t serial)
 {
     const auto first = nextPage(source, 0, serial);
     if (!first || first->position <= kLongestPageInSamples)
         return 0;
     const auto second = nextPage(source, first->offset + first->size, serial);
-    if (!second || second->position < first->position)
-        return first->position;
-    return first->position - (second->position - first->position) / second->packets * first->packets;
+    const auto end = static_cast<double>(first->position);
+    if (!second)
+        return end;
+    const double perPacket = (static_cast<double>(second->position) - end) / second->packets;
+    return std::clamp(end - perPacket * first->packets, 0.0, end);
 }
 
 struct Stream
@@ -97,7 +99,7 @@ struct Stream
     unsigned sampleRate = 0;
     unsigned channels = 0;
     std::int32_t bitRate = 0; ///< nominal; 0 or less when it is not told
-    std::int64_t preSkip = 0; ///< decoded before what is to be heard
+    unsigned preSkip = 0;     ///< decoded before what is to be heard
 };
 
 std::optional<Stream> streamOf(ByteSpan packet)
@@ -144,8 +146,8 @@ std::optional<AudioFacts> readOggFacts(ByteSource &source)
     // The last page is of another stream where several were joined.
     if (!last)
         return std::nullopt;
-    const std::int64_t samples = last->position - firstPosition(source, first->serial) - stream->preSkip;
-    facts.duration = static_cast<double>(std::max<std::int64_t>(samples, 0)) / stream->sampleRate;
+    const double samples = static_cast<double>(last->position) - firstPosition(source, first->serial) - stream->preSkip;
+    facts.duration = std::max(samples, 0.0) / stream->sampleRate;
     return facts;
 }
 

@@ -2,6 +2,8 @@
 
 #include <lcms2.h>
 
+#include <array>
+#include <cstring>
 #include <memory>
 
 namespace ostrelle {
@@ -47,18 +49,21 @@ std::string profileName(const std::vector<std::uint8_t> &icc)
         return {};
     const auto *names = static_cast<const cmsMLU *>(cmsReadTag(profile.get(), cmsSigProfileDescriptionTag));
     constexpr cmsUInt32Number kLongestName = 256;
-    wchar_t letters[kLongestName] = {};
+    std::array<wchar_t, kLongestName> wide{};
     // Of a language that it does not have, the library gives the first.
-    if (!names || cmsMLUgetWide(names, "en", "US", letters, sizeof letters) == 0)
+    if (!names || cmsMLUgetWide(names, "en", "US", wide.data(), sizeof wide) == 0)
         return {};
+    std::array<std::uint32_t, kLongestName> letters{};
+    static_assert(sizeof letters == sizeof wide);
+    std::memcpy(letters.data(), wide.data(), sizeof wide);
     std::string name;
     for (std::size_t i = 0; i + 1 < kLongestName && letters[i] != 0; ++i) {
-        const auto letter = static_cast<std::uint32_t>(letters[i]);
+        const std::uint32_t letter = letters[i];
         const bool isLowHalf = letter >= 0xdc00 && letter < 0xe000;
         const bool isHighHalf = letter >= 0xd800 && letter < 0xdc00;
         if (isLowHalf)
             continue;
-        const auto next = static_cast<std::uint32_t>(letters[i + 1]);
+        const std::uint32_t next = letters[i + 1];
         if (!isHighHalf)
             appendUtf8(name, letter);
         else if (next >= 0xdc00 && next < 0xe000)

@@ -201,11 +201,12 @@ private:
     }
 
     const FileChoice m_folders{
-        FileChoice::Kind::Folders, QStringLiteral("Choose the folders."), QStringLiteral("Add Project"), {}, {}};
+        FileChoice::Kind::Folders, QStringLiteral("Choose the folders."), QStringLiteral("Add Project"), {}, {}, {}};
     const FileChoice m_image{FileChoice::Kind::File,
                              QStringLiteral("Choose an image."),
                              {},
                              {QStringLiteral("image/*"), QStringLiteral("application/pdf")},
+                             {},
                              QStringLiteral("Images")};
     std::unique_ptr<PortalStandIn> m_portal;
     std::unique_ptr<ManualTaskScheduler> m_scheduler;

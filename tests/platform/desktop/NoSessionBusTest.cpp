@@ -33,7 +33,7 @@ private Q_SLOTS:
         const ManualTaskScheduler scheduler;
         PortalFileChooser chooser(scheduler);
         std::optional<QStringList> answer;
-        chooser.choose({FileChoice::Kind::Folders, QStringLiteral("Choose."), {}, {}, {}}, this,
+        chooser.choose({FileChoice::Kind::Folders, QStringLiteral("Choose."), {}, {}, {}, {}}, this,
                        [&answer](const QStringList &paths) { answer = paths; });
         QTRY_VERIFY(shownDialog());
         shownDialog()->reject();
