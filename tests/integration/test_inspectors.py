@@ -60,8 +60,10 @@ class Inspectors(unittest.TestCase):
         # Afterwards: the press that picks up is one outside, which closes the panel.
         self.program.call("open", tool)
         self.program.wait_phase("expanded")
-        source.move(*INSIDE)
-        self.program.hear()
+        # Until the source has been told that its file is welcome.
+        for step in range(3):
+            source.move(INSIDE[0] + 4 * step, INSIDE[1])
+            self.program.hear()
         source.let_go()
 
     def facts(self):

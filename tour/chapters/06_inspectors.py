@@ -69,7 +69,10 @@ class Tool:
         source = DragSource(self.stage.desktop, "gtk", uri(path))
         source.pick_up()
         self.stage.open(self.name)
-        source.move(self.stage.middle(), CONTENT + 60)
+        # Until the source has been told that its file is welcome.
+        for step in range(3):
+            source.move(self.stage.middle() + 4 * step, CONTENT + 60)
+            self.stage.program.hear()
         return source
 
     def drop(self, path):
