@@ -18,5 +18,5 @@ tour_packages=(
 )
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
-  qt6-image-formats-plugins
+  qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools
 )

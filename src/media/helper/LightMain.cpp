@@ -10,9 +10,9 @@ constexpr std::array kDecoders{
     DecoderRow{FileKind::Jpeg, decodeJpeg},         DecoderRow{FileKind::Png, decodePng},
     DecoderRow{FileKind::Gif, decodeGif},           DecoderRow{FileKind::WebP, decodeWebP},
     DecoderRow{FileKind::Tiff, decodeTiff},         DecoderRow{FileKind::Bmp, decodeBmp},
-    DecoderRow{FileKind::Ico, decodeIco},           DecoderRow{FileKind::Mp3, decodeMp3Cover},
-    DecoderRow{FileKind::Flac, decodeFlacCover},    DecoderRow{FileKind::OggAudio, decodeOggCover},
-    DecoderRow{FileKind::Mp4Audio, decodeMp4Cover},
+    DecoderRow{FileKind::Ico, decodeIco},           DecoderRow{FileKind::Psd, decodePsd},
+    DecoderRow{FileKind::Mp3, decodeMp3Cover},      DecoderRow{FileKind::Flac, decodeFlacCover},
+    DecoderRow{FileKind::OggAudio, decodeOggCover}, DecoderRow{FileKind::Mp4Audio, decodeMp4Cover},
 };
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};

@@ -155,9 +155,8 @@ HelperStatus decodeTiff(ByteSource &source, PictureBuilder &builder)
     // "m": the library must not map the file by itself.
     const std::unique_ptr<TIFF, CloseTiff> tiff(TIFFClientOpen("picture", "rm", &reader, readBytes, writeBytes, seekTo,
                                                                closeNothing, sizeOf, nullptr, nullptr));
-    if (!tiff)
-        return HelperStatus::Broken;
-    if (isCameraRaw(tiff.get()))
+    // Some cameras leave out of the first directory what the library wants in it.
+    if (!tiff || isCameraRaw(tiff.get()))
         return HelperStatus::Declined;
     return decode(tiff.get(), builder);
 }
