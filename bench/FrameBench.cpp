@@ -3,6 +3,7 @@
 
 #include "core/SettingsStore.h"
 #include "foundation/DefaultsDatabase.h"
+#include "foundation/LargeBlocks.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchController.h"
@@ -189,6 +190,7 @@ BENCHMARK(switchingTools)->ArgName("scale")->Arg(1)->Arg(2)->Iterations(1)->Unit
 
 int main(int argc, char **argv)
 {
+    giveBackLargeBlocks();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);

@@ -112,6 +112,26 @@ def measure_memory_images(desktop):
     shutil.rmtree(program.data_folder())
 
 
+def measure_memory_copy(desktop):
+    """After a photograph of 24 megapixels was copied as JPEG, hence converted, and the panel was opened and closed."""
+    photograph = subprocess.run(["convert", "-size", "300x200", "-seed", "7", "plasma:navy-gold", "-resize", "6000x4000!",
+                                 "-quality", "90", "jpeg:-"], capture_output=True, check=True).stdout
+    with Program(desktop) as program:
+        quiet(program, 2)
+        idle = memory(program.process.pid)[0]
+        wire = Wire(program)
+        xclip(desktop, photograph, "image/jpeg")
+        wait_until(lambda: copies(wire) == 1, "the photograph is recorded", 30)
+        wire.ask("open", tool="clipboard")
+        quiet(program, 3)
+        wire.ask("close")
+        quiet(program, 3)
+        wire.close()
+        report("memory idle after a copied 24-megapixel JPEG, resident", memory(program.process.pid)[0], 45, "MB",
+               f"{idle:.1f} before")
+        program.call("clipboard", "clear")
+
+
 def painted(desktop):
     """The lozenge is black in the middle of the top edge, where the desktop is not."""
     return desktop.frames.grab(desktop.frames.width // 2, 3, 1, 1).pixel(0, 0) == (0, 0, 0)
@@ -468,7 +488,8 @@ def compare(desktop):
         desktop.stop(name)
 
 
-MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images, "start": measure_start,
+MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images,
+            "memory-copy": measure_memory_copy, "start": measure_start,
             "first-frame": measure_first_frame, "wakeups": measure_wakeups, "copies": measure_copies,
             "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands,
             "drags": measure_drags, "shelf": measure_shelf}

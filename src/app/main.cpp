@@ -5,6 +5,7 @@
 #include "foundation/AppPaths.h"
 #include "foundation/CoreDumps.h"
 #include "foundation/DataFolderLock.h"
+#include "foundation/LargeBlocks.h"
 #include "platform/PlatformStart.h"
 
 #include <QApplication>
@@ -65,6 +66,7 @@ StartArguments parse(const QStringList &arguments)
 int main(int argc, char **argv)
 {
     forbidCoreDumps();
+    giveBackLargeBlocks();
     // A limit on file sizes makes a write fail, which the stores survive; the signal would end the program.
     std::signal(SIGXFSZ, SIG_IGN);
     // Nor does a line for a terminal that has gone. (QProcess gives its children the usual handling again.)

@@ -19,6 +19,7 @@ Decode decodeWebP;
 Decode decodeTiff;
 Decode decodeBmp;
 Decode decodeIco;
+Decode decodePsd;
 Decode decodeMp3Cover;
 Decode decodeWavCover;
 Decode decodeAiffCover;
@@ -37,7 +38,7 @@ Decode decodeSvg;
 Decode decodeRaw;
 Decode decodeHeif;
 Decode decodeJpegXl;
-Decode decodePsd;
+Decode decodePsdOfAnyKind;
 Decode decodeBmpOfAnyKind;
 
 } // namespace ostrelle

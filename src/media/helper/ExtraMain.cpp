@@ -29,7 +29,7 @@ constexpr std::array kDecoders{
     DecoderRow{FileKind::Raw, decodeRaw},
     // The light helper declines what is a camera's.
     DecoderRow{FileKind::Tiff, decodeRaw},
-    DecoderRow{FileKind::Psd, decodePsd},
+    DecoderRow{FileKind::Psd, decodePsdOfAnyKind},
     DecoderRow{FileKind::Bmp, decodeBmpOfAnyKind},
 };
 

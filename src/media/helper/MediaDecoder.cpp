@@ -169,7 +169,7 @@ HelperStatus decodeMedia(ByteSource &source, PictureBuilder &builder)
     return decodeFormat(source, builder, nullptr);
 }
 
-HelperStatus decodePsd(ByteSource &source, PictureBuilder &builder)
+HelperStatus decodePsdOfAnyKind(ByteSource &source, PictureBuilder &builder)
 {
     return decodeFormat(source, builder, "psd_pipe");
 }

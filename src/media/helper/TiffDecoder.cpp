@@ -89,9 +89,8 @@ HelperStatus decodeTiff(ByteSource &source, PictureBuilder &builder)
 {
     ByteReader reader(source);
     const auto tiff = openedTiff(reader);
-    if (!tiff)
-        return HelperStatus::Broken;
-    if (isCameraRaw(tiff.get()))
+    // Some cameras leave out of the first directory what the library wants in it.
+    if (!tiff || isCameraRaw(tiff.get()))
         return HelperStatus::Declined;
     return decode(tiff.get(), builder);
 }
