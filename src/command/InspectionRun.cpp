@@ -60,8 +60,6 @@ InspectionRun::InspectionRun(NameSource &names, int jobs, TempoUse tempoUse, Tak
     , m_tempoUse(tempoUse)
     , m_taker(std::move(taker))
 {
-    // A file's kind is looked up while it starts.
-    m_client.warmUp();
     QObject::connect(&m_names, &NameSource::moreArrived, &m_client, [this] { startMore(); });
 }
 

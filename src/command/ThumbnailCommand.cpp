@@ -44,7 +44,6 @@ PictureResult pictureOf(const QString &path, int side)
 {
     SystemTaskScheduler scheduler;
     MediaClient client(scheduler, {QCoreApplication::applicationDirPath(), AppPaths::thumbnails()});
-    client.warmUp();
     PictureResult answer = MediaFailure::HelperLost;
     const MediaRequest request =
         client.thumbnail(path, side, MediaClient::CacheUse::None, [&answer](const PictureResult &result) {

@@ -1,6 +1,7 @@
 #include "command/CommandLine.h"
 #include "command/FileName.h"
 #include "command/Help.h"
+#include "command/HelperAhead.h"
 #include "command/Output.h"
 #include "foundation/CoreDumps.h"
 
@@ -40,10 +41,11 @@ int main(int argc, char **argv)
     std::signal(SIGXFSZ, [](int) {});
     if (!qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN"))
         qSetMessagePattern(QStringLiteral("ostrelle: %{message}"));
-    const QCoreApplication application(argc, argv);
     QStringList words;
     for (int i = 1; i < argc; ++i)
         words.append(wordOfBytes(QByteArray(argv[i])));
+    startHelperAhead(words);
+    const QCoreApplication application(argc, argv);
     ExitStatus status = run(parseCommandLine(words));
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         status = fail(ExitStatus::Failed, QStringLiteral("cannot write the output"));

@@ -143,18 +143,52 @@ private:
     bool m_isUnwanted = false;
 };
 
-HelperConnection::HelperConnection(const QString &executable, HelperPriority priority,
-                                   std::span<const char *const> variables, QObject *parent)
-    : QObject(parent)
-    , m_start(std::make_shared<Start>())
+struct HelperConnection::Ahead
+{
+    QString executable; ///< empty: none is waiting
+    std::shared_ptr<Start> start;
+    FileDescriptor socket;
+};
+
+HelperConnection::Ahead &HelperConnection::ahead()
+{
+    static Ahead waiting;
+    return waiting;
+}
+
+void HelperConnection::startAhead(const QString &executable)
 {
     std::array<int, 2> ends{-1, -1};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
         return;
-    m_socket.reset(ends[0]);
+    ahead() = {executable, std::make_shared<Start>(), FileDescriptor(ends[0])};
+    Environment environment;
+    addVariables(environment, kVariables);
+    ahead().start->run(executable, HelperPriority::Usual, std::move(environment), FileDescriptor(ends[1]));
+}
+
+HelperConnection::HelperConnection(const QString &executable, HelperPriority priority,
+                                   std::span<const char *const> variables, QObject *parent)
+    : QObject(parent)
+{
+    std::array<int, 2> ends{-1, -1};
+    const bool isAhead =
+        ahead().executable == executable && priority == HelperPriority::Usual && variables.empty() && ahead().start;
+    if (isAhead) {
+        Ahead taken = std::exchange(ahead(), Ahead());
+        m_start = std::move(taken.start);
+        m_socket = std::move(taken.socket);
+    } else {
+        m_start = std::make_shared<Start>();
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
+            return;
+        m_socket.reset(ends[0]);
+    }
     ::fcntl(m_socket.get(), F_SETFL, ::fcntl(m_socket.get(), F_GETFL) | O_NONBLOCK);
     m_readable = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
     connect(m_readable.get(), &QSocketNotifier::activated, this, &HelperConnection::readable);
+    if (isAhead)
+        return;
     Environment environment;
     addVariables(environment, kVariables);
     addVariables(environment, variables);

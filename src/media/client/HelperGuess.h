@@ -2,6 +2,8 @@
 
 #include "media_client/HelperPool.h"
 
+#include <QString>
+
 #include <array>
 #include <set>
 
@@ -25,5 +27,15 @@ public:
 private:
     std::set<Ending> m_forExtra;
 };
+
+/// The ending of the name as a helper is told it: a word in ASCII, or nothing.
+HelperGuess::Ending endingOf(const QString &path);
+
+/// Which helper is asked first for anything but a picture of a file whose name has this ending. Where the name is
+/// wrong, another one knows it too.
+HelperKind firstHelperFor(HelperCommand command, const HelperGuess::Ending &ending);
+
+/// The executable in the folder of the helpers.
+QString executableOf(HelperKind kind, const QString &folder);
 
 } // namespace ostrelle

@@ -2,6 +2,7 @@
 
 #include "foundation/MakeChild.h"
 #include "foundation/TaskScheduler.h"
+#include "media_client/HelperGuess.h"
 #include "media_client/HelperProcess.h"
 
 #include <QThread>
@@ -33,19 +34,6 @@ constexpr Patience patienceWith(HelperKind kind, HelperCommand command)
     return kind == HelperKind::Extra ? Patience{20s, 12} : Patience{10s, 6};
 }
 
-QString executableOf(HelperKind kind)
-{
-    switch (kind) {
-    case HelperKind::Light:
-        return QStringLiteral("/ostrelle-media");
-    case HelperKind::Sound:
-        return QStringLiteral("/ostrelle-media-sound");
-    case HelperKind::Extra:
-        break;
-    }
-    return QStringLiteral("/ostrelle-media-extra");
-}
-
 MediaFailure failureOf(HelperStatus status)
 {
     switch (status) {
@@ -73,15 +61,6 @@ HelperPool::HelperPool(TaskScheduler &scheduler, QString folder, int size, Helpe
 }
 
 HelperPool::~HelperPool() = default;
-
-void HelperPool::warmUp()
-{
-    Slot &slot = m_slots.front();
-    if (slot.process)
-        return;
-    start(slot, HelperKind::Light);
-    slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
-}
 
 int HelperPool::countOf(HelperKind kind) const
 {
@@ -142,7 +121,7 @@ void HelperPool::start(Slot &slot, HelperKind kind)
 {
     retire(slot);
     slot.kind = kind;
-    slot.process = &makeChild<HelperProcess>(this, m_folder + executableOf(kind), m_priority);
+    slot.process = &makeChild<HelperProcess>(this, executableOf(kind, m_folder), m_priority);
     connect(slot.process, &HelperProcess::lost, this, [this, &slot] { fail(slot, MediaFailure::HelperLost); });
     connect(slot.process, &HelperProcess::answered, this,
             [this, &slot](const HelperAnswer &answer, const QByteArray &payload) {

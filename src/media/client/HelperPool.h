@@ -48,8 +48,6 @@ public:
     ~HelperPool() override;
 
     int size() const { return static_cast<int>(m_slots.size()); }
-    /// Starts a light helper ahead of the first file, where none runs.
-    void warmUp();
 
     /// Gives an open file to a helper of this kind; false when it has to wait. The descriptor stays the caller's. Idle
     /// helpers of a kind that `isNeeded` soon are not all ended to make room.

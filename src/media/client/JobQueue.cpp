@@ -1,9 +1,7 @@
 #include "media_client/JobQueue.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <string_view>
 #include <vector>
 
 namespace ostrelle {
@@ -11,14 +9,6 @@ namespace {
 
 /// So many files on, one that needs a helper is worth keeping it for.
 constexpr std::ptrdiff_t kNearJobs = 8;
-
-/// Sound as it is sampled is what only the sound helper reads.
-bool isNamedUncompressed(const HelperGuess::Ending &ending)
-{
-    constexpr std::array kEndings{"wav", "wave", "bwf", "rf64", "w64", "aif", "aiff", "aifc", "caf", "au", "snd"};
-    const std::string_view name(ending.data());
-    return std::find(kEndings.begin(), kEndings.end(), name) != kEndings.end();
-}
 
 } // namespace
 
@@ -108,17 +98,9 @@ bool JobQueue::isAskedAgain(MediaJob &job, const HelperReply &reply)
 
 HelperKind JobQueue::firstHelperFor(const MediaJob &job) const
 {
-    switch (job.request.command) {
-    case HelperCommand::Thumbnail:
-        return m_guess.helperFor(job.request.extension);
-    case HelperCommand::Tempo:
-        return HelperKind::Sound;
-    case HelperCommand::AudioInfo:
-        // Where the name is wrong, the others know it too.
-        return isNamedUncompressed(job.request.extension) ? HelperKind::Sound : HelperKind::Light;
-    default:
-        return HelperKind::Light;
-    }
+    return job.request.command == HelperCommand::Thumbnail
+               ? m_guess.helperFor(job.request.extension)
+               : ostrelle::firstHelperFor(job.request.command, job.request.extension);
 }
 
 void JobQueue::learnFrom(const MediaJob &job)

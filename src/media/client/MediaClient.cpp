@@ -1,7 +1,8 @@
 #include "media_client/MediaClient.h"
 
+#include "media_client/HelperGuess.h"
+
 #include <QDir>
-#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -41,18 +42,6 @@ quint32 outputLimitOf(const HelperRequest &request)
     if (request.command == HelperCommand::ToPng)
         return MediaClient::kPngLimit;
     return 4 * (request.side * request.side + request.cacheSide * request.cacheSide);
-}
-
-/// The ending of the name as a helper is told it: a word in ASCII, or nothing.
-std::array<char, 16> extensionOf(const QString &path)
-{
-    std::array<char, 16> extension{};
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    const bool isWord = std::all_of(suffix.begin(), suffix.end(),
-                                    [](QChar letter) { return letter.unicode() < 0x80 && letter.isLetterOrNumber(); });
-    if (isWord && suffix.size() < static_cast<qsizetype>(extension.size()))
-        std::transform(suffix.begin(), suffix.end(), extension.begin(), [](QChar letter) { return letter.toLatin1(); });
-    return extension;
 }
 
 template <typename Info>
@@ -183,7 +172,7 @@ MediaRequest MediaClient::tempo(const QString &path, TempoAnswer answer)
 
 MediaRequest MediaClient::add(MediaJob job)
 {
-    job.request.extension = extensionOf(job.path);
+    job.request.extension = endingOf(job.path);
     const quint64 number = m_jobs.add(std::move(job)).number;
     startSoon();
     return {*this, number};

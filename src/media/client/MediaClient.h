@@ -81,9 +81,6 @@ public:
     /// The tempo of the audio file at an absolute path, by listening to it; none when there is none to be found.
     [[nodiscard]] MediaRequest tempo(const QString &path, TempoAnswer answer);
 
-    /// Lets a helper start while the first request is still to come.
-    void warmUp() { m_helpers.warmUp(); }
-
     /// The requests that have no answer yet.
     int pendingCount() const { return static_cast<int>(m_jobs.size()); }
 

@@ -99,10 +99,11 @@ bool MediaContainer::open(const char *format)
     if (avformat_open_input(&context, nullptr, format ? av_find_input_format(format) : nullptr, nullptr) < 0)
         return false;
     m_format.reset(context);
-    // Frames of speech without a mark at their begin: plain text was taken for them, with a certainty of 26 of 100.
+    // Plain text was taken for speech with a certainty of 26 of 100. FFmpeg is as unsure of films in program streams,
+    // which begin with a mark that is looked for before.
     constexpr int kLeastCertainty = 27;
-    const bool isBareSpeech = std::string_view(m_format->iformat->name).starts_with("amr");
-    return format || !isBareSpeech || m_format->probe_score >= kLeastCertainty;
+    const bool isProgramStream = std::string_view(m_format->iformat->name) == "mpeg";
+    return format || isProgramStream || m_format->probe_score >= kLeastCertainty;
 }
 
 bool MediaContainer::probeStreams()
