@@ -5,7 +5,7 @@
 #include <QSettings>
 
 #include <algorithm>
-#include <compare>
+#include <tuple>
 #include <utility>
 
 namespace ostrelle {
@@ -25,7 +25,10 @@ struct Unfitness
 {
     enum class Kind { Exact, ExactAtOtherScale, Near, Larger, Smaller } kind = Kind::Exact;
     int distance = 0;
-    auto operator<=>(const Unfitness &) const = default;
+    friend bool operator<(const Unfitness &one, const Unfitness &other)
+    {
+        return std::tie(one.kind, one.distance) < std::tie(other.kind, other.distance);
+    }
 };
 
 } // namespace
@@ -113,7 +116,7 @@ QString IconTheme::find(const QStringList &names, int size, int scale) const
                 for (const QString &root : theme.roots) {
                     const QString stem = root + u'/' + folder.path + u'/' + name;
                     for (const char *ending : {".png", ".svg", ".xpm"}) {
-                        if (const QString file = stem + QLatin1StringView(ending); QFile::exists(file))
+                        if (QString file = stem + QLatin1StringView(ending); QFile::exists(file))
                             return file;
                     }
                 }

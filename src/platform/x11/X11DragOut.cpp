@@ -20,6 +20,9 @@ namespace {
 
 /// The types of a drag are fixed when it begins, so it begins when the portal has answered, or would be felt as late.
 constexpr auto kPortalPatience = 80ms;
+constexpr auto kButtonLook = 100ms;
+/// A release that the toolkit hears of has ended the drag long before.
+constexpr int kLooksToBelieve = 3;
 
 } // namespace
 
@@ -82,6 +85,14 @@ void X11DragOut::run(const Start &start, const QString &portalKey)
     drag.setPixmap(start.drag.picture);
     drag.setHotSpot(start.drag.hotSpot);
     const QPointer<QObject> self(&m_fileTransfer); // the program may end meanwhile
+    // Let go after the look above and before the toolkit has the pointer, it would drag until the next click.
+    int looksWithoutButton = 0;
+    const Task watch = m_scheduler.every(kButtonLook, &m_fileTransfer, [this, &looksWithoutButton] {
+        const auto now = m_pointer.state();
+        looksWithoutButton = now && !now->isButtonHeld ? looksWithoutButton + 1 : 0;
+        if (looksWithoutButton == kLooksToBelieve)
+            QDrag::cancel();
+    });
     const Qt::DropAction action = drag.exec(Qt::CopyAction, Qt::CopyAction);
     if (self) {
         m_isBusy = false;

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void dropsOntoThePanelItself();
     void survivesTheEndOfItsSource();
     void doesNotBeginAfterTheRelease();
+    void endsWhenTheReleaseIsMissed();
 
 private:
     PortalStandIn m_portal; // before a real one is started on the test's bus
@@ -33,6 +34,13 @@ private:
 namespace {
 
 constexpr QPoint kOnPanel{(1920 - 900) / 2 + 420, 20};
+
+/// Keeps releases from whoever waits for them.
+class ReleaseThief : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override { return event->type() == QEvent::MouseButtonRelease; }
+};
 
 void press(DragDesktop &desktop)
 {
@@ -152,6 +160,22 @@ void X11DragOutTest::doesNotBeginAfterTheRelease()
     QTRY_VERIFY(outcome);
     QCOMPARE(*outcome, Outcome::Cancelled);
     QCOMPARE(desktop.entered, 0);
+}
+
+void X11DragOutTest::endsWhenTheReleaseIsMissed()
+{
+    DragDesktop desktop;
+    press(desktop);
+    std::optional<Outcome> outcome;
+    desktop.platform().dragOut().start(desktop.panel(), {{QStringLiteral("/tmp/one")}, {}, {}},
+                                       [&](Outcome answer) { outcome = answer; });
+    ReleaseThief thief;
+    desktop.perform({desktop.movingOverPanel(), [&] {
+                         QCoreApplication::instance()->installEventFilter(&thief);
+                         return true;
+                     }});
+    QTRY_VERIFY(outcome);
+    QCOMPARE(*outcome, Outcome::Cancelled);
 }
 
 } // namespace ostrelle
