@@ -1,8 +1,9 @@
 #include "command/SettingsCommands.h"
 
 #include "command/CommandLine.h"
+#include "command/ControlClient.h"
 #include "command/Output.h"
-#include "command/StoreAccess.h"
+#include "command/StoreSteps.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "records/SettingJson.h"
@@ -13,7 +14,6 @@
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <functional>
 
 namespace ostrelle {
 
@@ -48,25 +48,6 @@ QJsonObject currentValues()
     for (const SettingKey &key : allSettingKeys())
         result[key.key] = settingToJson(values, key.key);
     return result;
-}
-
-using DatabaseEdit = std::function<void(DefaultsDatabase &database)>;
-
-ExitStatus change(const QString &verb, const QJsonObject &request, const DatabaseEdit &edit)
-{
-    StoreAccess access = accessStores();
-    if (auto *client = std::get_if<ControlClient>(&access)) {
-        const ControlAnswer answer = client->ask(verb, request);
-        return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
-    }
-    if (const auto *problem = std::get_if<QString>(&access))
-        return fail(ExitStatus::Failed, *problem);
-    DefaultsDatabase database(AppPaths::defaultsFile());
-    muteStoreWarnings();
-    edit(database);
-    return database.flush()
-               ? ExitStatus::Done
-               : fail(ExitStatus::Failed, QStringLiteral("settings: cannot write %1").arg(AppPaths::defaultsFile()));
 }
 
 } // namespace
@@ -105,8 +86,9 @@ ExitStatus runSettingsSet(const Invocation &invocation)
     const QJsonValue value = valueFrom(invocation.arguments.at(1));
     if (const auto problem = settingProblem(*row, value))
         return fail(ExitStatus::WrongUsage, QStringLiteral("settings: %1 %2").arg(key, *problem));
-    return change(QStringLiteral("settings.set"), {{QStringLiteral("key"), key}, {QStringLiteral("value"), value}},
-                  [&](DefaultsDatabase &database) { storeSetting(database, key, value); });
+    return editDefaults(QStringLiteral("settings"), QStringLiteral("settings.set"),
+                        {{QStringLiteral("key"), key}, {QStringLiteral("value"), value}},
+                        [&](DefaultsDatabase &database) { storeSetting(database, key, value); });
 }
 
 ExitStatus runSettingsReset(const Invocation &invocation)
@@ -114,8 +96,8 @@ ExitStatus runSettingsReset(const Invocation &invocation)
     const QString key = invocation.arguments.first();
     if (!findSettingKey(key))
         return unknownKey(key);
-    return change(QStringLiteral("settings.reset"), {{QStringLiteral("key"), key}},
-                  [&](DefaultsDatabase &database) { database.remove(key); });
+    return editDefaults(QStringLiteral("settings"), QStringLiteral("settings.reset"), {{QStringLiteral("key"), key}},
+                        [&](DefaultsDatabase &database) { database.remove(key); });
 }
 
 } // namespace ostrelle

@@ -3,6 +3,8 @@
 #include "command/CommandLine.h"
 #include "command/Output.h"
 #include "command/StoreAccess.h"
+#include "foundation/AppPaths.h"
+#include "foundation/DefaultsDatabase.h"
 
 namespace ostrelle {
 
@@ -39,6 +41,19 @@ ExitStatus editStores(const QString &verb, const QJsonObject &arguments, const s
     if (const auto *problem = std::get_if<QString>(&access))
         return fail(ExitStatus::Failed, *problem);
     return edit();
+}
+
+ExitStatus editDefaults(const QString &tool, const QString &verb, const QJsonObject &arguments,
+                        const std::function<void(DefaultsDatabase &)> &edit)
+{
+    return editStores(verb, arguments, [&] {
+        const QString path = AppPaths::defaultsFile();
+        DefaultsDatabase database(path);
+        muteStoreWarnings();
+        edit(database);
+        return database.flush() ? ExitStatus::Done
+                                : fail(ExitStatus::Failed, QStringLiteral("%1: cannot write %2").arg(tool, path));
+    });
 }
 
 ExitStatus listRecords(const Invocation &invocation, const QString &verb, const std::function<QJsonArray()> &stored,

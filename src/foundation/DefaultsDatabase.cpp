@@ -77,6 +77,11 @@ void DefaultsDatabase::retry()
     m_file.retry();
 }
 
+void DefaultsDatabase::whenSaved(const QObject *context, std::function<void(bool)> answer)
+{
+    m_file.whenSaved(context, std::move(answer));
+}
+
 bool DefaultsDatabase::flush()
 {
     return m_file.flush();

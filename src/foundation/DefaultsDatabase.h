@@ -35,6 +35,8 @@ public:
     void observeSaving(std::function<void(bool isFailing)> observer);
     /// Tries again what could not be written.
     void retry();
+    /// Answers when everything so far is on the disk, or could not be written: false then. Not when `context` is gone.
+    void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
     /// Waits until everything is on the disk, trying once more what failed; false when that fails too.
     bool flush();
 
