@@ -7,7 +7,7 @@ build_packages=(
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
   libmpg123-dev libpulse-dev libswresample-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
-  libjxl-dev libopenjp2-7-dev libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev
+  libjxl-dev libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev
 )
 run_packages=(
   libqt6svg6 fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme

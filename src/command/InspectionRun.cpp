@@ -86,8 +86,13 @@ void InspectionRun::startMore()
         if (static_cast<int>(m_files.size()) >= kFilesAhead * m_jobs)
             break;
         File &file = *m_files.emplace_back(std::make_unique<File>());
-        file.inspection.file = m_names.next();
-        inspect(file);
+        NameSource::Entry entry = m_names.next();
+        file.inspection.file = std::move(entry.name);
+        file.inspection.problem = std::move(entry.problem);
+        if (file.inspection.problem.isEmpty())
+            inspect(file);
+        else
+            finish(file);
         tell();
     }
     m_isStarting = false;

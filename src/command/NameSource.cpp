@@ -33,21 +33,23 @@ mode_t fileMode(const QByteArray &path, Links links)
     return ::fstatat(AT_FDCWD, path.constData(), &facts, flags) == 0 ? facts.st_mode : 0;
 }
 
-std::deque<QByteArray> namesIn(const QByteArray &folder)
+/// False when not all of them can be had.
+bool readFolder(const QByteArray &folder, std::deque<QByteArray> &names)
 {
-    std::deque<QByteArray> names;
     DIR *const directory = ::opendir(folder.constData());
     if (!directory)
-        return names;
+        return false;
     const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
+    errno = 0;
     while (const dirent *entry = ::readdir(directory)) {
         const QByteArray name(entry->d_name);
         if (name != "." && name != "..")
             names.push_back(prefix + name);
     }
+    const bool isWhole = errno == 0;
     ::closedir(directory);
     std::sort(names.begin(), names.end());
-    return names;
+    return isWhole;
 }
 
 } // namespace
@@ -70,7 +72,7 @@ NameSource::State NameSource::state()
     return State::Ready;
 }
 
-QByteArray NameSource::next()
+NameSource::Entry NameSource::next()
 {
     return *std::exchange(m_next, std::nullopt);
 }
@@ -88,7 +90,7 @@ bool NameSource::advance()
         if (S_ISDIR(fileMode(path, Links::Leave)))
             enterFolder(path);
         else if (m_options.isWanted(path) && S_ISREG(fileMode(path, Links::Follow)))
-            m_next = path;
+            m_next = {path, {}};
         return true;
     }
     QByteArray word;
@@ -97,6 +99,9 @@ bool NameSource::advance()
         m_inputNames.pop_front();
         if (m_readable && m_inputNames.size() < kNamesAhead)
             m_readable->setEnabled(true);
+    } else if (std::exchange(m_isInputBroken, false)) {
+        m_next = {kStandardInput, QStringLiteral("stands for standard input, which cannot be read")};
+        return true;
     } else if (m_readsInput || m_words.empty()) {
         return false;
     } else {
@@ -110,13 +115,16 @@ bool NameSource::advance()
     if (m_options.isRecursive && S_ISDIR(fileMode(word, Links::Follow)))
         enterFolder(word);
     else
-        m_next = word;
+        m_next = {word, {}};
     return true;
 }
 
 void NameSource::enterFolder(const QByteArray &folder)
 {
-    m_folders.push_back(namesIn(folder));
+    std::deque<QByteArray> names;
+    if (!readFolder(folder, names))
+        m_next = {folder, QStringLiteral("is a folder that cannot be read")};
+    m_folders.push_back(std::move(names));
 }
 
 void NameSource::readInput()
@@ -128,7 +136,11 @@ void NameSource::readInput()
         const ssize_t size = ::read(STDIN_FILENO, buffer.data(), buffer.size());
         if (size < 0 && (errno == EINTR || errno == EAGAIN))
             return;
-        takeInput(buffer.data(), std::max<qsizetype>(size, 0));
+        m_isInputBroken = size < 0;
+        if (size > 0)
+            takeInput(buffer.data(), size);
+        else
+            endInput();
         Q_EMIT moreArrived();
     });
 }
@@ -144,16 +156,19 @@ void NameSource::takeInput(const char *bytes, qsizetype size)
         begin = end + 1;
     }
     m_input.remove(0, begin);
-    const bool isEnd = size == 0;
-    if ((isEnd && !m_input.isEmpty()) || m_input.size() > kLongestName)
+    if (m_input.size() > kLongestName)
         m_inputNames.push_back(std::exchange(m_input, {}));
-    if (isEnd) {
-        m_readsInput = false;
-        // The notifier may be the caller.
-        m_readable.release()->deleteLater();
-    } else if (m_inputNames.size() >= kNamesAhead) {
+    if (m_inputNames.size() >= kNamesAhead)
         m_readable->setEnabled(false);
-    }
+}
+
+void NameSource::endInput()
+{
+    if (!m_input.isEmpty())
+        m_inputNames.push_back(std::exchange(m_input, {}));
+    m_readsInput = false;
+    // The notifier is the caller.
+    m_readable.release()->deleteLater();
 }
 
 } // namespace ostrelle

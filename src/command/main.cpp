@@ -12,6 +12,10 @@
 #include <clocale>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -31,10 +35,23 @@ ExitStatus run(const ParsedCommandLine &parsed)
     return ExitStatus::Done;
 }
 
+/// A standard descriptor that was closed by who started this would be given to the next file or socket that is opened,
+/// which would then be printed into. It cannot be read or written in its place, either.
+void keepStandardDescriptors()
+{
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        const int mode = descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        // The lowest one that is free, so this one.
+        if (::fcntl(descriptor, F_GETFD) < 0 && ::open("/dev/null", mode) < 0)
+            std::_Exit(static_cast<int>(ExitStatus::Failed));
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    keepStandardDescriptors();
     forbidCoreDumps();
     std::setlocale(LC_ALL, "");
     // A write beyond a file-size limit then fails as on a full disk. No handler is passed on to another program.

@@ -64,7 +64,7 @@ void FileNameTest::foldersStandForWhatTheyHold()
             {.isRecursive = isRecursive, .isWanted = [](const QByteArray &name) { return name.endsWith(".wav"); }});
         QStringList names;
         while (source.state() == NameSource::State::Ready)
-            names.append(root.relativeFilePath(QString::fromUtf8(source.next())));
+            names.append(root.relativeFilePath(QString::fromUtf8(source.next().name)));
         return names.mid(1);
     };
     QCOMPARE(namesWith(false), QStringList{QStringLiteral(".")});

@@ -120,6 +120,38 @@ class Inspect(unittest.TestCase):
                          ["a/2.png", "a/b/1.png", "3.png"])
         self.assertFalse(self.objects("a", status=1)[0]["ok"])
 
+    def test_what_cannot_be_read_is_told_in_its_place(self):
+        for name in ("a/1.png", "a/b/2.png", "a/b/c/3.png", "a/d.png"):
+            self.write(name, png(1, 1))
+        locked = os.path.join(self.folder, b"a/b")
+        os.chmod(locked, 0)
+        self.addCleanup(os.chmod, locked, 0o700)
+        # The superuser is let in everywhere, but for these.
+        rights = ["setpriv", "--bounding-set", "-dac_override,-dac_read_search"] if os.geteuid() == 0 else []
+        result = subprocess.run([*rights, BUILD / "bin" / "ostrelle", "inspect", "--json", "--recursive", "a"],
+                                env=self.environment, cwd=self.folder, capture_output=True, timeout=60)
+        found = [json.loads(line) for line in result.stdout.splitlines()]
+        self.assertEqual([each["file"] for each in found], ["a/1.png", "a/b", "a/d.png"])
+        self.assertEqual([each["ok"] for each in found], [True, False, True])
+        self.assertTrue(found[1]["error"])
+        self.assertEqual((result.returncode, result.stderr), (1, b""))
+
+    def test_standard_descriptors_that_are_closed(self):
+        self.write("a.png", png(1, 1))
+
+        def shell(line):
+            return subprocess.run(f"{BUILD}/bin/ostrelle inspect --json {line}", shell=True, env=self.environment,
+                                  cwd=self.folder, capture_output=True, timeout=60)
+
+        self.assertTrue(json.loads(shell("a.png <&-").stdout)["ok"])
+        self.assertTrue(json.loads(shell("a.png 2>&-").stdout)["ok"])
+        for line in ("- <&-", "- </"):
+            unread = shell(line)
+            self.assertEqual((unread.returncode, json.loads(unread.stdout)["ok"]), (1, False))
+        unwritten = shell("a.png >&-")
+        self.assertEqual((unwritten.returncode, unwritten.stdout), (1, b""))
+        self.assertTrue(unwritten.stderr)
+
     def test_many_files(self):
         names = [self.write(f"{i}.png", png(1 + i % 50, 1)) for i in range(300)]
         found = self.objects(*names)

@@ -35,6 +35,8 @@ private Q_SLOTS:
     void embeddedProfilesBecomeSrgb_data();
     void embeddedProfilesBecomeSrgb();
     void transparencyIsKept();
+    void factsAreWhatTheCameraMeans_data();
+    void factsAreWhatTheCameraMeans();
     void damagedCopiesAreAnswered_data();
     void damagedCopiesAreAnswered();
 
@@ -211,6 +213,38 @@ void ForeignPicturesTest::transparencyIsKept()
 {
     const QImage image = pictureOf(QStringLiteral("half.psd"), 80);
     QVERIFY(isNear(image.pixelColor(70, 50), QColor(0, 255, 0, 128)));
+}
+
+void ForeignPicturesTest::factsAreWhatTheCameraMeans_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("dpi");
+    const auto row = [](const char *name, const char *format, const QSize &size, int dpi) {
+        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(format) << size << dpi;
+    };
+    constexpr int kNone = 0;
+    // The sensor has a border that is no part of the picture.
+    row("dng-1.dng", "DNG", {88, 56}, kNone);
+    row("cr2-6.cr2", "CR2", {96, 64}, kNone);
+    row("arw-1.arw", "ARW", {96, 64}, kNone);
+    // No camera's, though it looks like one.
+    row("tif-1.tif", "TIFF", {60, 40}, 300);
+}
+
+void ForeignPicturesTest::factsAreWhatTheCameraMeans()
+{
+    QFETCH(QString, name);
+    std::optional<std::variant<ImageInfo, MediaFailure>> result;
+    const MediaRequest request = m_client->imageInfo(path(name), [&result](const auto &answer) { result = answer; });
+    QVERIFY(QTest::qWaitFor([&result] { return result.has_value(); }, kPatience));
+    QVERIFY(std::holds_alternative<ImageInfo>(*result));
+    const auto &info = std::get<ImageInfo>(*result);
+    QTEST(info.format, "format");
+    QTEST(QSize(info.pixelWidth, info.pixelHeight), "size");
+    QTEST(info.dpi.value_or(0), "dpi");
+    QVERIFY(!pictureOf(name, 40).isNull());
 }
 
 void ForeignPicturesTest::damagedCopiesAreAnswered_data()

@@ -197,6 +197,7 @@ void ImageFactsTest::tellsWhatAFileWasMadeOf_data()
     QTest::newRow("avif") << "avifenc" << s("--depth 10 source.png a.avif") << "60x40 AVIF, RGB, 10 bit";
     QTest::newRow("jpeg xl") << "cjxl" << s("source.png a.jxl") << "60x40 JXL, RGB, 8 bit";
     QTest::newRow("svg") << "cp" << s("source.svg a.svg") << "192x100 SVG, RGB + alpha";
+    QTest::newRow("packed svg") << "sh" << s("-c gzip<source.svg>a.svgz") << "192x100 SVG, RGB + alpha";
 }
 
 void ImageFactsTest::tellsWhatAFileWasMadeOf()
@@ -222,7 +223,7 @@ void ImageFactsTest::tellsWhatAFileWasMadeOf()
 void ImageFactsTest::namesTheEmbeddedProfile_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char *kind : {"a.png", "a.jpg", "a.tif", "a.webp", "a.psd"})
+    for (const char *kind : {"a.png", "a.jpg", "a.tif", "a.webp", "a.psd", "a.gif"})
         QTest::newRow(kind) << QString::fromLatin1(kind);
 }
 

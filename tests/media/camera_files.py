@@ -86,7 +86,8 @@ def little_bitmap():
 def dng(preview, size, orientation):
     """A little bitmap in the first directory; sensor image and preview in directories below."""
     file = Tiff("<", b"II*\0\0\0\0\0")
-    sensor = file.directory(sensor_entries(1, 16, empty_sensor()) + [(50714, SHORT, 0), (50717, LONG, 4095)])
+    sensor = file.directory(sensor_entries(1, 16, empty_sensor()) + [
+        (50714, SHORT, 0), (50717, LONG, 4095), (50719, LONG, (4, 4)), (50720, LONG, (88, 56))])
     shown = file.directory([(254, LONG, 1), (256, LONG, size[0]), (257, LONG, size[1]), (258, SHORT, (8, 8, 8)),
                             (259, SHORT, 7), (262, SHORT, 6), (273, LONG, Blob(preview)), (277, SHORT, 3),
                             (278, LONG, size[1]), (279, LONG, len(preview))])
@@ -150,12 +151,26 @@ def arw(preview, size, orientation):
     return file.bytes
 
 
+def tif(preview, size, orientation):
+    """No camera's file: an editor has saved it, with the camera's name and a smaller copy below."""
+    file = Tiff("<", b"II*\0\0\0\0\0")
+    smaller = file.directory(little_bitmap())
+    width, height = 60, 40
+    data = b"\x80" * (3 * width * height)
+    first = file.directory(camera("NIKON CORPORATION", "NIKON D1X", orientation) + [
+        (254, LONG, 0), (256, SHORT, width), (257, SHORT, height), (258, SHORT, (8, 8, 8)), (259, SHORT, 1),
+        (262, SHORT, 2), (273, LONG, Blob(data)), (277, SHORT, 3), (278, SHORT, height), (279, LONG, len(data)),
+        (282, RATIONAL, [(300, 1)]), (296, SHORT, 2), (330, LONG, smaller)])
+    struct.pack_into("<I", file.bytes, 4, first)
+    return file.bytes
+
+
 def main():
     preview = pathlib.Path(sys.argv[1]).read_bytes()
     size = int(sys.argv[2]), int(sys.argv[3])
     orientation = int(sys.argv[4])
     folder = pathlib.Path(sys.argv[5])
-    for make in (dng, cr2, nef, arw):
+    for make in (dng, cr2, nef, arw, tif):
         (folder / f"{make.__name__}-{orientation}.{make.__name__}").write_bytes(make(preview, size, orientation))
 
 

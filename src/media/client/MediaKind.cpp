@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 constexpr std::array kMoreAudio{"caf"_L1, "bwf"_L1,  "rf64"_L1, "w64"_L1, "wave"_L1, "alac"_L1,
                                 "tak"_L1, "eac3"_L1, "ec3"_L1,  "mxf"_L1, "rm"_L1};
 constexpr std::array kMoreImages{"hdr"_L1, "rgbe"_L1, "pam"_L1, "pfm"_L1, "jfif"_L1, "apng"_L1, "psb"_L1, "jpx"_L1,
-                                 "3fr"_L1, "erf"_L1,  "iiq"_L1, "mef"_L1, "mos"_L1,  "rwl"_L1,  "srw"_L1};
+                                 "btf"_L1, "3fr"_L1,  "erf"_L1, "iiq"_L1, "mef"_L1,  "mos"_L1,  "rwl"_L1, "srw"_L1};
 
 /// Filed under audio, but only texts that say where sound is.
 constexpr std::array kPlaylists{"audio/x-mpegurl"_L1, "audio/x-scpls"_L1, "audio/x-ms-asx"_L1, "audio/x-iriver-pla"_L1,

@@ -43,7 +43,8 @@ std::optional<ImageFacts> readBmpFacts(ByteSource &source)
     facts.width = header->width;
     facts.height = header->height;
     facts.model = color_model::kRgb;
-    facts.bitDepth = header->bitsPerPixel == 16 ? std::popcount(header->masks[0]) : 8;
+    const bool hasMasks = header->bitsPerPixel >= 16 && header->masks[0] != 0;
+    facts.bitDepth = hasMasks ? std::popcount(header->masks[0]) : 8;
     facts.hasAlpha = header->masks[3] != 0;
     const std::uint64_t size = littleEndian(head.first(4));
     if (size >= kInfoHeader && head.size() >= kInfoHeader) {
@@ -53,24 +54,6 @@ std::optional<ImageFacts> readBmpFacts(ByteSource &source)
     }
     if (size >= kProfileHeader)
         facts.icc = profileIn(source, head);
-    return facts;
-}
-
-std::optional<ImageFacts> readIcoFacts(ByteSource &source)
-{
-    constexpr std::uint64_t kFirstEntry = 6;
-    std::array<std::uint8_t, 16> entry{};
-    if (!readWhole(source, kFirstEntry, entry))
-        return std::nullopt;
-    const auto side = [](std::uint8_t byte) { return byte == 0 ? 256 : byte; };
-    ImageFacts facts;
-    facts.format = "ICO";
-    facts.width = side(entry[0]);
-    facts.height = side(entry[1]);
-    facts.model = color_model::kRgb;
-    facts.bitDepth = 8;
-    // A mask at the least.
-    facts.hasAlpha = true;
     return facts;
 }
 

@@ -1,5 +1,6 @@
 #include "media_helper/BmpHeader.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -10,6 +11,8 @@ constexpr std::uint32_t kUncompressed = 0;
 constexpr std::uint32_t kBitFields = 3;
 constexpr std::uint32_t kAlphaBitFields = 6;
 constexpr std::uint32_t kOs2Size = 12;
+/// OS/2's second version has the fields of Windows' first, and may end after any of them.
+constexpr std::uint32_t kShortestSize = 16;
 constexpr std::uint32_t kInfoSize = 40;
 
 std::uint32_t number(std::span<const std::uint8_t> bytes, std::size_t offset, std::size_t size)
@@ -58,8 +61,10 @@ bool isKnownDepth(int bits)
 std::optional<BmpHeader> parsedBmpHeader(std::span<const std::uint8_t> bytes)
 {
     const std::uint32_t size = number(bytes, 0, 4);
-    if (bytes.size() < kOs2Size || (size != kOs2Size && size < kInfoSize) || size > 1024)
+    if (bytes.size() < kOs2Size || (size != kOs2Size && size < kShortestSize) || size > 1024)
         return std::nullopt;
+    if (size < kInfoSize)
+        bytes = bytes.first(std::min<std::size_t>(bytes.size(), size));
     BmpHeader header;
     if (size == kOs2Size) {
         header = os2Header(bytes);

@@ -16,7 +16,8 @@ Decode decodeJpeg;
 Decode decodePng;
 Decode decodeGif;
 Decode decodeWebP;
-Decode decodeTiff;
+Decode decodeTiff; ///< not of cameras' raw files
+Decode decodeAnyTiff;
 Decode decodeBmp;
 Decode decodeIco;
 Decode decodePsd;
@@ -36,6 +37,7 @@ Decode decodeMedia;
 Decode decodePdf;
 Decode decodeSvg;
 Decode decodeRaw;
+Decode decodeRawOrTiff; ///< what decodeTiff() declines
 Decode decodeHeif;
 Decode decodeJpegXl;
 Decode decodePsdOfAnyKind;

@@ -27,8 +27,8 @@ constexpr std::array kDecoders{
     DecoderRow{FileKind::Heif, decodeHeif},
     DecoderRow{FileKind::JpegXl, decodeJpegXl},
     DecoderRow{FileKind::Raw, decodeRaw},
-    // The light helper declines what is a camera's.
-    DecoderRow{FileKind::Tiff, decodeRaw},
+    // The light helper declines what looks like a camera's.
+    DecoderRow{FileKind::Tiff, decodeRawOrTiff},
     DecoderRow{FileKind::Psd, decodePsdOfAnyKind},
     DecoderRow{FileKind::Bmp, decodeBmpOfAnyKind},
 };
@@ -38,11 +38,10 @@ constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Refuse};
 constexpr std::array kImageReaders{
     ImageFactsRow{FileKind::Heif, readHeifFacts},
     ImageFactsRow{FileKind::JpegXl, readJpegXlFacts},
-    ImageFactsRow{FileKind::Jpeg2000, readJpeg2000Facts},
     ImageFactsRow{FileKind::Svg, readSvgFacts},
     ImageFactsRow{FileKind::Raw, readRawFacts},
-    // The light helper declines what is a camera's.
-    ImageFactsRow{FileKind::Tiff, readRawFacts},
+    // The light helper declines what looks like a camera's.
+    ImageFactsRow{FileKind::Tiff, readRawOrTiffFacts},
 };
 
 /// A drawing is read whole, to be sure that it is one.

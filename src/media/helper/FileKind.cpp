@@ -26,6 +26,7 @@ constexpr std::array kMagics{
     Magic{0, "GIF89a"sv, FileKind::Gif},
     Magic{8, "WEBPVP8"sv, FileKind::WebP},
     Magic{8, "CR\2"sv, FileKind::Raw},
+    Magic{6, "HEAPCCDR"sv, FileKind::Raw},
     Magic{0, "FUJIFILMCCD-RAW"sv, FileKind::Raw},
     Magic{0, "IIRO"sv, FileKind::Raw},
     Magic{0, "IIRS"sv, FileKind::Raw},
@@ -102,6 +103,20 @@ bool isHeif(std::string_view text)
     return std::find(kHeifBrands.begin(), kHeifBrands.end(), brand) != kHeifBrands.end();
 }
 
+/// Phase One's, which is TIFF but for a second mark.
+bool isPhaseOne(std::string_view text)
+{
+    return (part(text, 0, 4) == "II*\0"sv && part(text, 8, 4) == "IIII"sv) ||
+           (part(text, 0, 4) == "MM\0*"sv && part(text, 8, 4) == "MMMM"sv);
+}
+
+/// Bitmaps of Targa begin with the same bytes, but have zeros where a cursor counts its pictures.
+bool isCursor(std::string_view text)
+{
+    return part(text, 0, 4) == "\0\0\2\0"sv && text.size() > 22 && text[4] != 0 && text[5] == 0 && text[9] == 0 &&
+           part(text, 20, 2) == "\0\0"sv;
+}
+
 /// Text whose first element, after declarations and comments, is an svg.
 bool isSvg(std::string_view text)
 {
@@ -119,8 +134,8 @@ bool isBmp(std::string_view text)
     if (text.substr(0, 2) != "BM"sv || text.size() < 26)
         return false;
     const unsigned header = static_cast<unsigned char>(text[14]);
-    return (header == 12 || header == 40 || header == 52 || header == 56 || header == 64 || header == 108 ||
-            header == 124) &&
+    return (header == 12 || header == 16 || header == 40 || header == 52 || header == 56 || header == 64 ||
+            header == 108 || header == 124) &&
            text.substr(15, 3) == "\0\0\0"sv;
 }
 
@@ -152,6 +167,10 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
         return FileKind::Heif;
     if (isBmp(text))
         return FileKind::Bmp;
+    if (isPhaseOne(text))
+        return FileKind::Raw;
+    if (isCursor(text))
+        return FileKind::Ico;
     for (const Magic &magic : kMagics) {
         if (part(text, magic.offset, magic.bytes.size()) == magic.bytes)
             return magic.kind;
@@ -174,6 +193,22 @@ FileKind sniffedKind(std::span<const std::uint8_t> head)
     if (endsWithFrames(head, readAdtsFrameHeader))
         return FileKind::Aac;
     return FileKind::Unknown;
+}
+
+FileKind sniffedKind(std::span<const std::uint8_t> head, std::string_view ending)
+{
+    constexpr std::array kTarga{"tga"sv, "targa"sv, "icb"sv, "vda"sv, "vst"sv};
+    constexpr std::array kDrawings{"svgz"sv, "svg"sv};
+    const auto isNamed = [ending](const auto &endings) {
+        return std::find(endings.begin(), endings.end(), ending) != endings.end();
+    };
+    const FileKind kind = sniffedKind(head);
+    if (kind != FileKind::Unknown)
+        return kind;
+    const std::string_view text(reinterpret_cast<const char *>(head.data()), head.size());
+    if (part(text, 0, 3) == "\x1f\x8b\x08"sv && isNamed(kDrawings))
+        return FileKind::Svg;
+    return isNamed(kTarga) ? FileKind::Tga : FileKind::Unknown;
 }
 
 } // namespace ostrelle

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 namespace ostrelle {
 
@@ -14,9 +15,9 @@ enum class FileKind {
     WebP,
     Tiff,
     Bmp,
-    Ico,
+    Ico, ///< and cursors
     Psd,
-    Svg,
+    Svg,  ///< and packed ones
     Heif, ///< and AVIF
     JpegXl,
     Jpeg2000,
@@ -43,5 +44,8 @@ inline constexpr std::size_t kSniffedBytes = 4096;
 
 /// What a file is by its first bytes; its name is never asked.
 FileKind sniffedKind(std::span<const std::uint8_t> head);
+/// The same, with the ending of its name, in lower case, for the few kinds that have no mark of their own: Targa, and
+/// drawings packed by gzip.
+FileKind sniffedKind(std::span<const std::uint8_t> head, std::string_view ending);
 
 } // namespace ostrelle

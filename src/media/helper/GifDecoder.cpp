@@ -93,20 +93,21 @@ HelperStatus decodeGif(ByteSource &source, PictureBuilder &builder)
 {
     ByteReader bytes(source);
     const Gif gif = openedGif(bytes);
-    int transparent = NO_TRANSPARENT_COLOR;
-    if (!gif || !findGifPicture(gif.get(), transparent))
+    const std::optional<GifPrelude> prelude = gif ? findGifPicture(gif.get()) : std::nullopt;
+    if (!prelude)
         return HelperStatus::Broken;
     const GifImageDesc &place = gif->Image;
     PictureFacts facts;
     facts.full = facts.decoded = {gif->SWidth, gif->SHeight};
     facts.layout = PixelLayout::Rgba;
+    facts.icc = prelude->icc;
     if (!builder.begin(std::move(facts)))
         return builder.isTooLarge() ? HelperStatus::TooLarge : HelperStatus::Broken;
     if (std::int64_t(place.Width) * place.Height > kWholePicturePixels)
         return HelperStatus::TooLarge;
     bool isWhole = false;
     const std::vector<GifPixelType> pixels = readPicture(gif.get(), isWhole);
-    Canvas canvas(*gif, transparent, pixels);
+    Canvas canvas(*gif, prelude->transparent, pixels);
     if (!isWhole || !canvas.hasColours())
         return HelperStatus::Broken;
     for (int y = 0; y < gif->SHeight; ++y)

@@ -9,12 +9,9 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <string_view>
 
 namespace ostrelle {
 namespace {
-
-using namespace std::literals;
 
 constexpr double kMostDotsPerInch = 1e9;
 
@@ -23,13 +20,6 @@ CommandAnswer failed(HelperStatus status)
     CommandAnswer answer;
     answer.header.status = status;
     return answer;
-}
-
-/// Targa files have no mark at their begin, so for them the name has to say it first.
-bool isNamedTarga(const HelperRequest &request)
-{
-    const std::string_view name(request.extension.data());
-    return name == "tga"sv || name == "targa"sv || name == "icb"sv || name == "vda"sv || name == "vst"sv;
 }
 
 bool isPossible(const ImageFacts &facts)
@@ -63,9 +53,7 @@ CommandAnswer answerImageInfo(ByteSource &source, const HelperRequest &request, 
 {
     MeteredSource metered(source, table.mostRead);
     std::array<std::uint8_t, kSniffedBytes> head{};
-    FileKind kind = sniffedKind({head.data(), metered.readAt(0, head)});
-    if (kind == FileKind::Unknown && isNamedTarga(request))
-        kind = FileKind::Tga;
+    const FileKind kind = sniffedKind({head.data(), metered.readAt(0, head)}, request.extension.data());
     const bool mayDecline = table.others == UnknownKinds::Decline;
     const auto row = std::find_if(table.rows.begin(), table.rows.end(),
                                   [kind](const ImageFactsRow &candidate) { return candidate.kind == kind; });

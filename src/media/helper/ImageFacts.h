@@ -39,7 +39,8 @@ ReadImageFacts readJpegFacts;
 ReadImageFacts readPngFacts;
 ReadImageFacts readGifFacts;
 ReadImageFacts readWebPFacts;
-ReadImageFacts readTiffFacts; ///< not of cameras' raw files
+ReadImageFacts readTiffFacts; ///< not of what may be a camera's raw file
+ReadImageFacts readAnyTiffFacts;
 ReadImageFacts readBmpFacts;
 ReadImageFacts readIcoFacts;
 ReadImageFacts readPsdFacts;
@@ -47,12 +48,13 @@ ReadImageFacts readPnmFacts;
 ReadImageFacts readHdrFacts;
 ReadImageFacts readExrFacts;
 ReadImageFacts readTgaFacts;
+ReadImageFacts readJpeg2000Facts;
 
 // The heavy ones.
 ReadImageFacts readHeifFacts;
 ReadImageFacts readJpegXlFacts;
-ReadImageFacts readJpeg2000Facts;
 ReadImageFacts readSvgFacts;
 ReadImageFacts readRawFacts;
+ReadImageFacts readRawOrTiffFacts; ///< what readTiffFacts() declines
 
 } // namespace ostrelle

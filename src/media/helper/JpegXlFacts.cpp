@@ -1,8 +1,12 @@
-#include "media_helper/ByteSource.h"
+#include "media_helper/ByteFields.h"
+#include "media_helper/Exif.h"
 #include "media_helper/ImageFacts.h"
+#include "media_helper/Mp4Boxes.h"
 
 #include <jxl/decode.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 
 namespace ostrelle {
@@ -49,9 +53,7 @@ bool feed(JxlDecoder *decoder, ByteReader &bytes, std::vector<std::uint8_t> &inp
     return count > 0 && JxlDecoderSetInput(decoder, input.data(), input.size()) == JXL_DEC_SUCCESS;
 }
 
-} // namespace
-
-std::optional<ImageFacts> readJpegXlFacts(ByteSource &source)
+std::optional<ImageFacts> streamFacts(ByteSource &source)
 {
     const std::unique_ptr<JxlDecoder, DestroyDecoder> decoder(JxlDecoderCreate(nullptr));
     if (!decoder)
@@ -81,6 +83,33 @@ std::optional<ImageFacts> readJpegXlFacts(ByteSource &source)
             return facts;
         }
     }
+}
+
+/// Of the boxes beside the picture (ISO/IEC 18181-2); one that is packed is passed over.
+std::optional<double> exifDpi(ByteSource &source)
+{
+    constexpr std::uint64_t kLargestExif = 4U << 20U;
+    constexpr std::uint64_t kOffsetSize = 4; // says how many bytes more lie before the structure
+    const auto box = Mp4Walk(source, 0, source.size()).next("Exif");
+    if (!box || box->end - box->begin > kLargestExif || box->end - box->begin < kOffsetSize)
+        return std::nullopt;
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(box->end - box->begin));
+    bytes.resize(source.readAt(box->begin, bytes));
+    const std::uint64_t begin = kOffsetSize + bigEndian(ByteSpan(bytes).first(std::min(bytes.size(), kOffsetSize)));
+    return begin < bytes.size() ? exifFacts(ByteSpan(bytes).subspan(static_cast<std::size_t>(begin))).dpi
+                                : std::nullopt;
+}
+
+} // namespace
+
+std::optional<ImageFacts> readJpegXlFacts(ByteSource &source)
+{
+    auto facts = streamFacts(source);
+    // A stream without boxes begins with its own mark.
+    std::array<std::uint8_t, 1> first{};
+    if (facts && readWhole(source, 0, first) && first[0] == 0)
+        facts->dpi = exifDpi(source);
+    return facts;
 }
 
 } // namespace ostrelle

@@ -22,12 +22,13 @@ constexpr std::array kDecoders{
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
 
 constexpr std::array kImageReaders{
-    ImageFactsRow{FileKind::Jpeg, readJpegFacts},       ImageFactsRow{FileKind::Png, readPngFacts},
-    ImageFactsRow{FileKind::Gif, readGifFacts},         ImageFactsRow{FileKind::WebP, readWebPFacts},
-    ImageFactsRow{FileKind::Tiff, readTiffFacts, true}, ImageFactsRow{FileKind::Bmp, readBmpFacts},
-    ImageFactsRow{FileKind::Ico, readIcoFacts},         ImageFactsRow{FileKind::Psd, readPsdFacts},
-    ImageFactsRow{FileKind::Pnm, readPnmFacts},         ImageFactsRow{FileKind::Hdr, readHdrFacts},
-    ImageFactsRow{FileKind::Exr, readExrFacts},         ImageFactsRow{FileKind::Tga, readTgaFacts},
+    ImageFactsRow{FileKind::Jpeg, readJpegFacts},         ImageFactsRow{FileKind::Png, readPngFacts},
+    ImageFactsRow{FileKind::Gif, readGifFacts},           ImageFactsRow{FileKind::WebP, readWebPFacts},
+    ImageFactsRow{FileKind::Tiff, readTiffFacts, true},   ImageFactsRow{FileKind::Bmp, readBmpFacts},
+    ImageFactsRow{FileKind::Ico, readIcoFacts},           ImageFactsRow{FileKind::Psd, readPsdFacts},
+    ImageFactsRow{FileKind::Pnm, readPnmFacts},           ImageFactsRow{FileKind::Hdr, readHdrFacts},
+    ImageFactsRow{FileKind::Exr, readExrFacts},           ImageFactsRow{FileKind::Tga, readTgaFacts},
+    ImageFactsRow{FileKind::Jpeg2000, readJpeg2000Facts},
 };
 
 constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 #include <utility>
 
 namespace ostrelle {
@@ -25,10 +26,10 @@ CommandAnswer failure(HelperStatus status)
     return answer;
 }
 
-HelperStatus decode(ByteSource &source, PictureBuilder &builder, const DecoderTable &decoders)
+HelperStatus decode(ByteSource &source, std::string_view ending, PictureBuilder &builder, const DecoderTable &decoders)
 {
     std::array<std::uint8_t, kSniffedBytes> head{};
-    const FileKind kind = sniffedKind({head.data(), source.readAt(0, head)});
+    const FileKind kind = sniffedKind({head.data(), source.readAt(0, head)}, ending);
     const auto row = std::find_if(decoders.rows.begin(), decoders.rows.end(),
                                   [kind](const DecoderRow &candidate) { return candidate.kind == kind; });
     if (row != decoders.rows.end())
@@ -63,7 +64,7 @@ CommandAnswer answerThumbnail(ByteSource &source, const HelperRequest &request, 
         return failure(HelperStatus::Unsupported);
     PictureBuilder builder(
         {.side = static_cast<int>(decodedSide), .isSquare = request.isSquare != 0, .pixelLimit = kThumbnailPixels});
-    const HelperStatus status = decode(source, builder, decoders);
+    const HelperStatus status = decode(source, request.extension.data(), builder, decoders);
     if (status != HelperStatus::Done)
         return failure(status);
     const Raster large = builder.take();
@@ -83,7 +84,7 @@ CommandAnswer answerThumbnail(ByteSource &source, const HelperRequest &request, 
 CommandAnswer answerToPng(ByteSource &source, const HelperRequest &request, const DecoderTable &decoders)
 {
     PictureBuilder builder({.side = 0, .isSquare = false, .pixelLimit = kConvertedPixels});
-    const HelperStatus status = decode(source, builder, decoders);
+    const HelperStatus status = decode(source, request.extension.data(), builder, decoders);
     if (status != HelperStatus::Done)
         return failure(status);
     const Raster picture = builder.take();

@@ -46,7 +46,7 @@ bool PngReader::readHeader(Pixels pixels)
     if (!info)
         return false;
     if (setjmp(png_jmpbuf(png)) != 0) // NOLINT(modernize-avoid-setjmp-longjmp,cert-err52-cpp): libpng's own protocol
-        return false;
+        return pixels == Pixels::Unread && png_get_image_width(png, info) > 0;
     // Checksums tell nothing about a picture that the eye does not, and cost a tenth of the time.
     png_set_crc_action(png, PNG_CRC_QUIET_USE, PNG_CRC_QUIET_USE);
     png_set_option(png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);

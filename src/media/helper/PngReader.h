@@ -15,7 +15,7 @@ namespace ostrelle {
 struct PngReader
 {
     enum class Pixels {
-        Unread,
+        Unread,    ///< a file that ends or is damaged behind its dimensions has a header as well
         EightBits, ///< rows will be read, as gray or RGB of eight bits, with or without alpha
     };
 

@@ -78,12 +78,17 @@ bool unpack(std::span<const std::uint8_t> packed, std::span<std::uint8_t> row)
     return done == row.size();
 }
 
+std::size_t bytesPerValue(const PsdHeader &header)
+{
+    return static_cast<std::size_t>(header.bits) / 8;
+}
+
 class PsdRows
 {
 public:
     PsdRows(ByteSource &source, const PsdHeader &header, int channels)
         : m_header(header)
-        , m_stored(static_cast<std::size_t>(header.width) * static_cast<std::size_t>(header.bytesPerValue))
+        , m_stored(static_cast<std::size_t>(header.width) * bytesPerValue(header))
     {
         const auto height = static_cast<std::uint64_t>(header.height);
         if (header.packing == PsdHeader::Packing::None) {
@@ -130,7 +135,7 @@ public:
                 return nullptr;
         }
         // Of sixteen bits the upper eight.
-        const auto step = static_cast<std::size_t>(m_header.bytesPerValue);
+        const std::size_t step = bytesPerValue(m_header);
         for (std::size_t x = 1; step > 1 && x * step < m_stored.size(); ++x)
             m_stored[x] = m_stored[x * step];
         return m_stored.data();
@@ -143,6 +148,24 @@ private:
     std::vector<std::uint8_t> m_packed;
     std::vector<std::uint8_t> m_stored;
 };
+
+/// Not of one bit, floating point or spot colours, nor packed as ZIP.
+bool isDecoded(const PsdHeader &header)
+{
+    constexpr int kMostChannels = 56;
+    constexpr std::int64_t kLongestSide = 300'000;
+    using Mode = PsdHeader::Mode;
+    const Mode mode = header.mode;
+    const bool isKnownMode =
+        mode == Mode::Gray || mode == Mode::Indexed || mode == Mode::Rgb || mode == Mode::Cmyk || mode == Mode::Duotone;
+    const bool isKnownDepth = header.bits == 8 || (header.bits == 16 && mode != Mode::Indexed);
+    const bool isKnownPacking =
+        header.packing == PsdHeader::Packing::None || header.packing == PsdHeader::Packing::RunLengths;
+    const int colours = mode == Mode::Rgb ? 3 : mode == Mode::Cmyk ? 4 : 1;
+    return !header.isCut && isKnownMode && isKnownDepth && isKnownPacking && header.channels >= colours &&
+           header.channels <= kMostChannels && header.width >= 1 && header.width <= kLongestSide &&
+           header.height >= 1 && header.height <= kLongestSide;
+}
 
 PixelLayout layoutOf(const PsdHeader &header)
 {
@@ -186,11 +209,11 @@ bool lookUp(PsdRows &rows, int y, const PsdHeader::Palette &palette, std::vector
 HelperStatus decodePsd(ByteSource &source, PictureBuilder &builder)
 {
     const std::optional<PsdHeader> header = readPsdHeader(source);
-    if (!header)
+    if (!header || !isDecoded(*header))
         return HelperStatus::Declined;
     const bool isIndexed = header->mode == PsdHeader::Mode::Indexed;
     PictureFacts facts;
-    facts.full = facts.decoded = {header->width, header->height};
+    facts.full = facts.decoded = {static_cast<int>(header->width), static_cast<int>(header->height)};
     facts.layout = layoutOf(*header);
     facts.icc = header->icc;
     const auto channels = static_cast<std::size_t>(channelsOf(facts.layout));

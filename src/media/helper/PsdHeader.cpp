@@ -7,11 +7,10 @@
 namespace ostrelle {
 namespace {
 
+constexpr std::uint64_t kResolutionResource = 1005;
 constexpr std::uint64_t kIccResource = 1039;
 constexpr std::uint64_t kLongestIcc = 4U << 20U;
 constexpr int kMostResources = 1000;
-constexpr int kMostChannels = 56;
-constexpr int kLongestSide = 300'000;
 
 /// Fields in the order of the file, the most significant byte first. What lies beyond the end is 0, and told.
 class Fields
@@ -48,20 +47,23 @@ std::uint64_t sectionEnd(Fields &fields, int lengthBytes = 4)
     return fields.position() + length;
 }
 
-void readIcc(Fields &fields, std::uint64_t end, std::vector<std::uint8_t> &icc)
+/// The image resources, one after the other. Their marks differ between programs.
+void takeResources(Fields &fields, std::uint64_t end, PsdHeader &header)
 {
     for (int resources = 0; resources < kMostResources && fields.position() < end && !fields.isCut(); ++resources) {
-        fields.number(4); // "8BIM"
+        fields.number(4);
         const std::uint64_t id = fields.number(2);
         // A name with its length before it, together filled up to an even size.
         const std::uint64_t name = fields.number(1);
         fields.seek(fields.position() + (name | 1U));
         const std::uint64_t size = fields.number(4);
         const std::uint64_t begin = fields.position();
-        if (id == kIccResource && size <= kLongestIcc) {
-            icc.resize(static_cast<std::size_t>(size));
-            fields.take(icc);
-            return;
+        if (id == kResolutionResource && size >= 4) {
+            // Pixels per inch with 16 bits of fraction, whatever unit it is shown in.
+            header.dpi = static_cast<double>(fields.number(4)) / 65536;
+        } else if (id == kIccResource && size <= kLongestIcc && header.icc.empty()) {
+            header.icc.resize(static_cast<std::size_t>(size));
+            fields.take(header.icc);
         }
         fields.seek(begin + size + size % 2);
     }
@@ -74,51 +76,40 @@ bool isMergedTransparent(Fields &fields, std::uint64_t end, int lengthBytes)
     return hasLayers && (fields.number(2) & 0x8000U) != 0;
 }
 
-bool isTold(const PsdHeader &header, int mode, int bits, int packing)
-{
-    const bool isKnownMode = (mode >= 1 && mode <= 4) || mode == 8;
-    const bool isKnownDepth = bits == 8 || (bits == 16 && mode != 2);
-    const int colours = mode == 3 ? 3 : mode == 4 ? 4 : 1;
-    return isKnownMode && isKnownDepth && packing <= 1 && header.channels >= colours &&
-           header.channels <= kMostChannels && header.width >= 1 && header.width <= kLongestSide &&
-           header.height >= 1 && header.height <= kLongestSide;
-}
-
 } // namespace
 
 std::optional<PsdHeader> readPsdHeader(ByteSource &source)
 {
+    constexpr std::uint64_t kMark = 0x38425053; // "8BPS"
     Fields fields(source);
     PsdHeader header;
-    fields.seek(4);
+    const bool isMarked = fields.number(4) == kMark;
     const int version = fields.integer(2);
     header.isLarge = version == 2;
     fields.seek(fields.position() + 6);
     header.channels = fields.integer(2);
-    header.height = fields.integer(4);
-    header.width = fields.integer(4);
-    const int bits = fields.integer(2);
-    const int mode = fields.integer(2);
+    header.height = static_cast<std::int64_t>(fields.number(4));
+    header.width = static_cast<std::int64_t>(fields.number(4));
+    header.bits = fields.integer(2);
+    header.mode = static_cast<PsdHeader::Mode>(fields.integer(2));
+    if (!isMarked || version < 1 || version > 2 || fields.isCut())
+        return std::nullopt;
 
     const std::uint64_t colours = sectionEnd(fields);
     if (colours - fields.position() == header.palette.size())
         fields.take(header.palette);
     fields.seek(colours);
     const std::uint64_t resources = sectionEnd(fields);
-    readIcc(fields, resources, header.icc);
+    takeResources(fields, resources, header);
     fields.seek(resources);
     const int lengthBytes = header.isLarge ? 8 : 4;
     const std::uint64_t layers = sectionEnd(fields, lengthBytes);
     if (layers > fields.position())
         header.isTransparent = isMergedTransparent(fields, layers, lengthBytes);
     fields.seek(layers);
-    const int packing = fields.integer(2);
-    if (fields.isCut() || version < 1 || version > 2 || !isTold(header, mode, bits, packing))
-        return std::nullopt;
-    header.bytesPerValue = bits / 8;
-    header.mode = static_cast<PsdHeader::Mode>(mode);
-    header.packing = static_cast<PsdHeader::Packing>(packing);
+    header.packing = static_cast<PsdHeader::Packing>(fields.integer(2));
     header.pixels = fields.position();
+    header.isCut = fields.isCut();
     return header;
 }
 

@@ -7,6 +7,7 @@
 #include <libraw/libraw.h>
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace ostrelle {
@@ -41,25 +42,44 @@ HelperStatus deliverBitmap(const libraw_thumbnail_t &thumbnail, int orientation,
     return HelperStatus::Done;
 }
 
-} // namespace
+HelperStatus deliverPreview(LibRaw &raw, PictureBuilder &builder)
+{
+    if (raw.unpack_thumb() != LIBRAW_SUCCESS)
+        return HelperStatus::NoPicture;
+    const libraw_thumbnail_t &thumbnail = raw.imgdata.thumbnail;
+    if (thumbnail.tformat == LIBRAW_THUMBNAIL_BITMAP)
+        return deliverBitmap(thumbnail, orientationOf(raw.imgdata.sizes.flip), builder);
+    if (thumbnail.tformat != LIBRAW_THUMBNAIL_JPEG)
+        return HelperStatus::NoPicture;
+    // Many previews do not say themselves how they were held.
+    builder.assumeOrientation(orientationOf(raw.imgdata.sizes.flip));
+    MemorySource jpeg({reinterpret_cast<const std::uint8_t *>(thumbnail.thumb), thumbnail.tlength});
+    return decodeJpeg(jpeg, builder);
+}
 
-HelperStatus decodeRaw(ByteSource &source, PictureBuilder &builder)
+/// Nothing where LibRaw does not know the file.
+std::optional<HelperStatus> decodedByLibRaw(ByteSource &source, PictureBuilder &builder)
 {
     RawStream stream(source);
     const auto raw = std::make_unique<LibRaw>();
     if (raw->open_datastream(&stream) != LIBRAW_SUCCESS)
-        return HelperStatus::Broken;
-    if (raw->unpack_thumb() != LIBRAW_SUCCESS)
-        return HelperStatus::NoPicture;
-    const libraw_thumbnail_t &thumbnail = raw->imgdata.thumbnail;
-    if (thumbnail.tformat == LIBRAW_THUMBNAIL_BITMAP)
-        return deliverBitmap(thumbnail, orientationOf(raw->imgdata.sizes.flip), builder);
-    if (thumbnail.tformat != LIBRAW_THUMBNAIL_JPEG)
-        return HelperStatus::NoPicture;
-    // Many previews do not say themselves how they were held.
-    builder.assumeOrientation(orientationOf(raw->imgdata.sizes.flip));
-    MemorySource jpeg({reinterpret_cast<const std::uint8_t *>(thumbnail.thumb), thumbnail.tlength});
-    return decodeJpeg(jpeg, builder);
+        return std::nullopt;
+    return deliverPreview(*raw, builder);
+}
+
+} // namespace
+
+HelperStatus decodeRaw(ByteSource &source, PictureBuilder &builder)
+{
+    return decodedByLibRaw(source, builder).value_or(HelperStatus::Broken);
+}
+
+HelperStatus decodeRawOrTiff(ByteSource &source, PictureBuilder &builder)
+{
+    if (const auto status = decodedByLibRaw(source, builder))
+        return *status;
+    const HelperStatus status = decodeAnyTiff(source, builder);
+    return status == HelperStatus::Declined ? HelperStatus::Broken : status;
 }
 
 } // namespace ostrelle

@@ -1,6 +1,7 @@
 #include "media_helper/ByteSource.h"
 #include "media_helper/Decoders.h"
 #include "media_helper/PictureBuilder.h"
+#include "media_helper/TiffDirectory.h"
 #include "media_helper/TiffReader.h"
 
 #include <algorithm>
@@ -87,12 +88,16 @@ HelperStatus decode(TIFF *tiff, PictureBuilder &builder)
 
 HelperStatus decodeTiff(ByteSource &source, PictureBuilder &builder)
 {
+    const auto directory = TiffDirectory::first(source);
+    return directory && directory->isLikeCameraRaw() ? HelperStatus::Declined : decodeAnyTiff(source, builder);
+}
+
+HelperStatus decodeAnyTiff(ByteSource &source, PictureBuilder &builder)
+{
     ByteReader reader(source);
     const auto tiff = openedTiff(reader);
     // Some cameras leave out of the first directory what the library wants in it.
-    if (!tiff || isCameraRaw(tiff.get()))
-        return HelperStatus::Declined;
-    return decode(tiff.get(), builder);
+    return tiff ? decode(tiff.get(), builder) : HelperStatus::Declined;
 }
 
 } // namespace ostrelle

@@ -1,75 +1,76 @@
 #include "media_helper/ImageFacts.h"
-#include "media_helper/TiffReader.h"
+#include "media_helper/TiffDirectory.h"
+
+#include <algorithm>
 
 namespace ostrelle {
 namespace {
 
-constexpr double kCentimetresPerInch = 2.54;
+constexpr std::uint64_t kLargestProfile = 4U << 20U;
+constexpr std::uint64_t kPalette = 3;
+constexpr std::uint64_t kAssociatedAlpha = 1;
+constexpr std::uint64_t kUnassociatedAlpha = 2;
 
-std::string_view modelOf(std::uint16_t photometric)
+/// TIFF 6.0 and its supplements, PhotometricInterpretation.
+std::string_view modelOf(std::uint64_t photometric)
 {
     switch (photometric) {
-    case PHOTOMETRIC_MINISWHITE:
-    case PHOTOMETRIC_MINISBLACK:
-    case PHOTOMETRIC_MASK:
-    case PHOTOMETRIC_LOGL:
+    case 0:     // white is zero
+    case 1:     // black is zero
+    case 4:     // mask
+    case 32844: // logarithmic luminance
         return color_model::kGray;
-    case PHOTOMETRIC_SEPARATED:
+    case 5:
         return color_model::kCmyk;
-    case PHOTOMETRIC_CIELAB:
-    case PHOTOMETRIC_ICCLAB:
-    case PHOTOMETRIC_ITULAB:
+    case 8:  // CIE
+    case 9:  // ICC
+    case 10: // ITU
         return color_model::kLab;
     default:
         return color_model::kRgb;
     }
 }
 
-bool hasAlpha(TIFF *tiff)
+bool hasAlpha(const TiffDirectory &directory)
 {
-    std::uint16_t count = 0;
-    const std::uint16_t *kinds = nullptr;
-    if (TIFFGetFieldDefaulted(tiff, TIFFTAG_EXTRASAMPLES, &count, &kinds) == 0)
-        return false;
-    for (std::uint16_t i = 0; i < count; ++i) {
-        if (kinds[i] == EXTRASAMPLE_ASSOCALPHA || kinds[i] == EXTRASAMPLE_UNASSALPHA)
-            return true;
-    }
-    return false;
+    const auto kinds = directory.numbers(tiff_tag::kExtraSamples);
+    return std::any_of(kinds.begin(), kinds.end(),
+                       [](std::uint64_t kind) { return kind == kAssociatedAlpha || kind == kUnassociatedAlpha; });
 }
 
-std::optional<double> resolutionIn(TIFF *tiff)
+ImageFacts factsOf(const TiffDirectory &directory)
 {
-    float resolution = 0;
-    const auto unit = tiffField<std::uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
-    if (unit == RESUNIT_NONE || TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &resolution) == 0)
-        return std::nullopt;
-    return unit == RESUNIT_CENTIMETER ? double(resolution) * kCentimetresPerInch : double(resolution);
+    constexpr std::uint64_t kMostBits = 64;
+    const bool isGray = directory.number(tiff_tag::kSamplesPerPixel).value_or(1) < 3;
+    const std::uint64_t photometric = directory.number(tiff_tag::kPhotometric).value_or(isGray ? 1 : 2);
+    ImageFacts facts;
+    facts.format = "TIFF";
+    facts.width = static_cast<std::int64_t>(directory.number(tiff_tag::kImageWidth).value_or(0));
+    facts.height = static_cast<std::int64_t>(directory.number(tiff_tag::kImageLength).value_or(0));
+    facts.model = modelOf(photometric);
+    const std::uint64_t bits = photometric == kPalette ? 8 : directory.number(tiff_tag::kBitsPerSample).value_or(1);
+    if (bits >= 1 && bits <= kMostBits)
+        facts.bitDepth = static_cast<int>(bits);
+    facts.hasAlpha = hasAlpha(directory);
+    facts.dpi = directory.dpi();
+    facts.icc = directory.bytes(tiff_tag::kIccProfile, kLargestProfile);
+    return facts;
 }
 
 } // namespace
 
 std::optional<ImageFacts> readTiffFacts(ByteSource &source)
 {
-    ByteReader reader(source);
-    const auto opened = openedTiff(reader);
-    TIFF *const tiff = opened.get();
-    if (!tiff || isCameraRaw(tiff))
+    const auto directory = TiffDirectory::first(source);
+    if (!directory || directory->isLikeCameraRaw())
         return std::nullopt;
-    const auto photometric = tiffField<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
-    ImageFacts facts;
-    facts.format = "TIFF";
-    facts.width = tiffField<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
-    facts.height = tiffField<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
-    facts.model = modelOf(photometric);
-    facts.bitDepth = photometric == PHOTOMETRIC_PALETTE ? 8 : tiffField<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
-    facts.hasAlpha = hasAlpha(tiff);
-    facts.dpi = resolutionIn(tiff);
-    std::uint32_t size = 0;
-    const std::uint8_t *icc = nullptr;
-    if (TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &size, &icc) != 0)
-        facts.icc.assign(icc, icc + size);
-    return facts;
+    return factsOf(*directory);
+}
+
+std::optional<ImageFacts> readAnyTiffFacts(ByteSource &source)
+{
+    const auto directory = TiffDirectory::first(source);
+    return directory ? std::optional(factsOf(*directory)) : std::nullopt;
 }
 
 } // namespace ostrelle

@@ -53,14 +53,4 @@ std::unique_ptr<TIFF, CloseTiff> openedTiff(ByteReader &reader)
                                                            closeNothing, sizeOf, nullptr, nullptr));
 }
 
-bool isCameraRaw(TIFF *tiff)
-{
-    std::uint16_t count = 0;
-    const void *value = nullptr;
-    if (TIFFGetField(tiff, TIFFTAG_DNGVERSION, &value) != 0)
-        return true;
-    const char *make = nullptr;
-    return TIFFGetField(tiff, TIFFTAG_SUBIFD, &count, &value) != 0 && TIFFGetField(tiff, TIFFTAG_MAKE, &make) != 0;
-}
-
 } // namespace ostrelle

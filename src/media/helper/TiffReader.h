@@ -24,7 +24,4 @@ Value tiffField(TIFF *tiff, ttag_t tag, Value otherwise)
     return TIFFGetFieldDefaulted(tiff, tag, &value) != 0 ? value : otherwise;
 }
 
-/// What cameras write: a small picture first, and the sensor's own data in directories below it.
-bool isCameraRaw(TIFF *tiff);
-
 } // namespace ostrelle
