@@ -13,4 +13,5 @@ pkg_check_modules(
   xcb-composite
   xcb-render
   xcb-res
-  xcb-icccm)
+  xcb-icccm
+  xcb-xkb)

@@ -3,7 +3,8 @@ build_packages=(
   cmake ninja-build ccache g++ pkg-config
   qt6-base-dev libgl-dev libsimdjson-dev libbenchmark-dev
   libxcb1-dev libxcb-xfixes0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-xinput-dev libxcb-shm0-dev
-  libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xtest0-dev libx11-dev
+  libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xkb-dev libxcb-xtest0-dev
+  libx11-dev
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
   libmpg123-dev libpulse-dev libswresample-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev

@@ -9,6 +9,7 @@ namespace ostrelle {
 
 class AlertSound;
 class ClipboardPort;
+class ColourPicker;
 class DesktopAppearance;
 class DragOut;
 class DragSense;
@@ -48,6 +49,7 @@ public:
     virtual FileIcons &fileIcons() = 0;
     virtual FileOpening &fileOpening() = 0;
     virtual FileChooser &fileChooser() = 0;
+    virtual ColourPicker &colourPicker() = 0;
     virtual Haptics &haptics() = 0;
     virtual AlertSound &alertSound() = 0;
 

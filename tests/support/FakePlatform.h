@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "support/FakeAlertSound.h"
+#include "support/FakeColourPicker.h"
 #include "support/FakeDesktopAppearance.h"
 #include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
@@ -42,6 +43,7 @@ public:
     FakeFileIcons &fileIcons() override { return m_fileIcons; }
     FakeFileOpening &fileOpening() override { return m_fileOpening; }
     FakeFileChooser &fileChooser() override { return m_fileChooser; }
+    FakeColourPicker &colourPicker() override { return m_colourPicker; }
     FakeHaptics &haptics() override { return m_haptics; }
     FakeAlertSound &alertSound() override { return m_alertSound; }
 
@@ -64,6 +66,7 @@ private:
     FakeFileIcons m_fileIcons;
     FakeFileOpening m_fileOpening;
     FakeFileChooser m_fileChooser;
+    FakeColourPicker m_colourPicker;
     FakeHaptics m_haptics;
     FakeAlertSound m_alertSound;
     std::function<void()> m_displayLost;

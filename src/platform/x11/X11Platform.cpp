@@ -11,6 +11,7 @@
 #include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11AlertSound.h"
 #include "platform/x11/X11ClipboardPort.h"
+#include "platform/x11/X11ColourPicker.h"
 #include "platform/x11/X11DragOut.h"
 #include "platform/x11/X11DragSense.h"
 #include "platform/x11/X11FileDrags.h"
@@ -50,6 +51,7 @@ struct X11Platform::Services
     X11IconTheme iconTheme;
     DesktopFileOpening fileOpening;
     PortalFileChooser fileChooser;
+    X11ColourPicker colourPicker;
     NoHaptics haptics;
     X11AlertSound alertSound;
 };
@@ -68,6 +70,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , clipboard(*watch, frontmost, scheduler, keeperPath)
     , iconTheme(*watch)
     , fileChooser(scheduler)
+    , colourPicker(screens, rawPointer, scheduler)
     , alertSound(*watch)
 {
     QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
@@ -160,6 +163,11 @@ FileOpening &X11Platform::fileOpening()
 FileChooser &X11Platform::fileChooser()
 {
     return m_services->fileChooser;
+}
+
+ColourPicker &X11Platform::colourPicker()
+{
+    return m_services->colourPicker;
 }
 
 Haptics &X11Platform::haptics()

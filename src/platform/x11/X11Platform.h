@@ -29,6 +29,7 @@ public:
     FileIcons &fileIcons() override;
     FileOpening &fileOpening() override;
     FileChooser &fileChooser() override;
+    ColourPicker &colourPicker() override;
     Haptics &haptics() override;
     AlertSound &alertSound() override;
     void setDisplayLostHandler(std::function<void()> handler) override;

@@ -53,6 +53,22 @@ void X11RawPointer::watchMotion(bool on)
     }
 }
 
+void X11RawPointer::disregardPresses()
+{
+    m_isDisregarding = true;
+}
+
+void X11RawPointer::heedPresses(quint32 after)
+{
+    m_isDisregarding = false;
+    m_heedAfter = after;
+}
+
+bool X11RawPointer::isHeeded(quint32 time) const
+{
+    return !m_isDisregarding && (!m_heedAfter || static_cast<qint32>(time - *m_heedAfter) > 0);
+}
+
 void X11RawPointer::select(std::uint32_t mask)
 {
     struct
@@ -77,7 +93,7 @@ void X11RawPointer::handle(const xcb_generic_event_t &event)
         Q_EMIT moved();
     } else if (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
         const auto &press = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
-        if (!isWheel(press.detail)) {
+        if (!isWheel(press.detail) && isHeeded(press.time)) {
             Q_EMIT pressed(press.time);
         }
     }

@@ -26,6 +26,10 @@ public:
     /// One round trip; nothing when the pointer is on another X screen.
     std::optional<State> state() const;
     void watchMotion(bool on);
+    /// Presses from now on are meant for something of this program that has the pointer, and told to nobody else.
+    void disregardPresses();
+    /// Presses later than that server time are told again.
+    void heedPresses(quint32 after);
 
 Q_SIGNALS:
     /// A button other than the wheel's went down, at that server time.
@@ -35,9 +39,12 @@ Q_SIGNALS:
 private:
     void handle(const xcb_generic_event_t &event);
     void select(std::uint32_t mask);
+    bool isHeeded(quint32 time) const;
 
     WatchConnection &m_watch;
     int m_inputOpcode = 0;
+    bool m_isDisregarding = false;
+    std::optional<quint32> m_heedAfter;
     WatchConnection::Subscription m_subscription;
 };
 

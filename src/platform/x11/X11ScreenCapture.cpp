@@ -1,5 +1,6 @@
 #include "platform/x11/X11ScreenCapture.h"
 
+#include "platform/x11/SharedSegment.h"
 #include "platform/x11/XcbReply.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 #include <optional>
 #include <vector>
 
-#include <sys/ipc.h>
-#include <sys/shm.h>
 #include <xcb/composite.h>
 #include <xcb/render.h>
 #include <xcb/shm.h>
@@ -19,50 +18,6 @@ namespace {
 
 constexpr std::uint32_t kAllPlanes = ~0U;
 constexpr int kBytesPerPixel = 4;
-
-/// Memory shared with the server; only with a local one.
-class SharedSegment
-{
-public:
-    SharedSegment(xcb_connection_t *connection, std::size_t size)
-        : m_connection(connection)
-    {
-        const auto *extension = xcb_get_extension_data(connection, &xcb_shm_id);
-        const int id = extension && extension->present ? shmget(IPC_PRIVATE, size, IPC_CREAT | 0600) : -1;
-        if (id < 0) {
-            return;
-        }
-        void *address = shmat(id, nullptr, 0);
-        if (address != reinterpret_cast<void *>(-1)) {
-            m_address = address;
-            m_segment = xcb_generate_id(connection);
-            const auto cookie = xcb_shm_attach_checked(connection, m_segment, static_cast<std::uint32_t>(id), 0);
-            m_isAttached = !XcbReply<xcb_generic_error_t>(xcb_request_check(connection, cookie));
-        }
-        shmctl(id, IPC_RMID, nullptr); // goes with its last user, also when this process is killed
-    }
-    ~SharedSegment()
-    {
-        if (m_isAttached) {
-            xcb_shm_detach(m_connection, m_segment);
-        }
-        if (m_address) {
-            shmdt(m_address);
-        }
-    }
-    SharedSegment(const SharedSegment &) = delete;
-    SharedSegment &operator=(const SharedSegment &) = delete;
-
-    bool isAttached() const { return m_isAttached; }
-    xcb_shm_seg_t id() const { return m_segment; }
-    const uchar *bytes() const { return static_cast<const uchar *>(m_address); }
-
-private:
-    xcb_connection_t *m_connection;
-    void *m_address = nullptr;
-    xcb_shm_seg_t m_segment = 0;
-    bool m_isAttached = false;
-};
 
 /// Pixels are 32 bits in this machine's order, as QImage has them.
 bool hasPlainPixels(const xcb_setup_t &setup, std::uint8_t depth)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QList>
 #include <QPointF>
 #include <QRectF>
@@ -10,6 +11,7 @@
 
 namespace ostrelle {
 
+class ColourPicker;
 class DragOut;
 class DragSense;
 class FileDrags;
@@ -35,10 +37,18 @@ public:
     virtual FileDrags &fileDrags() = 0;
     virtual DragOut &dragOut() = 0;
     virtual Screens &screens() = 0;
+    virtual ColourPicker &colourPicker() = 0;
 
     /// The user's doings; all are done, as far as the desktop is concerned, on return.
     virtual void movePointer(const QPointF &panelPosition) = 0;
     virtual void movePointerToScreen(const QString &name) = 0;
+    /// Fills the desktop with these colours, side by side.
+    virtual void showColours(const QList<QColor> &colours) = 0;
+    /// Moves the pointer onto a colour that is shown.
+    virtual void pointAt(const QColor &colour) = 0;
+    /// Presses and releases the button with Shift held.
+    virtual void clickWithShift() = 0;
+    virtual bool showsLoupe() = 0;
     virtual void pressButton() = 0;
     virtual void releaseButton() = 0;
     virtual void pressKey(Qt::Key key) = 0;

@@ -225,20 +225,27 @@ void PeerClient::movePointer(const QPoint &native)
     synchronize();
 }
 
-void PeerClient::button(bool down)
+void PeerClient::button(bool down, int number)
 {
     letTheProgramGoFirst();
-    xcb_test_fake_input(xcb(), down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, 1, XCB_CURRENT_TIME, root(), 0, 0, 0);
+    xcb_test_fake_input(xcb(), down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(number),
+                        XCB_CURRENT_TIME, root(), 0, 0, 0);
     synchronize();
 }
 
-void PeerClient::click()
+void PeerClient::click(int number)
 {
-    button(true);
-    button(false);
+    button(true, number);
+    button(false, number);
 }
 
 void PeerClient::key(xcb_keysym_t keysym)
+{
+    key(keysym, /*down=*/true);
+    key(keysym, /*down=*/false);
+}
+
+void PeerClient::key(xcb_keysym_t keysym, bool down)
 {
     letTheProgramGoFirst();
     const xcb_setup_t *setup = xcb_get_setup(xcb());
@@ -248,9 +255,8 @@ void PeerClient::key(xcb_keysym_t keysym)
     const xcb_keysym_t *symbols = xcb_get_keyboard_mapping_keysyms(map.get());
     for (int i = 0; i < count; ++i) {
         if (symbols[i * map->keysyms_per_keycode] == keysym) {
-            const auto code = static_cast<std::uint8_t>(setup->min_keycode + i);
-            xcb_test_fake_input(xcb(), XCB_KEY_PRESS, code, XCB_CURRENT_TIME, root(), 0, 0, 0);
-            xcb_test_fake_input(xcb(), XCB_KEY_RELEASE, code, XCB_CURRENT_TIME, root(), 0, 0, 0);
+            xcb_test_fake_input(xcb(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE,
+                                static_cast<std::uint8_t>(setup->min_keycode + i), XCB_CURRENT_TIME, root(), 0, 0, 0);
             synchronize();
             return;
         }
@@ -386,15 +392,30 @@ void PeerClient::remove(xcb_window_t window, const char *property)
     synchronize();
 }
 
-void PeerClient::grabKeyboard()
+bool PeerClient::grabKeyboard()
 {
     const auto cookie = xcb_grab_keyboard(xcb(), 0, root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(xcb(), cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
 void PeerClient::releaseKeyboard()
 {
     xcb_ungrab_keyboard(xcb(), XCB_CURRENT_TIME);
+    synchronize();
+}
+
+bool PeerClient::grabPointer()
+{
+    const auto cookie = xcb_grab_pointer(xcb(), 0, root(), 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_WINDOW_NONE,
+                                         XCB_CURSOR_NONE, XCB_CURRENT_TIME);
+    const XcbReply<xcb_grab_pointer_reply_t> reply(xcb_grab_pointer_reply(xcb(), cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void PeerClient::releasePointer()
+{
+    xcb_ungrab_pointer(xcb(), XCB_CURRENT_TIME);
     synchronize();
 }
 

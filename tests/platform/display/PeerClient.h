@@ -39,9 +39,10 @@ public:
     void ownSelection(const char *name);
 
     void movePointer(const QPoint &native);
-    void button(bool down);
-    void click();
+    void button(bool down, int number = 1);
+    void click(int number = 1);
     void key(xcb_keysym_t keysym);
+    void key(xcb_keysym_t keysym, bool down);
 
     /// Presses that the window has received so far.
     int pressCount(xcb_window_t window);
@@ -60,8 +61,12 @@ public:
     QRgb pixel(const QPoint &native); ///< what the screen shows there
     void setWords(xcb_window_t window, const char *property, std::initializer_list<std::uint32_t> words);
     void remove(xcb_window_t window, const char *property);
-    void grabKeyboard();
+    /// Takes it; false when somebody else has it.
+    bool grabKeyboard();
     void releaseKeyboard();
+    /// Takes the pointer; false when somebody else has it.
+    bool grabPointer();
+    void releasePointer();
     xcb_connection_t *xcb() const { return m_connection.get(); }
     xcb_window_t root() const { return m_screen->root; }
 

@@ -8,6 +8,7 @@
 #include "platform/Screens.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QProcess>
 #include <QTest>
 #include <QUrl>
@@ -36,6 +37,7 @@ public:
     FileDrags &fileDrags() override { return m_platform->fileDrags(); }
     DragOut &dragOut() override { return m_platform->dragOut(); }
     Screens &screens() override { return m_platform->screens(); }
+    ColourPicker &colourPicker() override { return m_platform->colourPicker(); }
 
     void movePointer(const QPointF &panelPosition) override
     {
@@ -49,6 +51,36 @@ public:
     {
         const Screen screen = *screens().named(name);
         m_peer.movePointer((screen.frame.topLeft() + QPointF(40, 700) / screen.scale).toPoint());
+    }
+    void showColours(const QList<QColor> &colours) override
+    {
+        m_colours = colours;
+        QImage image(1920, 1080, QImage::Format_RGB32);
+        const int width = static_cast<int>(1920 / colours.count());
+        QPainter painter(&image);
+        for (int i = 0; i < colours.count(); ++i) {
+            painter.fillRect(QRect(i * width, 0, width, 1080), colours[i]);
+        }
+        painter.end();
+        m_peer.paint(m_background, image);
+    }
+    void pointAt(const QColor &colour) override
+    {
+        const int width = static_cast<int>(1920 / m_colours.count());
+        m_pointed = QPoint(static_cast<int>(m_colours.indexOf(colour)) * width + width / 2, 700);
+        m_peer.movePointer(m_pointed);
+    }
+    void clickWithShift() override
+    {
+        constexpr xcb_keysym_t kShift = 0xffe1;
+        m_peer.key(kShift, /*down=*/true);
+        m_peer.click();
+        m_peer.key(kShift, /*down=*/false);
+    }
+    bool showsLoupe() override
+    {
+        // The frame of its middle square.
+        return m_peer.pixel(m_pointed - QPoint(0, 5)) == QColor(Qt::white).rgb();
     }
     void pressButton() override { m_peer.button(true); }
     void releaseButton() override { m_peer.button(false); }
@@ -138,6 +170,8 @@ private:
     xcb_window_t m_background;
     QMap<QString, xcb_window_t> m_windows;
     QStringList m_monitors;
+    QList<QColor> m_colours;
+    QPoint m_pointed;
     std::optional<OtherProgram> m_source;
 };
 

@@ -1,4 +1,5 @@
 #include "ContractDesktop.h"
+#include "support/FakeColourPicker.h"
 #include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
 #include "support/FakeFileDrags.h"
@@ -25,6 +26,7 @@ public:
     FileDrags &fileDrags() override { return m_fileDrags; }
     DragOut &dragOut() override { return m_dragOut; }
     Screens &screens() override { return m_screens; }
+    ColourPicker &colourPicker() override { return m_colourPicker; }
 
     void movePointer(const QPointF &panelPosition) override
     {
@@ -41,15 +43,35 @@ public:
         }
     }
     void movePointerToScreen(const QString &name) override { m_pointerNear.moveToScreen(name); }
-    void pressButton() override { m_dragSense.press(); }
+    void showColours(const QList<QColor> &) override {}
+    void pointAt(const QColor &colour) override { m_pointed = colour; }
+    void clickWithShift() override { m_colourPicker.gather(pointedColour()); }
+    bool showsLoupe() override { return m_colourPicker.isOpen(); }
+    void pressButton() override
+    {
+        if (!m_colourPicker.isOpen()) {
+            m_dragSense.press();
+        }
+    }
     void releaseButton() override
     {
+        if (m_colourPicker.isOpen()) {
+            m_colourPicker.choose(pointedColour());
+            return;
+        }
         m_dragSense.release();
         m_dragged.clear();
         m_fileDrags.drop();
         m_dragOut.end(DragOut::Outcome::Cancelled);
     }
-    void pressKey(Qt::Key key) override { QTest::keyClick(m_popups.menu(), key); }
+    void pressKey(Qt::Key key) override
+    {
+        if (m_colourPicker.isOpen()) {
+            m_colourPicker.close();
+        } else {
+            QTest::keyClick(m_popups.menu(), key);
+        }
+    }
     void clickElsewhere() override { m_outsideActivity.press(); }
     void activate(const QString &application) override { m_outsideActivity.activate(application); }
     void beginDrag() override { m_dragSense.beginDrag(); }
@@ -71,6 +93,8 @@ public:
     }
 
 private:
+    PickedColour pointedColour() const { return {m_pointed.redF(), m_pointed.greenF(), m_pointed.blueF()}; }
+
     FakeScreens m_screens;
     FakePanelHost m_panelHost{m_screens};
     FakePopups m_popups;
@@ -79,6 +103,8 @@ private:
     FakeDragSense m_dragSense;
     FakeFileDrags m_fileDrags;
     FakeDragOut m_dragOut;
+    FakeColourPicker m_colourPicker;
+    QColor m_pointed;
     QStringList m_dragged;
 };
 

@@ -1,0 +1,312 @@
+#include "platform/x11/X11Loupe.h"
+
+#include "foundation/TaskScheduler.h"
+#include "platform/x11/WatchConnection.h"
+#include "platform/x11/X11RawPointer.h"
+#include "platform/x11/XcbReply.h"
+
+#include <QPainter>
+#include <QRegion>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace ostrelle {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Whose owner shows the one loupe of the desktop.
+constexpr auto kSelection = "_OSTRELLE_LOUPE";
+/// Fainter pixels of a picture's edge are left out where nothing can be seen through.
+constexpr int kFaintest = 12;
+
+xcb_window_t ownerOf(WatchConnection &connection, xcb_atom_t selection)
+{
+    const auto cookie = xcb_get_selection_owner(connection.xcb(), selection);
+    const XcbReply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection.xcb(), cookie, nullptr));
+    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+bool hasCompositor(WatchConnection &connection)
+{
+    const QByteArray name = QByteArray("_NET_WM_CM_S").append(QByteArray::number(connection.screenNumber()));
+    return ownerOf(connection, connection.atom(name.constData())) != XCB_WINDOW_NONE;
+}
+
+/// False when another process has it.
+bool claimTheOneLoupe(WatchConnection &connection)
+{
+    const xcb_atom_t selection = connection.atom(kSelection);
+    if (ownerOf(connection, selection) != XCB_WINDOW_NONE) {
+        return false;
+    }
+    const xcb_window_t owner = xcb_generate_id(connection.xcb());
+    xcb_create_window(connection.xcb(), 0, owner, connection.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0,
+                      nullptr);
+    xcb_set_selection_owner(connection.xcb(), owner, selection, XCB_CURRENT_TIME);
+    return ownerOf(connection, selection) == owner;
+}
+
+QRegion visibleRegion(const QImage &picture)
+{
+    QRegion region;
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        for (int x = 0; x < picture.width();) {
+            const int first = x;
+            while (x < picture.width() && qAlpha(row[x]) >= kFaintest) {
+                ++x;
+            }
+            if (x > first) {
+                region += QRect(first, y, x - first, 1);
+            } else {
+                ++x;
+            }
+        }
+    }
+    return region;
+}
+
+QString hexText(const PickedColour &colour)
+{
+    const auto part = [](double value) { return static_cast<int>(std::lround(value * 255)); };
+    return QString::asprintf("#%02X%02X%02X", part(colour.red), part(colour.green), part(colour.blue));
+}
+
+} // namespace
+
+std::unique_ptr<X11Loupe> X11Loupe::open(const Screens &screens, X11RawPointer &rawPointer, TaskScheduler &scheduler,
+                                         Handlers handlers)
+{
+    std::unique_ptr<WatchConnection> connection = WatchConnection::open();
+    if (!connection || !claimTheOneLoupe(*connection)) {
+        return nullptr;
+    }
+    return std::make_unique<X11Loupe>(std::move(connection), screens, rawPointer, scheduler, std::move(handlers));
+}
+
+X11Loupe::X11Loupe(std::unique_ptr<WatchConnection> connection, const Screens &screens, X11RawPointer &rawPointer,
+                   TaskScheduler &scheduler, Handlers handlers)
+    : m_connection(std::move(connection))
+    , m_screens(screens)
+    , m_rawPointer(rawPointer)
+    , m_scheduler(scheduler)
+    , m_handlers(std::move(handlers))
+{
+    m_grab.emplace(
+        *m_connection, scheduler,
+        X11LoupeGrab::Handlers{.pointerTaken = [this] { begin(); }, .failed = [this] { end(Ending::Unavailable); }});
+    // What was captured is not what the screens show in their new places.
+    connect(&screens, &Screens::changed, this, [this] {
+        QList<QRect> frames;
+        for (const Screen &screen : m_screens.all()) {
+            frames.append(nativeFrame(screen));
+        }
+        if (!m_frames.isEmpty() && frames != m_frames) {
+            end(Ending::Chosen);
+        }
+    });
+    connect(m_connection.get(), &WatchConnection::lost, this, [this] { end(Ending::Chosen); });
+}
+
+X11Loupe::~X11Loupe()
+{
+    if (m_input) {
+        m_rawPointer.heedPresses(m_input->lastButtonTime());
+    }
+}
+
+void X11Loupe::begin()
+{
+    m_capture = X11DesktopCapture::take(m_connection->xcb(), m_connection->screen());
+    const auto wasRead = [this] {
+        if (std::exchange(m_isDrawDue, false)) {
+            scheduleDraw();
+        }
+    };
+    m_lensWindow = X11OverlayWindow::create(*m_connection, wasRead);
+    m_labelsWindow = X11OverlayWindow::create(*m_connection, wasRead);
+    const QList<Screen> screens = m_screens.all();
+    if (!m_capture || !m_lensWindow || !m_labelsWindow || screens.isEmpty()) {
+        end(Ending::Unavailable);
+        return;
+    }
+    for (const Screen &screen : screens) {
+        m_frames.append(nativeFrame(screen));
+    }
+    m_profiles = readMonitorProfiles(*m_connection);
+    m_shadow = hasCompositor(*m_connection) ? LoupeLens::Shadow::Soft : LoupeLens::Shadow::None;
+    m_rawPointer.disregardPresses();
+    m_input.emplace(*m_connection, X11LoupeInput::Handlers{
+                                       .moved = [this](const QPoint &position) { moveTo(position); },
+                                       .step =
+                                           [this](const QPoint &step) {
+                                               moveTo(m_hotSpot + step);
+                                               m_input->warpPointer(m_hotSpot);
+                                           },
+                                       .zoom = [this](int steps) { zoom(steps); },
+                                       .chosen = [this](X11LoupeInput::Choice choice) { choose(choice); },
+                                       .ended = [this] { end(Ending::Chosen); },
+                                   });
+    const XcbReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
+        m_connection->xcb(), xcb_query_pointer(m_connection->xcb(), m_connection->root()), nullptr));
+    m_connection->flush();
+    if (pointer) {
+        m_hotSpot = nearestOnScreen(QPoint(pointer->root_x, pointer->root_y));
+    }
+    draw();
+}
+
+QRect X11Loupe::nativeFrame(const Screen &screen) const
+{
+    // A screen keeps its native corner.
+    return QRectF(screen.frame.topLeft(), screen.frame.size() * screen.scale).toRect();
+}
+
+QPoint X11Loupe::nearestOnScreen(const QPoint &position) const
+{
+    QPoint nearest = position;
+    int least = -1;
+    for (const QRect &whole : m_frames) {
+        const QRect frame = whole & m_capture->area();
+        if (frame.isEmpty()) {
+            continue;
+        }
+        const QPoint inside(std::clamp(position.x(), frame.left(), frame.left() + frame.width() - 1),
+                            std::clamp(position.y(), frame.top(), frame.top() + frame.height() - 1));
+        const int distance = (inside - position).manhattanLength();
+        if (least < 0 || distance < least) {
+            least = distance;
+            nearest = inside;
+        }
+    }
+    return nearest;
+}
+
+void X11Loupe::moveTo(const QPoint &position)
+{
+    const QPoint hotSpot = nearestOnScreen(position);
+    if (m_hotSpot != hotSpot) {
+        m_hotSpot = hotSpot;
+        scheduleDraw();
+    }
+}
+
+void X11Loupe::zoom(int steps)
+{
+    const int magnification =
+        std::clamp(m_magnification + steps, LoupeLens::kLeastMagnification, LoupeLens::kGreatestMagnification);
+    if (std::exchange(m_magnification, magnification) != magnification) {
+        scheduleDraw();
+    }
+}
+
+void X11Loupe::choose(X11LoupeInput::Choice choice)
+{
+    if (choice == X11LoupeInput::Choice::Cancel) {
+        return;
+    }
+    ensurePlace(); // the pointer may have come to another screen since the last picture
+    m_picked = pointedColour();
+    if (choice == X11LoupeInput::Choice::Gather) {
+        ++m_gathered;
+        scheduleDraw();
+        m_handlers.gathered(*m_picked); // last: it may end the loupe
+    }
+}
+
+void X11Loupe::end(Ending ending)
+{
+    m_drawing.cancel();
+    m_grab->release();
+    m_lensWindow.reset();
+    m_labelsWindow.reset();
+    m_connection->flush();
+    // From the event loop: this may be the middle of an event of the connection that goes with the loupe.
+    if (const auto ended = std::exchange(m_handlers.ended, {})) {
+        QMetaObject::invokeMethod(
+            this, [this, ended, ending] { ended(ending, m_picked); }, Qt::QueuedConnection);
+    }
+}
+
+void X11Loupe::scheduleDraw()
+{
+    if (m_drawing.isPending() || !m_lensWindow) {
+        return;
+    }
+    // Not more often than the screen shows, and only when all that has happened is known.
+    const auto frame = std::chrono::nanoseconds(1s) / std::max(1.0, m_place ? m_place->screen.refreshRate : 60);
+    const auto due = std::max<std::chrono::nanoseconds>(
+        0ns, m_drawn + std::chrono::duration_cast<std::chrono::nanoseconds>(frame) - m_scheduler.now());
+    m_drawing = m_scheduler.after(due, this, [this] { draw(); });
+}
+
+void X11Loupe::ensurePlace()
+{
+    if (m_place && m_place->native.contains(m_hotSpot)) {
+        return;
+    }
+    const QList<Screen> screens = m_screens.all();
+    const auto here = std::find_if(screens.begin(), screens.end(),
+                                   [this](const Screen &screen) { return nativeFrame(screen).contains(m_hotSpot); });
+    const Screen screen = here == screens.end() ? screens.first() : *here;
+    m_place.emplace(
+        Place{screen, nativeFrame(screen), LoupeLens(screen.scale, m_shadow), LoupeLabels(screen.scale, m_shadow), {}});
+    readProfile();
+    m_lensWindow->resize(m_place->lens.size());
+    m_labelsWindow->resize(m_place->labels.size());
+}
+
+void X11Loupe::readProfile()
+{
+    const auto here = std::find_if(m_profiles.begin(), m_profiles.end(), [this](const X11MonitorProfile &profile) {
+        return profile.frame.contains(m_hotSpot);
+    });
+    if (here != m_profiles.end() && !here->icc.isEmpty()) {
+        m_place->profile = DisplayProfile::create(here->icc);
+    }
+}
+
+PickedColour X11Loupe::pointedColour() const
+{
+    const PickedColour shown = m_capture->colour(m_hotSpot);
+    return m_place->profile ? m_place->profile->toSrgb(shown) : shown;
+}
+
+void X11Loupe::draw()
+{
+    if (m_lensWindow->isBeingRead() || m_labelsWindow->isBeingRead()) {
+        m_isDrawDue = true;
+        return;
+    }
+    m_drawn = m_scheduler.now();
+    ensurePlace();
+    const QImage sampled = m_capture->image(m_place->lens.sampledArea(m_hotSpot, m_magnification));
+    m_place->lens.paint(m_lensWindow->canvas(), sampled, m_magnification);
+    show(*m_lensWindow, m_hotSpot - m_place->lens.hotSpot(), m_place->hasLensShape);
+    m_place->labels.paint(
+        m_labelsWindow->canvas(),
+        {hexText(pointedColour()), sampled.pixel(sampled.width() / 2, sampled.height() / 2), m_gathered});
+    show(*m_labelsWindow, m_place->labels.position(m_hotSpot, m_place->native), m_place->hasLabelsShape);
+}
+
+void X11Loupe::show(X11OverlayWindow &window, const QPoint &position, bool &hasShape)
+{
+    if (m_shadow == LoupeLens::Shadow::None) {
+        // Nothing can be seen through: soft edges lie on the screen as it was captured.
+        if (!std::exchange(hasShape, true)) {
+            window.setShape(visibleRegion(window.canvas()));
+        }
+        const QImage below = m_capture->image(QRect(position, window.canvas().size()));
+        QPainter painter(&window.canvas());
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        painter.drawImage(0, 0, below);
+    }
+    window.present(position);
+}
+
+} // namespace ostrelle
