@@ -1,5 +1,6 @@
 #include "platform/FileDrags.h"
 #include "ContractDesktop.h"
+#include "foundation/SystemTaskScheduler.h"
 #include "platform/DragOut.h"
 #include "platform/PanelHost.h"
 #include "platform/Screens.h"
@@ -11,9 +12,9 @@
 #include <QTest>
 #include <QWidget>
 
-#include <optional>
-
 namespace ostrelle {
+
+using namespace std::chrono_literals;
 
 /// The contracts of drags of files into the panel and out of it.
 class FileDragsTest : public TestBase
@@ -99,19 +100,21 @@ private Q_SLOTS:
     {
         m_desktop->movePointer(QPointF(420, 20));
         m_desktop->pressButton();
-        std::optional<DragOut::Outcome> outcome;
-        m_desktop->dragOut().start(*m_panel, {{QStringLiteral("/tmp/file")}, {}, {}},
-                                   [&](DragOut::Outcome answer) { outcome = answer; });
-        std::optional<DragOut::Outcome> second;
+        QStringList ends;
+        const auto noting = [&ends](const QString &which) {
+            return [&ends, which](DragOut::Outcome outcome) {
+                ends << which + (outcome == DragOut::Outcome::Cancelled ? QStringLiteral(" cancelled")
+                                                                        : QStringLiteral(" dropped"));
+            };
+        };
+        m_desktop->dragOut().start(*m_panel, {{QStringLiteral("/tmp/file")}, {}, {}}, noting(QStringLiteral("first")));
         m_desktop->dragOut().start(*m_panel, {{QStringLiteral("/tmp/other")}, {}, {}},
-                                   [&](DragOut::Outcome answer) { second = answer; });
-        QVERIFY(!outcome && !second); // never from within the call
-        QTRY_VERIFY(second);          // one at a time
-        QCOMPARE(*second, DragOut::Outcome::Cancelled);
-        QVERIFY(!outcome);
-        m_desktop->releaseButton(); // where nobody takes it
-        QTRY_VERIFY(outcome);
-        QCOMPARE(*outcome, DragOut::Outcome::Cancelled);
+                                   noting(QStringLiteral("second")));
+        QCOMPARE(ends, QStringList()); // never from within the call
+        // A drag may run an event loop of its own, inside of the wait below: nothing after that wait could end it.
+        SystemTaskScheduler time;
+        const Task release = time.after(300ms, this, [this] { m_desktop->releaseButton(); }); // where nobody takes it
+        QTRY_COMPARE(ends, QStringList({QStringLiteral("second cancelled"), QStringLiteral("first cancelled")}));
     }
 
 private:
