@@ -198,7 +198,7 @@ void Services::registerInspectors(ToolRegistry &registry)
                                            .haptics = haptics(),
                                            .preview = audioPreview(),
                                            .thumbnails = recentThumbnails(),
-                                           .pictures = thumbnails()};
+                                           .pictures = inspectedThumbnails()};
     };
     const auto loadFirst = [](FileInspector &inspector, const QStringList &paths) {
         if (!paths.isEmpty())
@@ -259,7 +259,14 @@ MediaClient &Services::media()
 
 ThumbnailSource &Services::thumbnails()
 {
-    return ensure(m_thumbnails, [this] { return std::make_unique<MediaThumbnailSource>(media()); });
+    return ensure(m_thumbnails,
+                  [this] { return std::make_unique<MediaThumbnailSource>(media(), MediaClient::Links::Refuse); });
+}
+
+ThumbnailSource &Services::inspectedThumbnails()
+{
+    return ensure(m_inspectedThumbnails,
+                  [this] { return std::make_unique<MediaThumbnailSource>(media(), MediaClient::Links::Follow); });
 }
 
 ClipImages &Services::clipImages()
@@ -348,14 +355,15 @@ FactSource &Services::facts()
 
 RecentThumbnails &Services::recentThumbnails()
 {
-    return ensure(m_recentThumbnails, [this] { return std::make_unique<RecentThumbnails>(thumbnails()); });
+    return ensure(m_recentThumbnails, [this] { return std::make_unique<RecentThumbnails>(inspectedThumbnails()); });
 }
 
 ImageInspector &Services::imageInspector()
 {
     return ensure(m_imageInspector, [this] {
         return std::make_unique<ImageInspector>(
-            FileInspector::Surroundings{defaults(), filePresence(), haptics(), scheduler()}, facts(), thumbnails());
+            FileInspector::Surroundings{defaults(), filePresence(), haptics(), scheduler()}, facts(),
+            inspectedThumbnails());
     });
 }
 

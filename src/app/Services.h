@@ -69,6 +69,8 @@ public:
     NotchDropDelegate &dropDelegate();
     MediaClient &media();
     ThumbnailSource &thumbnails();
+    /// The same, of what links lead to.
+    ThumbnailSource &inspectedThumbnails();
     ClipImages &clipImages();
     ClipboardStore &clipboardStore();
     ClipboardService &clipboard();
@@ -107,6 +109,7 @@ private:
     std::unique_ptr<NotchController> m_controller;
     std::unique_ptr<MediaClient> m_media;
     std::unique_ptr<ThumbnailSource> m_thumbnails;
+    std::unique_ptr<ThumbnailSource> m_inspectedThumbnails;
     std::unique_ptr<ClipImages> m_clipImages;
     std::unique_ptr<ClipboardStore> m_clipboardStore;
     std::unique_ptr<ClipboardService> m_clipboard;

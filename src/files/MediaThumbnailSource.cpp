@@ -1,13 +1,14 @@
 #include "files/MediaThumbnailSource.h"
 
 #include "core/MediaImage.h"
-#include "media_client/MediaClient.h"
 
 #include <QPointer>
 
 namespace ostrelle {
-MediaThumbnailSource::MediaThumbnailSource(MediaClient &client)
+
+MediaThumbnailSource::MediaThumbnailSource(MediaClient &client, MediaClient::Links links)
     : m_client(client)
+    , m_links(links)
 {
 }
 
@@ -20,7 +21,8 @@ ThumbnailRequest MediaThumbnailSource::request(const QString &path, int pixelSiz
             const auto *picture = std::get_if<MediaPicture>(&result);
             if (guard)
                 answer(picture ? imageOf(*picture) : QImage());
-        }));
+        },
+        m_links));
 }
 
 } // namespace ostrelle

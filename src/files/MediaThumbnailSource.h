@@ -1,22 +1,22 @@
 #pragma once
 
 #include "files/ThumbnailSource.h"
+#include "media_client/MediaClient.h"
 
 namespace ostrelle {
-
-class MediaClient;
 
 /// Thumbnails from the desktop's cache and the media helpers.
 class MediaThumbnailSource final : public ThumbnailSource
 {
 public:
-    explicit MediaThumbnailSource(MediaClient &client);
+    MediaThumbnailSource(MediaClient &client, MediaClient::Links links);
 
     ThumbnailRequest request(const QString &path, int pixelSize, QObject *context,
                              std::function<void(QImage)> answer) override;
 
 private:
     MediaClient &m_client;
+    MediaClient::Links m_links;
 };
 
 } // namespace ostrelle

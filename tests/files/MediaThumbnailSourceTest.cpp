@@ -25,7 +25,7 @@ private:
     TemporaryHome m_home;
     SystemTaskScheduler m_scheduler;
     MediaClient m_client{m_scheduler, {QCoreApplication::applicationDirPath(), m_home.path(QStringLiteral("cache"))}};
-    MediaThumbnailSource m_source{m_client};
+    MediaThumbnailSource m_source{m_client, MediaClient::Links::Refuse};
 };
 
 void MediaThumbnailSourceTest::givesPicturesOrNone()

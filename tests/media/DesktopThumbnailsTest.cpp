@@ -30,12 +30,13 @@ private Q_SLOTS:
     void cleanup();
     void pathsBecomeTheDesktopsUris();
     void whatIsMadeIsThereForOtherPrograms();
+    void linkHasTheThumbnailOfWhatItLeadsTo();
     void thumbnailsOfOtherProgramsAreUsed();
     void spoiltThumbnailIsMadeAgain();
     void failuresAreRememberedUntilTheFileChanges();
 
 private:
-    PictureResult ask(const QString &path, int side);
+    PictureResult ask(const QString &path, int side, MediaClient::Links links = MediaClient::Links::Refuse);
     QString cached(const QString &kind, const QString &path) const;
     void setModified(const QString &path, qint64 seconds);
     void writeThumbnail(const QString &place, const QString &of, qint64 modified, const QColor &colour);
@@ -67,11 +68,12 @@ void DesktopThumbnailsTest::cleanup()
     m_home.reset();
 }
 
-PictureResult DesktopThumbnailsTest::ask(const QString &path, int side)
+PictureResult DesktopThumbnailsTest::ask(const QString &path, int side, MediaClient::Links links)
 {
     std::optional<PictureResult> result;
-    const MediaRequest request = m_client->thumbnail(path, side, MediaClient::CacheUse::ReadAndFill,
-                                                     [&result](const PictureResult &answer) { result = answer; });
+    const MediaRequest request = m_client->thumbnail(
+        path, side, MediaClient::CacheUse::ReadAndFill, [&result](const PictureResult &answer) { result = answer; },
+        links);
     (void)QTest::qWaitFor([&result] { return result.has_value(); }, 30000);
     return result.value_or(MediaFailure::TimedOut);
 }
@@ -125,6 +127,25 @@ void DesktopThumbnailsTest::whatIsMadeIsThereForOtherPrograms()
     QCOMPARE(QFileInfo(QFileInfo(thumbnail).path()).permissions(),
              kOnlyOwner | QFileDevice::ExeOwner | QFileDevice::ExeUser);
     QCOMPARE(QDir(QFileInfo(thumbnail).path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void DesktopThumbnailsTest::linkHasTheThumbnailOfWhatItLeadsTo()
+{
+    const QString path = m_home->path(QStringLiteral("picture.jpg"));
+    const QString link = m_home->path(QStringLiteral("link.jpg"));
+    writeFile(path, encoded(turnable(1000, 500), "jpg"));
+    QVERIFY(QFile::link(path, link));
+    QCOMPARE(std::get<MediaFailure>(ask(link, 100)), MediaFailure::NotAFile);
+    QCOMPARE(imageOf(ask(link, 100, MediaClient::Links::Follow)).size(), QSize(100, 50));
+    QVERIFY(QTest::qWaitFor([&] { return QFile::exists(cached(QStringLiteral("normal"), path)); }));
+    QVERIFY(!QFile::exists(cached(QStringLiteral("normal"), link)));
+    // A thumbnail has none, by whatever name.
+    const QString toThumbnail = m_home->path(QStringLiteral("to.png"));
+    QVERIFY(QFile::link(cached(QStringLiteral("normal"), path), toThumbnail));
+    QVERIFY(!imageOf(ask(toThumbnail, 100, MediaClient::Links::Follow)).isNull());
+    m_client.reset(); // what it writes is written
+    const QDir made(QFileInfo(cached(QStringLiteral("normal"), path)).path());
+    QCOMPARE(made.entryList(QDir::Files).size(), 1);
 }
 
 void DesktopThumbnailsTest::thumbnailsOfOtherProgramsAreUsed()

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void stopIsHeardAtOnce();
     void nextFileReplacesTheFirst();
     void truncatedFileEndsWhereItEnds();
+    void linkIsWhatItLeadsTo();
     void loudAndBrokenNumbersAreTamed();
     void unplayableFilesFail_data();
     void unplayableFilesFail();
@@ -344,6 +345,12 @@ void PlaybackTest::truncatedFileEndsWhereItEnds()
     QVERIFY(!m_error);
 }
 
+void PlaybackTest::linkIsWhatItLeadsTo()
+{
+    QVERIFY(QFile::link(path(QStringLiteral("short.wav")), path(QStringLiteral("link.wav"))));
+    QVERIFY(starts(QStringLiteral("link.wav")));
+}
+
 void PlaybackTest::loudAndBrokenNumbersAreTamed()
 {
     writeCountingSound(path(QStringLiteral("wild.wav")), 10'000);
@@ -383,7 +390,7 @@ void PlaybackTest::unplayableFilesFail_data()
     put(QStringLiteral("list.wav"), "#EXTM3U\n/etc/passwd\n");
     ::mkfifo(QFile::encodeName(path(QStringLiteral("pipe.wav"))).constData(), 0600);
     QDir(m_folder.path()).mkdir(QStringLiteral("folder.wav"));
-    QFile::link(path(QStringLiteral("folder.wav")), path(QStringLiteral("loop.wav")));
+    QFile::link(path(QStringLiteral("loop.wav")), path(QStringLiteral("loop.wav")));
     const auto row = [](const char *name, PlaybackError error) {
         QTest::newRow(name) << QString::fromLatin1(name) << error;
     };

@@ -28,6 +28,12 @@ AdmittedFile refused(MediaFailure failure)
     return file;
 }
 
+/// Where an open file is, also when links led to it; empty when that cannot be told.
+QString placeOf(const FileDescriptor &file)
+{
+    return QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file.get()));
+}
+
 /// Opening a device or a FIFO can already do something, so it is asked for its kind before, and again when it is open.
 AdmittedFile opened(const FileAdmission::Wish &wish, const DesktopThumbnails &cache)
 {
@@ -44,9 +50,12 @@ AdmittedFile opened(const FileAdmission::Wish &wish, const DesktopThumbnails &ca
         return refused(MediaFailure::Unreadable);
     if (::fstat(file.file.get(), &facts) != 0 || !S_ISREG(facts.st_mode))
         return refused(MediaFailure::NotAFile);
-    file.subject = {fileUri(wish.path), qint64(facts.st_mtim.tv_sec)};
-    if (wish.cacheSide == 0 || cache.contains(wish.path))
+    if (wish.cacheSide == 0)
         return file;
+    const QString place = wish.followsLinks ? placeOf(file.file) : wish.path;
+    if (place.isEmpty() || cache.contains(place))
+        return file;
+    file.subject = {fileUri(place), qint64(facts.st_mtim.tv_sec)};
     file.cached = cache.find(file.subject, wish.cacheSide);
     if (!file.cached && cache.hasFailure(file.subject))
         return refused(MediaFailure::FailedBefore);

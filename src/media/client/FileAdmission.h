@@ -21,7 +21,8 @@ struct AdmittedFile
     std::optional<MediaFailure> failure; ///< then nothing else is set
     FileDescriptor file;
     FileDescriptor cached; ///< its thumbnail in the cache, when that is of this state of the file
-    ThumbnailSubject subject;
+    ThumbnailSubject
+        subject; ///< of the file itself, where a link led to it; without a URI where the cache has no place for it
 };
 
 /// Opens files for the helpers on threads of its own, because a dead network mount answers never: regular files only,

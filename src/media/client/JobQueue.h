@@ -28,6 +28,7 @@ struct MediaJob
     QString path;
     QByteArray bytes;
     bool usesCache = false;
+    bool followsLinks = false;
     HelperRequest request;
     HelperKind helper = HelperKind::Light; ///< to be asked next, or being asked
     bool hasLightAnswered = false;

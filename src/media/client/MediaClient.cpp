@@ -110,11 +110,12 @@ MediaClient::MediaClient(TaskScheduler &scheduler, const Places &places, QObject
 
 MediaClient::~MediaClient() = default;
 
-MediaRequest MediaClient::thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer)
+MediaRequest MediaClient::thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer, Links links)
 {
     MediaJob job = thumbnailJob(side, std::move(answer));
     job.path = QDir::cleanPath(path);
     job.usesCache = cacheUse == CacheUse::ReadAndFill && !m_cache.contains(job.path);
+    job.followsLinks = links == Links::Follow;
     return add(std::move(job));
 }
 
@@ -242,8 +243,7 @@ void MediaClient::admitMore(HelperKind kind)
                            .path = job->path,
                            .bytes = job->bytes,
                            .cacheSide = job->usesCache ? static_cast<int>(job->request.side) : 0,
-                           // A thumbnail of a link is the link's; who asks about a link means what it leads to.
-                           .followsLinks = isAboutFacts(job->request.command)});
+                           .followsLinks = job->followsLinks || isAboutFacts(job->request.command)});
         job->deadline = m_scheduler.after(kAdmissionDeadline, this, [this, number = job->number] {
             finish(number, replyOf(MediaFailure::Unreadable));
         });
@@ -289,7 +289,8 @@ void MediaClient::takeReply(quint64 number, HelperReply reply)
 
 void MediaClient::remember(MediaJob &job, const HelperReply &reply)
 {
-    if (!job.usesCache || job.admitted.cached || (reply.failure && !isAboutFile(*reply.failure)))
+    const bool isCacheable = job.usesCache && !job.admitted.subject.uri.isEmpty();
+    if (!isCacheable || job.admitted.cached || (reply.failure && !isAboutFile(*reply.failure)))
         return;
     // Shared, because a queued job has to be copyable.
     const auto file = std::make_shared<FileDescriptor>(std::move(job.admitted.file));

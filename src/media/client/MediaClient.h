@@ -43,6 +43,8 @@ public:
         Square, ///< the middle square of the picture, both sides as asked for
     };
     enum class CacheUse { ReadAndFill, None };
+    /// Whether a symbolic link stands for what it leads to, or is no file.
+    enum class Links { Follow, Refuse };
 
     /// The longest side that may be asked for.
     static constexpr int kLongestSide = 1024;
@@ -67,7 +69,8 @@ public:
 
     /// A picture of the file at an absolute path: of images the image, of video a frame, of audio the cover, of
     /// documents the first page. It is not made larger than it is, `side` is 1 to kLongestSide device pixels.
-    [[nodiscard]] MediaRequest thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer);
+    [[nodiscard]] MediaRequest thumbnail(const QString &path, int side, CacheUse cacheUse, PictureAnswer answer,
+                                         Links links = Links::Refuse);
     /// The same of bytes in memory, of any kind that files may have; without the cache.
     [[nodiscard]] MediaRequest thumbnailOfBytes(const QByteArray &bytes, int side, Shape shape, PictureAnswer answer);
     /// An image of any kind as PNG, as large as it is, upright and in sRGB. Beyond 40 million pixels, or kPngLimit

@@ -93,6 +93,7 @@ void Playback::start(const QString &path)
     FileAdmission::Wish wish;
     wish.number = m_number;
     wish.path = path;
+    wish.followsLinks = true;
     m_admission.admit(wish);
     run(isLightName(path) ? Player::Light : Player::Extra);
     m_deadline = m_scheduler.after(kStartDeadline, this, [this] { fail(PlaybackError::TimedOut); });
