@@ -28,8 +28,10 @@ FilePicker::FilePicker(FileChooser &chooser, ForegroundSession &foreground, Notc
 void FilePicker::pick(const FileChoice &choice, QObject *owner, AfterCancel afterCancel,
                       std::function<void(const QStringList &)> completion)
 {
-    if (m_openCount > 0 && m_owner == owner)
+    if (m_openCount > 0 && m_owner == owner) {
+        m_chooser.raise();
         return;
+    }
     ++m_openCount;
     m_owner = owner;
     m_controller.suppressAutoCollapse();

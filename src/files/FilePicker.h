@@ -23,7 +23,8 @@ public:
                QObject *parent = nullptr);
 
     /// Answers once, when the chooser has closed, with what was chosen; nothing when it was cancelled. Takes the place
-    /// of another's open chooser; nothing while this `owner` is choosing already. No answer when it is gone by then.
+    /// of another's open chooser; while this `owner` is choosing already its chooser comes to the front, and this call
+    /// is not answered. No answer when the owner is gone by then.
     void pick(const FileChoice &choice, QObject *owner, AfterCancel afterCancel,
               std::function<void(const QStringList &paths)> completion);
 

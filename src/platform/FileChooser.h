@@ -31,6 +31,8 @@ public:
     /// Answers once, when the chooser has closed, with absolute local paths; none when it was cancelled or could not be
     /// shown. No answer when `context` is gone by then.
     virtual void choose(const FileChoice &choice, QObject *context, std::function<void(QStringList)> answer) = 0;
+    /// Brings the open chooser before the other windows; it may begin anew by that. Nothing when none is open.
+    virtual void raise() = 0;
 };
 
 } // namespace ostrelle

@@ -18,6 +18,9 @@ public:
         m_waiting.push_back({choice, context, std::move(answer)});
     }
 
+    void raise() override { m_raiseCount += isOpen() ? 1 : 0; }
+    int raiseCount() const { return m_raiseCount; }
+
     bool isOpen() const { return !m_waiting.empty(); }
     /// What it shows.
     const FileChoice &choice() const { return m_waiting.back().choice; }
@@ -41,6 +44,7 @@ private:
     };
 
     std::vector<Waiting> m_waiting;
+    int m_raiseCount = 0;
 };
 
 } // namespace ostrelle

@@ -8,6 +8,15 @@
 
 namespace ostrelle {
 
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A portal that the bus has to start takes about one second to show something.
+constexpr auto kStillComing = 1500ms;
+
+} // namespace
+
 PortalFileChooser::PortalFileChooser(const TaskScheduler &scheduler, QObject *parent)
     : QObject(parent)
     , m_scheduler(scheduler)
@@ -18,40 +27,52 @@ PortalFileChooser::~PortalFileChooser() = default;
 
 void PortalFileChooser::choose(const FileChoice &choice, QObject *context, std::function<void(QStringList)> answer)
 {
-    // A portal cannot raise an open chooser, and one that lies behind other windows looks like a dead button.
     m_request.reset();
     m_dialog.reset();
     m_waiting.push_back({context, std::move(answer)});
-    askPortal(choice);
+    m_choice = choice;
+    askPortal();
 }
 
-void PortalFileChooser::askPortal(const FileChoice &choice)
+void PortalFileChooser::raise()
 {
+    if (m_dialog) {
+        m_dialog->raise();
+    } else if (m_request && m_scheduler.now() - m_asked > kStillComing) {
+        // A portal cannot raise its chooser, and one that lies behind other windows looks like a dead button.
+        m_request.reset();
+        askPortal();
+    }
+}
+
+void PortalFileChooser::askPortal()
+{
+    m_asked = m_scheduler.now();
     const auto isOutdated = [this, turn = ++m_turn] { return m_turn != turn; };
-    auto use = [this, choice, isOutdated](const QDBusConnection &bus) {
+    auto use = [this, isOutdated](const QDBusConnection &bus) {
         if (isOutdated()) {
             return;
         }
-        auto answered = [this, choice](PortalFileRequest::Outcome outcome, const QStringList &paths) {
+        auto answered = [this](PortalFileRequest::Outcome outcome, const QStringList &paths) {
             m_request.release()->deleteLater();
             if (outcome == PortalFileRequest::Outcome::Unavailable) {
-                askToolkit(choice);
+                askToolkit();
             } else {
                 finish(paths);
             }
         };
-        m_request = std::make_unique<PortalFileRequest>(bus, choice, m_scheduler, std::move(answered));
+        m_request = std::make_unique<PortalFileRequest>(bus, m_choice, m_scheduler, std::move(answered));
     };
-    sessionBus::whenConnected(this, std::move(use), [this, choice, isOutdated] {
+    sessionBus::whenConnected(this, std::move(use), [this, isOutdated] {
         if (!isOutdated()) {
-            askToolkit(choice);
+            askToolkit();
         }
     });
 }
 
-void PortalFileChooser::askToolkit(const FileChoice &choice)
+void PortalFileChooser::askToolkit()
 {
-    m_dialog = std::make_unique<ToolkitFileDialog>(choice, [this](const QStringList &paths) {
+    m_dialog = std::make_unique<ToolkitFileDialog>(m_choice, [this](const QStringList &paths) {
         m_dialog.reset();
         finish(paths);
     });

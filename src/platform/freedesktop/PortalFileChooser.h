@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/TaskScheduler.h"
 #include "platform/FileChooser.h"
 
 #include <QPointer>
@@ -10,7 +11,6 @@
 namespace ostrelle {
 
 class PortalFileRequest;
-class TaskScheduler;
 class ToolkitFileDialog;
 
 /// The portal's chooser; the toolkit's own dialog where the portal is missing, too old or does not answer.
@@ -22,6 +22,7 @@ public:
     ~PortalFileChooser() override;
 
     void choose(const FileChoice &choice, QObject *context, std::function<void(QStringList)> answer) override;
+    void raise() override;
 
 private:
     struct Waiting
@@ -30,13 +31,15 @@ private:
         std::function<void(QStringList)> answer;
     };
 
-    void askPortal(const FileChoice &choice);
-    void askToolkit(const FileChoice &choice);
+    void askPortal();
+    void askToolkit();
     void finish(const QStringList &paths);
 
     const TaskScheduler &m_scheduler;
     std::unique_ptr<PortalFileRequest> m_request;
     std::unique_ptr<ToolkitFileDialog> m_dialog;
+    FileChoice m_choice; ///< the open one
+    MonotonicTime m_asked{};
     int m_turn = 0;                 ///< counts the choices, so that what an older one still awaits is passed over
     std::vector<Waiting> m_waiting; ///< the open choice last, before it those whose place it took
 };

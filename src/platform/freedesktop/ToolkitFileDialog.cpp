@@ -61,6 +61,11 @@ ToolkitFileDialog::ToolkitFileDialog(const FileChoice &choice, std::function<voi
         respond(result == QDialog::Accepted ? m_dialog->selectedFiles() : QStringList());
     });
     m_dialog->show();
+    raise();
+}
+
+void ToolkitFileDialog::raise()
+{
     m_dialog->raise();
     m_dialog->activateWindow();
 }

@@ -18,6 +18,9 @@ public:
     ToolkitFileDialog(const FileChoice &choice, std::function<void(QStringList)> answer);
     ~ToolkitFileDialog() override;
 
+    /// Brings it before the other windows.
+    void raise();
+
 private:
     std::unique_ptr<QFileDialog> m_dialog;
 };

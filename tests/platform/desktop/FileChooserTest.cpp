@@ -181,6 +181,38 @@ private Q_SLOTS:
         QCOMPARE(*m_answer, QStringList(QStringLiteral("/tmp")));
     }
 
+    void comesToTheFrontWhenToldTo()
+    {
+        m_chooser->raise(); // there is none
+        m_portal->appear();
+        choose(m_image);
+        m_chooser->raise(); // it is still coming
+        QTRY_COMPARE(m_portal->opened, 1);
+        QCOMPARE(m_portal->closed, 0);
+        m_scheduler->advance(2s);
+        m_chooser->raise();
+        QTRY_COMPARE(m_portal->opened, 2);
+        QCOMPARE(m_portal->closed, 1);
+        QVERIFY(!m_answer);
+        m_portal->respond(0, {QStringLiteral("file:///tmp/a.png")});
+        QTRY_VERIFY(m_answer);
+        QCOMPARE(*m_answer, QStringList(QStringLiteral("/tmp/a.png")));
+
+        m_portal->version = 0;
+        m_answer.reset();
+        choose(m_image);
+        QTRY_VERIFY(shownDialog());
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QTRY_VERIFY(other.isActiveWindow());
+        m_chooser->raise();
+        QTRY_VERIFY(shownDialog()->isActiveWindow());
+        QVERIFY(!m_answer);
+        shownDialog()->close();
+        QTRY_VERIFY(m_answer);
+    }
+
     void answersNobodyWhoHasGone()
     {
         m_portal->appear();
