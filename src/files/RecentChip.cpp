@@ -84,7 +84,7 @@ void RecentChip::shake()
 
 QList<QWidget *> RecentChip::focusOrder()
 {
-    return {this, &m_play, &m_forget};
+    return {this, &m_forget};
 }
 
 double RecentChip::cornerRadius() const
@@ -107,6 +107,7 @@ void RecentChip::refreshBadges()
 {
     const bool isInUse = m_isHovered || hasFocusWithin();
     m_play.setShown(m_entry.isPlayable && (isInUse || m_entry.isPlaying));
+    setTabOrder(this, &m_play);
     m_forget.setShown(isInUse);
 }
 

@@ -29,7 +29,8 @@ public:
     void setChipPresence(double presence);
     /// The file could not be played.
     void shake();
-    /// The chip and what is on it, in the order of the Tab key.
+    /// The chip and what is always on it, in the order of the Tab key. The play badge, which comes and goes, finds its
+    /// place behind the chip.
     QList<QWidget *> focusOrder();
     bool hasFocusWithin() const;
 

@@ -115,10 +115,8 @@ void RecentChipRow::follow()
         place.chip.setEntry(m_recents.entry(row));
         place.x.animateTo(placeOfChip(row), Motion::damped(kChipListResponse));
         place.presence.animateTo(1, Motion::damped(kChipListResponse));
-        m_recents.wantThumbnail(row);
     }
     placeMore();
-    setFocusOrder();
     applyLooks();
     if (lostFocus)
         takeFocusAt(*lostFocus);
@@ -160,20 +158,13 @@ void RecentChipRow::placeMore()
     m_more.setHelp(QStringLiteral("%1 more · show all").arg(beyond));
 }
 
-/// As they stand; by itself the Tab key follows the order of their making.
-void RecentChipRow::setFocusOrder()
+QList<QWidget *> RecentChipRow::focusOrder()
 {
-    QWidget *previous = nullptr;
-    const int count = std::min(m_recents.rowCount(), kMostChips);
-    for (int row = 0; row < count; ++row) {
-        for (QWidget *widget : m_places[m_recents.idAt(row)]->chip.focusOrder()) {
-            if (previous != nullptr)
-                setTabOrder(previous, widget);
-            previous = widget;
-        }
-    }
-    if (previous != nullptr)
-        setTabOrder(previous, &m_more);
+    QList<QWidget *> order;
+    for (int row = 0; row < std::min(m_recents.rowCount(), kMostChips); ++row)
+        order += m_places[m_recents.idAt(row)]->chip.focusOrder();
+    order.append(&m_more);
+    return order;
 }
 
 void RecentChipRow::refresh()

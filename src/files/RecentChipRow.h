@@ -3,6 +3,7 @@
 #include "notch/controls/AnimatedNumber.h"
 #include "notch/controls/ControlContext.h"
 
+#include <QList>
 #include <QString>
 #include <QUuid>
 #include <QWidget>
@@ -34,6 +35,10 @@ public:
     /// Of everything on it, 0 to 1.
     void setOpacity(double opacity);
     void shake(const QUuid &id);
+    /// Gives the keyboard to the first chip, where there is one.
+    void focusFirst() { takeFocusAt(0); }
+    /// What takes the keyboard, from left to right.
+    QList<QWidget *> focusOrder();
 
     QSize sizeHint() const override;
 
@@ -59,7 +64,6 @@ private:
     Place &ensurePlace(int row);
     void refresh();
     void placeMore();
-    void setFocusOrder();
     void takeFocusAt(double x);
     void applyLooks();
 

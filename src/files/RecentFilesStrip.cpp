@@ -23,6 +23,7 @@ constexpr int kStripBottom = 10;
 constexpr int kHeaderLine = 17;
 constexpr int kHeaderGap = 5;
 constexpr int kListTop = kStripTop + kHeaderLine + kHeaderGap;
+constexpr int kLeastToShowAll = 2;
 
 SoftButton::Content headerButton(const QString &text)
 {
@@ -51,6 +52,7 @@ RecentFilesStrip::RecentFilesStrip(const ControlContext &context, const RecentLi
     connect(&m_clear, &QAbstractButton::clicked, this, &RecentFilesStrip::clearWanted);
     connect(&m_chips, &RecentChipRow::allWanted, this, [this] { Q_EMIT expansionWanted(true); });
     connect(&m_recents, &RecentListModel::followed, this, &RecentFilesStrip::followRecents);
+    connect(&m_recents, &QAbstractItemModel::dataChanged, this, &RecentFilesStrip::showChips);
     connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
     listen(m_chips);
     listen(m_rows);
@@ -93,6 +95,7 @@ void RecentFilesStrip::setExpanded(bool expanded)
     if (expanded == m_isExpanded)
         return;
     const bool hadFocus = m_rows.hasFocus() || m_toggle.hasFocus() || m_chips.isAncestorOf(QApplication::focusWidget());
+    const bool keepsFocus = m_toggle.hasFocus() && m_recents.rowCount() >= kLeastToShowAll;
     m_isExpanded = expanded;
     m_chips.setVisible(true);
     m_rows.setVisible(true);
@@ -101,6 +104,8 @@ void RecentFilesStrip::setExpanded(bool expanded)
     applyExpansion();
     if (hadFocus && expanded)
         m_rows.setFocus(Qt::TabFocusReason);
+    else if (hadFocus && !keepsFocus)
+        m_chips.focusFirst();
 }
 
 void RecentFilesStrip::followRecents()
@@ -109,8 +114,26 @@ void RecentFilesStrip::followRecents()
     m_label.setText(m_isExpanded ? QStringLiteral("All recent · %1").arg(count) : QStringLiteral("Recent"));
     const QString toggle = m_isExpanded ? QStringLiteral("Show less") : QStringLiteral("Show all · %1").arg(count);
     m_toggle.setLabel(toggle);
-    m_toggle.setVisible(m_isExpanded || count >= 2);
+    m_toggle.setVisible(m_isExpanded || count >= kLeastToShowAll);
     arrangeHeader();
+    setFocusOrder();
+    showChips();
+}
+
+/// As everything stands; by itself the Tab key follows the order of its making.
+void RecentFilesStrip::setFocusOrder()
+{
+    QWidget *previous = &m_clear;
+    for (QWidget *next : m_chips.focusOrder()) {
+        setTabOrder(previous, next);
+        previous = next;
+    }
+}
+
+void RecentFilesStrip::showChips()
+{
+    if (!m_isExpanded)
+        m_recents.setVisibleRows(0, std::min(m_recents.rowCount(), RecentChipRow::kMostChips) - 1);
 }
 
 /// The chips fade in the first half, the rows in the second.

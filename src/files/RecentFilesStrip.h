@@ -50,6 +50,8 @@ private:
     template <typename View>
     void listen(View &view);
     void followRecents();
+    void showChips();
+    void setFocusOrder();
     void applyExpansion();
     void arrangeHeader();
 

@@ -84,23 +84,42 @@ int RecentListModel::rowOf(const QUuid &id) const
     return found == records().cend() ? -1 : static_cast<int>(found - records().cbegin());
 }
 
-void RecentListModel::wantThumbnail(int row)
+void RecentListModel::setVisibleRows(int first, int last)
 {
-    const QString path = file(row).path;
-    const bool mayHaveOne = m_around.presence.facts(standardizedPath(path)).isPresent();
-    if (m_around.thumbnails == nullptr || m_wanted.contains(path) || !mayHaveOne)
+    if (m_around.thumbnails == nullptr)
         return;
-    m_wanted.insert(path);
-    m_around.thumbnails->load(path);
+    QSet<QString> visible;
+    for (int row = first; row <= last; ++row) {
+        const QString path = file(row).path;
+        if (!m_around.presence.facts(standardizedPath(path)).isPresent())
+            continue;
+        visible.insert(path);
+        if (!m_visible.contains(path))
+            m_around.thumbnails->load(path);
+    }
+    m_visible = visible;
 }
 
 void RecentListModel::follow()
 {
     Q_EMIT aboutToFollow();
     const QList<RecentRecord> after = recordsOf(m_around.recents.items());
+    renewThumbnails(after);
     for (const ListStep &step : listSteps(records(), after))
         apply(step, after);
     Q_EMIT followed();
+}
+
+/// Of what was looked at again, since it may have changed.
+void RecentListModel::renewThumbnails(const QList<RecentRecord> &after)
+{
+    if (m_around.thumbnails == nullptr)
+        return;
+    for (const RecentRecord &record : after) {
+        const int before = rowOf(record.id);
+        if (before >= 0 && file(before).date != record.file.date)
+            m_around.thumbnails->renew(record.file.path);
+    }
 }
 
 void RecentListModel::followPlaying()

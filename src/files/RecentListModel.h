@@ -53,8 +53,9 @@ public:
     QUuid idAt(int row) const { return records().at(row).id; }
     /// -1 when it is not listed.
     int rowOf(const QUuid &id) const;
-    /// The row is about to be seen: its picture is made, unless that was tried already.
-    void wantThumbnail(int row);
+    /// The rows that can be seen now: the pictures of those that have come into sight are made, unless they are there.
+    /// One that cannot be made is tried again when its row comes into sight again.
+    void setVisibleRows(int first, int last);
 
 Q_SIGNALS:
     /// Around all the changes that lead from one state of the list to the next.
@@ -63,12 +64,13 @@ Q_SIGNALS:
 
 private:
     void follow();
+    void renewThumbnails(const QList<RecentRecord> &after);
     void followPlaying();
     void tellPaths(const QStringList &paths);
 
     Surroundings m_around;
     QString m_playingPath;
-    QSet<QString> m_wanted; ///< thumbnails asked for ever
+    QSet<QString> m_visible; ///< paths of the rows that can be seen
     QPropertyNotifier m_itemsWatch;
     QPropertyNotifier m_playingWatch;
     QPropertyNotifier m_positionWatch;

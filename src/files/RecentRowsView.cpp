@@ -307,7 +307,9 @@ void RecentRowsView::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
         if (!m_recents.entry(row).isPlayable)
             return;
-        Q_EMIT previewToggled(m_active);
+        // Held down it is one wish.
+        if (!event->isAutoRepeat())
+            Q_EMIT previewToggled(m_active);
         break;
     case Qt::Key_Delete:
         Q_EMIT forgotten(m_active);
@@ -353,8 +355,7 @@ void RecentRowsView::scrollContentsBy(int dx, int dy)
 void RecentRowsView::paintEvent(QPaintEvent *event)
 {
     const auto [first, last] = visibleRows();
-    for (int row = first; row <= last; ++row)
-        m_recents.wantThumbnail(row);
+    m_recents.setVisibleRows(first, last);
     RowListView::paintEvent(event);
 }
 

@@ -10,8 +10,18 @@ RecentThumbnails::RecentThumbnails(ThumbnailSource &source, QObject *parent)
 
 void RecentThumbnails::load(const QString &path)
 {
+    if (!m_pictures.contains(path) && !m_requests.contains(path))
+        request(path);
+}
+
+void RecentThumbnails::renew(const QString &path)
+{
     if (m_pictures.contains(path) || m_requests.contains(path))
-        return;
+        request(path);
+}
+
+void RecentThumbnails::request(const QString &path)
+{
     m_requests[path] =
         m_source.request(path, kPixelSize, this, [this, path](const QImage &picture) { take(path, picture); });
 }
@@ -22,6 +32,7 @@ void RecentThumbnails::take(const QString &path, const QImage &picture)
     const auto answered = m_requests.extract(path);
     if (picture.isNull())
         return;
+    m_order.removeOne(path);
     if (m_order.size() >= kCapacity)
         m_pictures.remove(m_order.takeFirst());
     m_pictures.insert(path, picture);

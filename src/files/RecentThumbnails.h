@@ -28,11 +28,14 @@ public:
     QImage cached(const QString &path) const { return m_pictures.value(path); }
     /// Has the picture made unless it is there, or being made. When there is none, the next call tries again.
     void load(const QString &path);
+    /// Has it made anew: the file may be another one by now. Until then the old one stays.
+    void renew(const QString &path);
 
 Q_SIGNALS:
     void arrived(const QString &path);
 
 private:
+    void request(const QString &path);
     void take(const QString &path, const QImage &picture);
 
     ThumbnailSource &m_source;

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void rowsWorkByPointer();
     void rowsWorkByKeys();
     void asksForPicturesOfWhatIsSeen();
+    void picturesComeBackIntoSight();
     void speaksToAssistiveTechnology();
     void isIdleAtRest();
 };
@@ -386,6 +387,13 @@ void RecentFilesStripTest::rowsWorkByKeys()
     strip.key(Qt::Key_Delete);
     QCOMPARE(strip.listed(), QStringLiteral("ABCDE"));
     // The keyboard goes on from where it was.
+    strip.view->expansionWanted(false);
+    strip.settle();
+    QVERIFY(strip.chips()[0]->hasFocus());
+    strip.view->expansionWanted(true);
+    strip.settle();
+    QVERIFY(strip.rows().hasFocus());
+    strip.key(Qt::Key_End);
     strip.key(Qt::Key_Delete);
     QCOMPARE(strip.listed(), QStringLiteral("ABCD"));
     strip.key(Qt::Key_Home);
@@ -411,6 +419,53 @@ void RecentFilesStripTest::asksForPicturesOfWhatIsSeen()
     strip.settle();
     // What is not seen is not asked for, and what could not be made not again.
     QVERIFY(strip.source.count() >= 5 && strip.source.count() <= 6);
+}
+
+void RecentFilesStripTest::picturesComeBackIntoSight()
+{
+    OpenStrip strip(QStringLiteral("ABCDEFGHIJKLMNOPQRST"), OpenStrip::Kind::Pictures);
+    QImage picture(64, 40, QImage::Format_RGB32);
+    const auto serveAll = [&](const QColor &color) {
+        picture.fill(color);
+        while (!strip.source.waiting().isEmpty())
+            strip.source.serve(picture);
+        strip.settle();
+    };
+    const auto isShown = [&](int row, const QColor &color) {
+        const QRect place = strip.rows().rowRect(row).toRect();
+        return strip.rows().viewport()->grab(place).toImage().pixelColor(15, 15) == color;
+    };
+    strip.source.serve({}); // of A none can be made
+    serveAll(Qt::red);
+    strip.view->expansionWanted(true);
+    strip.settle();
+    serveAll(Qt::red);
+    QVERIFY(isShown(1, Qt::red));
+    // More than are kept: those at the top make room for those at the bottom.
+    for (int row = 0; row < 20; ++row) {
+        strip.rows().scrollTo(strip.rows().model()->index(row, 0));
+        strip.settle();
+        serveAll(Qt::red);
+    }
+    QVERIFY(isShown(19, Qt::red));
+    QVERIFY(strip.thumbnails.cached(OpenStrip::pathOf(u'B')).isNull());
+    strip.rows().scrollTo(strip.rows().model()->index(0, 0));
+    strip.settle();
+    serveAll(Qt::green);
+    QVERIFY(isShown(0, Qt::green));
+    QVERIFY(isShown(1, Qt::green));
+    // Looked at again, a file may be another one.
+    strip.view->expansionWanted(false);
+    strip.settle();
+    serveAll(Qt::green);
+    const int asked = strip.source.count();
+    strip.recents.record(OpenStrip::pathOf(u'B'), {});
+    strip.settle();
+    QCOMPARE(strip.source.count(), asked + 1);
+    const auto chip = [&] { return strip.chips()[0]->grab().toImage().pixelColor(22, 15); };
+    QCOMPARE(chip(), QColor(Qt::green));
+    serveAll(Qt::blue);
+    QCOMPARE(chip(), QColor(Qt::blue));
 }
 
 void RecentFilesStripTest::speaksToAssistiveTechnology()
