@@ -89,7 +89,7 @@ bool AudioHead::isPlaying() const
 
 double AudioHead::length() const
 {
-    return m_preview.length() > 0 ? m_preview.length() : m_duration;
+    return isPlaying() && m_preview.length() > 0 ? m_preview.length() : m_duration;
 }
 
 void AudioHead::followPreview()

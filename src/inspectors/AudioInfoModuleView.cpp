@@ -63,6 +63,7 @@ AudioInfoModuleView::~AudioInfoModuleView()
 void AudioInfoModuleView::follow()
 {
     m_detail.setInspection(m_inspector.inspection());
+    setFocusOrder();
     showFile(m_inspector.inspection().info.has_value());
     for (QWidget *action : InspectorView::headerActions())
         action->installEventFilter(this);
@@ -81,11 +82,15 @@ bool AudioInfoModuleView::handleKey(const QKeyEvent &event, const QWidget *focus
     const bool isOnButton = qobject_cast<const QAbstractButton *>(focused) != nullptr;
     // In a value they move what is selected.
     const bool isOnText = qobject_cast<const QLineEdit *>(focused) != nullptr;
+    // There it plays the chosen one.
+    const bool isOnRow = focused == &strip().rows() && !strip().rows().activeId().isNull();
     switch (event.key()) {
     case Qt::Key_Space:
-        if (!isPlain || isOnButton || path.isEmpty() || !strip().rows().activeId().isNull())
+        if (!isPlain || isOnButton || isOnRow || path.isEmpty())
             return false;
-        preview.toggle(path);
+        // Held down it is one wish.
+        if (!event.isAutoRepeat())
+            preview.toggle(path);
         return true;
     case Qt::Key_Left:
     case Qt::Key_Right:

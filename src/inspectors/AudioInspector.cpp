@@ -76,7 +76,7 @@ void AudioInspector::detectTempo(const QString &path)
 
 void AudioInspector::clear()
 {
-    settle();
+    abandon();
     m_detection.cancel();
     if (!inspection().path.isEmpty())
         m_preview.stop(inspection().path);

@@ -19,8 +19,8 @@ FileInspector::FileInspector(const Surroundings &surroundings, const QString &re
 
 void FileInspector::open(const RecentFile &file)
 {
-    settle();
-    const auto take = [this, offer = m_offer, path = file.path](const QList<FileFacts> &facts) {
+    // What is being read goes on: this one may turn out to be gone.
+    const auto take = [this, offer = ++m_offer, path = file.path](const QList<FileFacts> &facts) {
         if (offer != m_offer)
             return;
         if (facts.first().isPresent()) {
@@ -49,7 +49,7 @@ void FileInspector::accept(const QString &path, const QString &summary)
 
 void FileInspector::awaitFacts(RequestHandle request, const std::function<void()> &refuse)
 {
-    settle();
+    abandon();
     m_isReading = true;
     m_request = std::move(request);
     m_patience = m_scheduler.after(kPatience, this, refuse);
@@ -57,10 +57,15 @@ void FileInspector::awaitFacts(RequestHandle request, const std::function<void()
 
 void FileInspector::settle()
 {
-    ++m_offer;
     m_isReading = false;
     m_request.cancel();
     m_patience.cancel();
+}
+
+void FileInspector::abandon()
+{
+    ++m_offer;
+    settle();
 }
 
 } // namespace ostrelle

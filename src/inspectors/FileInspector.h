@@ -59,18 +59,20 @@ protected:
     void reject();
     /// The file was read.
     void accept(const QString &path, const QString &summary);
-    /// Keeps a request until it calls settle(); calls `refuse` when that takes too long. Takes the place of the one
-    /// before.
+    /// Keeps a request until it calls settle(); calls `refuse` when that takes too long. Takes the place of whatever
+    /// was offered before.
     void awaitFacts(RequestHandle request, const std::function<void()> &refuse);
-    /// Nothing is awaited any more.
+    /// The file that is being read is awaited no more.
     void settle();
+    /// Nothing that was offered is awaited any more.
+    void abandon();
 
 private:
     FilePresence &m_presence;
     Haptics &m_haptics;
     TaskScheduler &m_scheduler;
     RecentFiles m_recents;
-    int m_offer = 0; ///< counts what may take the place of an open() that waits
+    int m_offer = 0; ///< counts what takes the place of an open() that waits
     RequestHandle m_request;
     Task m_patience;
     Task m_rejectionEnd;

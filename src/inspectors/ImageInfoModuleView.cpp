@@ -40,6 +40,7 @@ ImageInfoModuleView::~ImageInfoModuleView() = default;
 void ImageInfoModuleView::follow()
 {
     m_detail.setInspection(m_inspector.inspection());
+    setFocusOrder();
     showFile(m_inspector.inspection().info.has_value());
 }
 

@@ -56,7 +56,7 @@ void ImageInspector::take(const QString &path, const std::optional<ImageInfo> &i
 
 void ImageInspector::clear()
 {
-    settle();
+    abandon();
     m_thumbnailRequest.cancel();
     m_inspection = ImageInspection();
 }

@@ -5,6 +5,7 @@
 #include "files/RecentRowsView.h"
 #include "foundation/MakeChild.h"
 #include "inspectors/FileInspector.h"
+#include "inspectors/RefusalNote.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/DropOverlay.h"
 #include "notch/controls/DropWell.h"
@@ -38,6 +39,10 @@ InspectorView::InspectorView(FileInspector &inspector, Kind kind, const Surround
     , m_kind(std::move(kind))
     , m_around(surroundings)
     , m_context(context)
+    , m_choose(makeChild<GlyphButton>(
+          this, context, GlyphButton::Content{.symbol = QStringLiteral("folder"), .help = m_kind.chooseHelp}))
+    , m_clear(makeChild<GlyphButton>(
+          this, context, GlyphButton::Content{.symbol = QStringLiteral("xmark"), .help = QStringLiteral("Clear")}))
     , m_well(makeChild<DropWell>(this, context))
     , m_invitation(makeChild<EmptyStateView>(&m_well, context, m_kind.invitation))
     , m_refusal(makeChild<EmptyStateView>(&m_well, context, m_kind.refusal))
@@ -48,11 +53,8 @@ InspectorView::InspectorView(FileInspector &inspector, Kind kind, const Surround
                                         .preview = m_kind.isPlayable ? &surroundings.preview : nullptr,
                                         .thumbnails = m_kind.hasThumbnails ? &surroundings.thumbnails : nullptr},
           m_kind.symbol))
+    , m_note(makeChild<RefusalNote>(this, context, m_kind.refusal))
     , m_overlay(makeChild<DropOverlay>(this, context))
-    , m_choose(makeChild<GlyphButton>(
-          this, context, GlyphButton::Content{.symbol = QStringLiteral("folder"), .help = m_kind.chooseHelp}))
-    , m_clear(makeChild<GlyphButton>(
-          this, context, GlyphButton::Content{.symbol = QStringLiteral("xmark"), .help = QStringLiteral("Clear")}))
     , m_shown(context, 0, [this] { applyFade(); })
     , m_shake(context, [this] { arrange(); })
     , m_rejectionWatch(inspector.bindableRejected().addNotifier([this] { followRejection(); }))
@@ -72,6 +74,7 @@ InspectorView::InspectorView(FileInspector &inspector, Kind kind, const Surround
         setExpanded(false);
     });
     connect(&m_strip, &RecentFilesStrip::expansionWanted, this, &InspectorView::setExpanded);
+    connect(&m_note, &RefusalNote::faded, this, &InspectorView::applyFade);
     m_strip.setVisible(!inspector.recents().items().isEmpty());
     if (inspector.isRejected())
         followRejection();
@@ -90,7 +93,21 @@ void InspectorView::setDetail(QWidget &detail)
         widget->setGraphicsEffect(fade);
         fade->setEnabled(false);
     }
+    m_note.raise();
     m_overlay.raise();
+    setFocusOrder();
+}
+
+void InspectorView::setFocusOrder()
+{
+    QWidget *previous = &m_clear;
+    for (auto *control : m_detail->findChildren<QWidget *>()) {
+        // One that takes no focus has no place in the order.
+        if (control->focusPolicy() == Qt::NoFocus)
+            continue;
+        setTabOrder(previous, control);
+        previous = control;
+    }
 }
 
 std::optional<double> InspectorView::wantedBodyHeight() const
@@ -175,17 +192,24 @@ void InspectorView::followRejection()
     EmptyStateView &going = m_inspector.isRejected() ? m_invitation : m_refusal;
     going.disappear();
     coming.appear();
+    showNote();
     if (m_inspector.isRejected() && m_hasFile)
         m_shake.start();
+}
+
+/// Where a file is on display nothing else says that another one was refused.
+void InspectorView::showNote()
+{
+    m_note.setShown(m_inspector.isRejected() && m_hasFile);
 }
 
 void InspectorView::followRecents()
 {
     const bool hasRecents = !m_inspector.recents().items().isEmpty();
-    if (!hasRecents && m_strip.isExpanded())
-        setExpanded(false);
     if (!hasRecents && m_strip.isAncestorOf(QApplication::focusWidget()))
         setFocus(Qt::OtherFocusReason);
+    if (!hasRecents && m_strip.isExpanded())
+        setExpanded(false);
     m_strip.setVisible(hasRecents);
     tellHeight();
 }
@@ -211,6 +235,7 @@ void InspectorView::showFile(bool hasFile)
     // A view that is not on screen yet has nothing to fade from.
     if (!isVisible())
         m_shown.jumpTo(hasFile ? 1 : 0);
+    showNote();
     applyFade();
     showTarget();
     Q_EMIT headerActionsChanged();
@@ -224,9 +249,9 @@ void InspectorView::applyFade()
     m_well.setVisible(detail < 1 || !m_hasFile);
     m_detail->setVisible(detail > 0 || m_hasFile);
     m_wellFade->setLook(1 - detail, everything.translated(-m_well.pos()));
-    m_detailFade->setLook(detail, everything.translated(-m_detail->pos()));
+    m_detailFade->setLook(detail * m_note.remainder(), everything.translated(-m_detail->pos()));
     m_wellFade->setEnabled(m_shown.isMoving());
-    m_detailFade->setEnabled(m_shown.isMoving());
+    m_detailFade->setEnabled(m_shown.isMoving() || m_note.remainder() < 1);
     m_well.update();
     m_detail->update();
     arrange();
@@ -245,6 +270,7 @@ void InspectorView::arrange()
     m_well.setGeometry(kWellSide, kWellAbove, width() - 2 * kWellSide, static_cast<int>(kWellHeight) - 2 * kWellAbove);
     if (m_detail != nullptr)
         m_detail->setGeometry(static_cast<int>(std::lround(m_shake.offset())), 0, width(), detail);
+    m_note.setGeometry(0, 0, width(), detail);
     // The recent files travel while the one gives way to the other.
     const double shown = m_context.appearance.reducesMotion() ? m_shown.target() : m_shown.value();
     const auto above = static_cast<int>(std::lround(kWellHeight + (m_kind.detailHeight - kWellHeight) * shown));

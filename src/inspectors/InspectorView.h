@@ -23,6 +23,7 @@ class GlyphButton;
 class Haptics;
 class RecentFilesStrip;
 class RecentThumbnails;
+class RefusalNote;
 class ThumbnailSource;
 struct FileChoice;
 
@@ -81,6 +82,8 @@ protected:
     const Surroundings &around() const { return m_around; }
     /// Makes the detail known; it fills the place above the recent files. Once, in the constructor.
     void setDetail(QWidget &detail);
+    /// The detail has got other controls: the Tab key finds them between the header's and those of the recent files.
+    void setFocusOrder();
     /// The inspector's file is another one, or none.
     void showFile(bool hasFile);
     /// All facts on display as lines.
@@ -93,6 +96,7 @@ protected:
 private:
     void choose();
     void followRejection();
+    void showNote();
     void followRecents();
     void setExpanded(bool expanded);
     void showTarget();
@@ -104,13 +108,15 @@ private:
     const Kind m_kind;
     Surroundings m_around;
     ControlContext m_context;
+    // In the order of the Tab key.
+    GlyphButton &m_choose;
+    GlyphButton &m_clear;
     DropWell &m_well;
     EmptyStateView &m_invitation;
     EmptyStateView &m_refusal;
     RecentFilesStrip &m_strip;
+    RefusalNote &m_note;
     DropOverlay &m_overlay;
-    GlyphButton &m_choose;
-    GlyphButton &m_clear;
     QWidget *m_detail = nullptr;
     ContentFade *m_wellFade = nullptr;
     ContentFade *m_detailFade = nullptr;

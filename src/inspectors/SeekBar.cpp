@@ -77,6 +77,16 @@ bool SeekBar::event(QEvent *event)
     return QAbstractSlider::event(event);
 }
 
+void SeekBar::changeEvent(QEvent *event)
+{
+    // The release is not told any more.
+    if (event->type() == QEvent::EnabledChange && !isEnabled() && isSliderDown()) {
+        setSliderPosition(value());
+        setSliderDown(false);
+    }
+    QAbstractSlider::changeEvent(event);
+}
+
 void SeekBar::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)

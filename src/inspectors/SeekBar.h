@@ -8,7 +8,7 @@
 namespace ostrelle {
 
 /// A thin bar that shows where in a sound one is, and goes elsewhere by a press, a drag or keys. Its values are
-/// milliseconds.
+/// milliseconds. Disabled in the middle of a drag it lets go of it.
 class SeekBar : public QAbstractSlider
 {
     Q_OBJECT
@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;

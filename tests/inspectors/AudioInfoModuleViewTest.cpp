@@ -1,5 +1,6 @@
 #include "inspectors/AudioInfoModuleView.h"
 #include "InspectorsFixture.h"
+#include "files/RecentChip.h"
 #include "files/RecentFilesStrip.h"
 #include "files/RecentRowsView.h"
 #include "inspectors/AudioHead.h"
@@ -25,12 +26,16 @@ class AudioInfoModuleViewTest : public TestBase
 private Q_SLOTS:
     void wantsTheHeightOfWhatItShows();
     void invitesAndRefuses();
+    void saysOverTheFactsThatAnotherFileWasRefused();
     void showsTheFactsInOrder();
     void leavesOutWhatIsNotKnown();
     void showsTheTempoAsItIsFoundOut();
     void aRowStaysWhileTheTempoIsFound();
     void playsAndSeeksInTheHead();
+    void letsGoOfTheBarWhenTheSoundEnds();
     void playsByKeysUnlessAControlHasThem();
+    void theTabKeyGoesFromTopToBottom();
+    void keysGoOnWhenTheLastRecentFileIsForgotten();
     void shakesWhenItCannotBePlayed();
     void copiesAllFacts();
     void offersTheChooserAndTheWayBack();
@@ -103,6 +108,36 @@ void AudioInfoModuleViewTest::invitesAndRefuses()
     fixture.tool.emplace(fixture.audio, fixture.surroundings, fixture.context, nullptr);
     fixture.start();
     QCOMPARE(AudioTool::message(fixture.view()), QStringLiteral("That isn't an audio file"));
+}
+
+void AudioInfoModuleViewTest::saysOverTheFactsThatAnotherFileWasRefused()
+{
+    AudioTool fixture;
+    fixture.start();
+    const QString path = fixture.showFerry();
+    const auto facts = [&] { return fixture.view().grab(QRect(14, 86, 560, 108)).toImage(); };
+    const QImage before = facts();
+    fixture.audio.load(QStringLiteral("/a/paper.pdf"));
+    const auto pass = [&](std::chrono::milliseconds time) {
+        for (; time > 0ms; time -= 100ms)
+            fixture.clock.advance(100ms);
+    };
+    pass(1900ms);
+    QCOMPARE(AudioTool::message(fixture.view()), QStringLiteral("That isn't an audio file"));
+    QCOMPARE(AudioTool::rows(fixture.view()).size(), 8);
+    QVERIFY(facts() != before);
+    pass(1s);
+    QCOMPARE(AudioTool::message(fixture.view()), QString());
+    QCOMPARE(facts(), before);
+    // With the file goes the place for it: the well says the same.
+    fixture.audio.load(QStringLiteral("/a/paper.pdf"));
+    fixture.audio.clear();
+    pass(1s);
+    QCOMPARE(AudioTool::message(fixture.view()), QStringLiteral("That isn't an audio file"));
+    // What could be read was not refused.
+    fixture.showAudio(path);
+    pass(1s);
+    QCOMPARE(AudioTool::message(fixture.view()), QString());
 }
 
 void AudioInfoModuleViewTest::showsTheFactsInOrder()
@@ -222,6 +257,26 @@ void AudioInfoModuleViewTest::playsAndSeeksInTheHead()
     QVERIFY(fixture.bar().isHidden());
 }
 
+void AudioInfoModuleViewTest::letsGoOfTheBarWhenTheSoundEnds()
+{
+    AudioTool fixture;
+    fixture.start();
+    const QString path = fixture.showFerry();
+    fixture.preview.toggle(path);
+    fixture.settle();
+    QSignalSpy sought(&fixture.bar(), &SeekBar::sought);
+    QTest::mousePress(&fixture.bar(), Qt::LeftButton, {}, QPoint(fixture.bar().width() / 2, 7));
+    QVERIFY(fixture.bar().isSliderDown());
+    fixture.preview.toggle(QStringLiteral("/a/other.wav"));
+    QTest::mouseRelease(&fixture.bar(), Qt::LeftButton, {}, QPoint(fixture.bar().width() / 2, 7));
+    QCOMPARE(sought.count(), 0);
+    QCOMPARE(fixture.preview.position(), 0.0);
+    // Played again, it tells the time.
+    fixture.preview.toggle(path);
+    fixture.preview.play(30);
+    QCOMPARE(fixture.bar().shownPosition(), 30.0);
+}
+
 void AudioInfoModuleViewTest::playsByKeysUnlessAControlHasThem()
 {
     AudioTool fixture;
@@ -260,6 +315,87 @@ void AudioInfoModuleViewTest::playsByKeysUnlessAControlHasThem()
     QCOMPARE(fixture.preview.playingPath(), QString());
     AudioTool::press(Qt::Key_Right);
     QCOMPARE(fixture.preview.position(), 0.0);
+
+    // A row under the pointer is not what the keys are about, and a held key is one wish.
+    const QString other = fixture.addAudio(QStringLiteral("other.wav"), 90);
+    fixture.audio.recents().record(other, {});
+    fixture.view().strip().expansionWanted(true);
+    fixture.settle();
+    QWidget &rows = *fixture.view().strip().rows().viewport();
+    QMouseEvent move(QEvent::MouseMove, QPointF(300, 15), rows.mapToGlobal(QPointF(300, 15)), Qt::NoButton, {}, {});
+    QCoreApplication::sendEvent(&rows, &move);
+    QVERIFY(!fixture.view().strip().rows().activeId().isNull());
+    fixture.view().setFocus();
+    AudioTool::press(Qt::Key_Space);
+    QCOMPARE(fixture.preview.playingPath(), path);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "), true);
+    QCoreApplication::sendEvent(&fixture.view(), &held);
+    QCOMPARE(fixture.preview.playingPath(), path);
+    fixture.view().strip().rows().setFocus(Qt::TabFocusReason);
+    AudioTool::press(Qt::Key_Space);
+    QCOMPARE(fixture.preview.playingPath(), other);
+    QCoreApplication::sendEvent(&fixture.view().strip().rows(), &held);
+    QCOMPARE(fixture.preview.playingPath(), other);
+}
+
+void AudioInfoModuleViewTest::theTabKeyGoesFromTopToBottom()
+{
+    AudioTool fixture;
+    fixture.start();
+    for (const char *name : {"d.wav", "c.wav", "b.wav"})
+        fixture.audio.recents().record(fixture.addAudio(QString::fromLatin1(name)), {});
+    const QString path = fixture.showFerry();
+    for (QWidget *action : fixture.view().headerActions())
+        action->show(); // as the chrome does
+    fixture.preview.toggle(path);
+    fixture.settle();
+    // Until it begins anew.
+    const auto namesOnTheWay = [&] {
+        QStringList names;
+        const QWidget *first = nullptr;
+        fixture.view().setFocus(Qt::OtherFocusReason);
+        while (names.size() < 30) {
+            AudioTool::press(Qt::Key_Tab);
+            fixture.settle();
+            const QWidget *reached = QApplication::focusWidget();
+            if (reached == first)
+                break;
+            first = first != nullptr ? first : reached;
+            names.append(reached->toolTip().isEmpty() ? reached->accessibleName() : reached->toolTip());
+        }
+        return names;
+    };
+    const QStringList above{QStringLiteral("Choose an audio file…"), QStringLiteral("Clear"), QStringLiteral("Stop"),
+                            QStringLiteral("Position"), QStringLiteral("Read it as double time")};
+    const QStringList chips{
+        QStringLiteral("Show all · 4"), QStringLiteral("Forget all recent files"), path,
+        QStringLiteral("Stop"),         QStringLiteral("Forget this file"),        QStringLiteral("/a/b.wav"),
+        QStringLiteral("Play"),         QStringLiteral("Forget this file"),        QStringLiteral("/a/c.wav"),
+        QStringLiteral("Play"),         QStringLiteral("Forget this file"),        QStringLiteral("1 more · show all")};
+    QCOMPARE(namesOnTheWay(), above + chips);
+    fixture.view().strip().expansionWanted(true);
+    fixture.settle();
+    QCOMPARE(namesOnTheWay(),
+             above + QStringList({QStringLiteral("Show less"), QStringLiteral("Forget all recent files"),
+                                  QStringLiteral("Recent files")}));
+}
+
+void AudioInfoModuleViewTest::keysGoOnWhenTheLastRecentFileIsForgotten()
+{
+    for (const bool isExpanded : {false, true}) {
+        AudioTool fixture;
+        fixture.start();
+        fixture.showFerry();
+        fixture.view().strip().expansionWanted(isExpanded);
+        fixture.settle();
+        QWidget *listed = isExpanded ? static_cast<QWidget *>(&fixture.view().strip().rows())
+                                     : fixture.view().findChild<RecentChip *>();
+        listed->setFocus(Qt::TabFocusReason);
+        AudioTool::press(Qt::Key_Delete);
+        fixture.settle();
+        QVERIFY(fixture.audio.recents().items().isEmpty());
+        QVERIFY(fixture.view().hasFocus());
+    }
 }
 
 void AudioInfoModuleViewTest::shakesWhenItCannotBePlayed()

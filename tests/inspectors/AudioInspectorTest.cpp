@@ -22,6 +22,7 @@ private Q_SLOTS:
     void readsTheTempoAsDoubleTime();
     void stopsThePlayer();
     void opensRecentFiles();
+    void aMissingRecentFileLeavesTheOneBeingRead();
     void clearingEndsEverything();
     void countsASlowVolumeAsPresent();
 };
@@ -244,6 +245,28 @@ void AudioInspectorTest::opensRecentFiles()
     QTRY_VERIFY(isAnswered);
     QCOMPARE(fixture.audio.inspection().path, later);
     QVERIFY(fixture.facts.waiting().isEmpty());
+}
+
+void AudioInspectorTest::aMissingRecentFileLeavesTheOneBeingRead()
+{
+    InspectorsFixture fixture;
+    fixture.audio.recents().record(QStringLiteral("/a/gone.wav"), {});
+    const QString path = fixture.addAudio(QStringLiteral("horn.wav"), 128);
+    fixture.audio.load(path);
+    fixture.audio.open(fixture.audio.recents().items().first());
+    QTRY_VERIFY(fixture.audio.isRejected());
+    QVERIFY(fixture.audio.isReading());
+    fixture.facts.answer(path);
+    QCOMPARE(fixture.audio.inspection().path, path);
+
+    // One that is there takes its place, although the first one is read meanwhile.
+    const QString later = fixture.addAudio(QStringLiteral("later.wav"), 90);
+    fixture.audio.recents().record(later, {});
+    fixture.clock.advance(3s);
+    fixture.audio.load(path);
+    fixture.audio.open(fixture.audio.recents().items().first());
+    fixture.facts.answer(path);
+    QTRY_COMPARE(fixture.facts.waiting(), QStringList(later));
 }
 
 void AudioInspectorTest::clearingEndsEverything()
