@@ -1,4 +1,4 @@
-# The xcb libraries of the X11 backend, as one imported target.
+# The xcb libraries of the X11 backend, and what reads its keyboard maps, as one imported target.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(
   XCB
@@ -14,4 +14,6 @@ pkg_check_modules(
   xcb-render
   xcb-res
   xcb-icccm
-  xcb-xkb)
+  xcb-xkb
+  xkbcommon
+  xkbcommon-x11)

@@ -4,7 +4,7 @@ build_packages=(
   qt6-base-dev libgl-dev libsimdjson-dev libbenchmark-dev
   libxcb1-dev libxcb-xfixes0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-xinput-dev libxcb-shm0-dev
   libxcb-composite0-dev libxcb-render0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-xkb-dev libxcb-xtest0-dev
-  libx11-dev
+  libx11-dev libxkbcommon-dev libxkbcommon-x11-dev
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
   libmpg123-dev libpulse-dev libswresample-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
@@ -20,6 +20,6 @@ tour_packages=(
   pulseaudio pulseaudio-utils
 )
 test_packages=(
-  clang clang-format clang-tidy x11-xkb-utils psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
+  clang clang-format clang-tidy x11-xkb-utils xfwm4 psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
   qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools sox lame flac vorbis-tools opus-tools speex
 )

@@ -19,6 +19,8 @@ class FileIcons;
 class FileOpening;
 class Frontmost;
 class Haptics;
+class HotKeys;
+class KeyboardLayout;
 class OutsideActivity;
 class PanelHost;
 class PointerNear;
@@ -52,6 +54,8 @@ public:
     virtual ColourPicker &colourPicker() = 0;
     virtual Haptics &haptics() = 0;
     virtual AlertSound &alertSound() = 0;
+    virtual KeyboardLayout &keyboardLayout() = 0;
+    virtual HotKeys &hotKeys() = 0;
 
     /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The
     /// process ends with a non-zero status right after it.

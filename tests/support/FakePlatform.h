@@ -12,6 +12,8 @@
 #include "support/FakeFileOpening.h"
 #include "support/FakeFrontmost.h"
 #include "support/FakeHaptics.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeKeyboardLayout.h"
 #include "support/FakeOutsideActivity.h"
 #include "support/FakePanelHost.h"
 #include "support/FakePointerNear.h"
@@ -46,6 +48,8 @@ public:
     FakeColourPicker &colourPicker() override { return m_colourPicker; }
     FakeHaptics &haptics() override { return m_haptics; }
     FakeAlertSound &alertSound() override { return m_alertSound; }
+    FakeKeyboardLayout &keyboardLayout() override { return m_keyboardLayout; }
+    FakeHotKeys &hotKeys() override { return m_hotKeys; }
 
     void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
     /// The display goes away.
@@ -69,6 +73,8 @@ private:
     FakeColourPicker m_colourPicker;
     FakeHaptics m_haptics;
     FakeAlertSound m_alertSound;
+    FakeKeyboardLayout m_keyboardLayout;
+    FakeHotKeys m_hotKeys;
     std::function<void()> m_displayLost;
 };
 

@@ -5,6 +5,7 @@
 #include "platform/freedesktop/NoHaptics.h"
 #include "platform/freedesktop/PortalAppearance.h"
 #include "platform/freedesktop/PortalFileChooser.h"
+#include "platform/freedesktop/PortalHotKeys.h"
 #include "platform/freedesktop/ThemeFileIcons.h"
 #include "platform/x11/DisplayLoss.h"
 #include "platform/x11/ToolkitConnection.h"
@@ -16,13 +17,16 @@
 #include "platform/x11/X11DragSense.h"
 #include "platform/x11/X11FileDrags.h"
 #include "platform/x11/X11Frontmost.h"
+#include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11IconTheme.h"
+#include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11OutsideActivity.h"
 #include "platform/x11/X11PanelHost.h"
 #include "platform/x11/X11PointerNear.h"
 #include "platform/x11/X11Popups.h"
 #include "platform/x11/X11RawPointer.h"
 #include "platform/x11/X11Screens.h"
+#include "platform/x11/Xwayland.h"
 
 #include <QString>
 
@@ -54,6 +58,8 @@ struct X11Platform::Services
     X11ColourPicker colourPicker;
     NoHaptics haptics;
     X11AlertSound alertSound;
+    X11Keyboard keyboard;
+    std::unique_ptr<HotKeys> hotKeys;
 };
 
 X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath)
@@ -72,10 +78,16 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , fileChooser(scheduler)
     , colourPicker(screens, rawPointer, scheduler)
     , alertSound(*watch)
+    , keyboard(*watch, scheduler)
 {
     QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
                      [this](const QString &name) { fileIcons.setTheme(name); });
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
+    if (isXwayland(watch->xcb(), watch->root())) {
+        hotKeys = std::make_unique<PortalHotKeys>(keyboard);
+    } else {
+        hotKeys = std::make_unique<X11HotKeys>(*watch, keyboard);
+    }
     watch->flush();
 }
 
@@ -178,6 +190,16 @@ Haptics &X11Platform::haptics()
 AlertSound &X11Platform::alertSound()
 {
     return m_services->alertSound;
+}
+
+KeyboardLayout &X11Platform::keyboardLayout()
+{
+    return m_services->keyboard;
+}
+
+HotKeys &X11Platform::hotKeys()
+{
+    return *m_services->hotKeys;
 }
 
 void X11Platform::setDisplayLostHandler(std::function<void()> handler)

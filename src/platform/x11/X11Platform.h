@@ -32,6 +32,8 @@ public:
     ColourPicker &colourPicker() override;
     Haptics &haptics() override;
     AlertSound &alertSound() override;
+    KeyboardLayout &keyboardLayout() override;
+    HotKeys &hotKeys() override;
     void setDisplayLostHandler(std::function<void()> handler) override;
 
 private:

@@ -15,6 +15,8 @@ class ColourPicker;
 class DragOut;
 class DragSense;
 class FileDrags;
+class HotKeys;
+class KeyboardLayout;
 class OutsideActivity;
 class PanelHost;
 class PointerNear;
@@ -38,6 +40,8 @@ public:
     virtual DragOut &dragOut() = 0;
     virtual Screens &screens() = 0;
     virtual ColourPicker &colourPicker() = 0;
+    virtual HotKeys &hotKeys() = 0;
+    virtual KeyboardLayout &keyboardLayout() = 0;
 
     /// The user's doings; all are done, as far as the desktop is concerned, on return.
     virtual void movePointer(const QPointF &panelPosition) = 0;
@@ -63,6 +67,16 @@ public:
     virtual void dragFiles(const QStringList &paths) = 0;
     /// Splits the desktop into screens side by side, of these names.
     virtual void arrangeScreens(const QList<QString> &names) = 0;
+    /// Presses the modifiers and the key at the place of that virtual key.
+    virtual void holdKeys(quint32 keyCode, Qt::KeyboardModifiers modifiers) = 0;
+    /// Keeps them down until the key has been repeated several times.
+    virtual void letKeysRepeat() = 0;
+    virtual void releaseKeys() = 0;
+    /// Another program takes these keys for itself; later it ends.
+    virtual void takeKeysElsewhere(quint32 keyCode, Qt::KeyboardModifiers modifiers) = 0;
+    virtual void letKeysGoElsewhere() = 0;
+    /// Another window manager takes over.
+    virtual void changeWindowManager() = 0;
 };
 
 } // namespace ostrelle

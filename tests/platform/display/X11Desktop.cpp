@@ -1,7 +1,10 @@
 #include "ContractDesktop.h"
 #include "OtherProgram.h"
 #include "PeerClient.h"
+#include "PeerKeyboard.h"
 #include "Waiting.h"
+#include "platform/HotKeys.h"
+#include "platform/KeyboardLayout.h"
 #include "platform/OutsideActivity.h"
 #include "platform/PanelHost.h"
 #include "platform/Platform.h"
@@ -38,6 +41,8 @@ public:
     DragOut &dragOut() override { return m_platform->dragOut(); }
     Screens &screens() override { return m_platform->screens(); }
     ColourPicker &colourPicker() override { return m_platform->colourPicker(); }
+    HotKeys &hotKeys() override { return m_platform->hotKeys(); }
+    KeyboardLayout &keyboardLayout() override { return m_platform->keyboardLayout(); }
 
     void movePointer(const QPointF &panelPosition) override
     {
@@ -139,6 +144,16 @@ public:
         }
         settle();
     }
+    void holdKeys(quint32 keyCode, Qt::KeyboardModifiers modifiers) override { m_keys.hold(keyCode, modifiers); }
+    void letKeysRepeat() override { m_keys.letItRepeat(); }
+    void releaseKeys() override { m_keys.release(); }
+    void takeKeysElsewhere(quint32 keyCode, Qt::KeyboardModifiers modifiers) override
+    {
+        m_otherKeys.emplace();
+        m_otherKeys->grab(keyCode, modifiers);
+    }
+    void letKeysGoElsewhere() override { m_otherKeys.reset(); }
+    void changeWindowManager() override { m_keys.announceWindowManager(); }
     ~X11Desktop() override
     {
         for (const QString &name : std::as_const(m_monitors)) {
@@ -173,6 +188,8 @@ private:
     QList<QColor> m_colours;
     QPoint m_pointed;
     std::optional<OtherProgram> m_source;
+    PeerKeyboard m_keys;
+    std::optional<PeerKeyboard> m_otherKeys;
 };
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
 #include "support/FakeFileDrags.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeKeyboardLayout.h"
 #include "support/FakeOutsideActivity.h"
 #include "support/FakePanelHost.h"
 #include "support/FakePointerNear.h"
@@ -10,6 +12,8 @@
 #include "support/FakeScreens.h"
 
 #include <QTest>
+
+#include <functional>
 
 namespace ostrelle {
 
@@ -27,6 +31,8 @@ public:
     DragOut &dragOut() override { return m_dragOut; }
     Screens &screens() override { return m_screens; }
     ColourPicker &colourPicker() override { return m_colourPicker; }
+    HotKeys &hotKeys() override { return m_hotKeys; }
+    KeyboardLayout &keyboardLayout() override { return m_keyboardLayout; }
 
     void movePointer(const QPointF &panelPosition) override
     {
@@ -91,6 +97,19 @@ public:
         }
         m_screens.arrange(screens);
     }
+    void holdKeys(quint32 keyCode, Qt::KeyboardModifiers modifiers) override
+    {
+        m_repeat = [this, keyCode, modifiers] { m_hotKeys.press(keyCode, modifiers); };
+        m_repeat();
+    }
+    void letKeysRepeat() override { m_repeat(); }
+    void releaseKeys() override { m_hotKeys.release(); }
+    void takeKeysElsewhere(quint32 keyCode, Qt::KeyboardModifiers modifiers) override
+    {
+        m_hotKeys.holdElsewhere(keyCode, modifiers);
+    }
+    void letKeysGoElsewhere() override { m_hotKeys.letGoElsewhere(); }
+    void changeWindowManager() override { m_hotKeys.askAgain(); }
 
 private:
     PickedColour pointedColour() const { return {m_pointed.redF(), m_pointed.greenF(), m_pointed.blueF()}; }
@@ -105,6 +124,9 @@ private:
     FakeDragOut m_dragOut;
     FakeColourPicker m_colourPicker;
     QColor m_pointed;
+    FakeHotKeys m_hotKeys;
+    FakeKeyboardLayout m_keyboardLayout;
+    std::function<void()> m_repeat;
     QStringList m_dragged;
 };
 
