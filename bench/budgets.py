@@ -17,6 +17,7 @@ sys.dont_write_bytecode = True
 
 from harness.desktop import BUILD, Desktop  # noqa: E402
 from harness.drag import DragSource, uri  # noqa: E402
+from harness.keyboard import SHIFT, SUPER, Keyboard, V  # noqa: E402
 from harness.peer import Peer, xclip  # noqa: E402
 from harness.program import Program  # noqa: E402
 from harness.waiting import holds_for, wait_until  # noqa: E402
@@ -167,6 +168,30 @@ def measure_first_frame(desktop):
             wire.ask("close")
         wire.close()
     report("open to its first frame on screen, median of 11", statistics.median(times), 30, "ms", f"max {max(times):.0f}")
+
+
+def measure_shortcut(desktop):
+    """From the press of the last key, in another program, to the first frame of the opening."""
+    Peer(desktop, "Below", (0, 0, 1920, 1080)).activate()
+    middle = desktop.frames.width // 2
+    area = (middle - 200, 0, 400, 60)
+    keyboard = Keyboard(desktop)
+    times = []
+    with Program(desktop) as program:
+        wire = Wire(program)
+        for _ in range(11):
+            keyboard.hold(SUPER, SHIFT)
+            closed = desktop.settled(*area, quiet=0.8).data
+            begin = time.monotonic()
+            keyboard.hold(V)
+            wait_until(lambda: desktop.frames.grab(*area).data != closed, "the first frame", interval=0.001)
+            times.append((time.monotonic() - begin) * 1000)
+            keyboard.release()
+            wire.ask("close")
+        wire.close()
+    keyboard.close()
+    report("shortcut to its first frame on screen, median of 11", statistics.median(times), 30, "ms",
+           f"max {max(times):.0f}")
 
 
 def measure_wakeups(desktop):
@@ -490,9 +515,9 @@ def compare(desktop):
 
 MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images,
             "memory-copy": measure_memory_copy, "start": measure_start,
-            "first-frame": measure_first_frame, "wakeups": measure_wakeups, "copies": measure_copies,
-            "copies-images": measure_copies_images, "gaps": measure_gaps, "commands": measure_commands,
-            "drags": measure_drags, "shelf": measure_shelf}
+            "first-frame": measure_first_frame, "shortcut": measure_shortcut, "wakeups": measure_wakeups,
+            "copies": measure_copies, "copies-images": measure_copies_images, "gaps": measure_gaps,
+            "commands": measure_commands, "drags": measure_drags, "shelf": measure_shelf}
 
 
 def main():

@@ -7,6 +7,7 @@
 #include "app/Services.h"
 #include "app/SettingsRequests.h"
 #include "app/ShelfRequests.h"
+#include "app/ShortcutsRequests.h"
 #include "app/StatusReport.h"
 #include "clipboard/ClipboardService.h"
 #include "core/SettingsStore.h"
@@ -23,6 +24,7 @@
 #include "platform/ClipboardPort.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
+#include "shortcuts/ShortcutService.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -54,6 +56,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_services.platform().setDisplayLostHandler([this] { saveWithoutDisplay(); });
     m_services.controller().start(m_services.panel());
     m_services.dropDelegate();
+    m_services.shortcuts().start();
     if (settings.clipboardEnabled())
         m_services.clipboard().start();
     m_phaseNotifier = m_services.viewModel().bindablePhase().addNotifier([this] { forgetUndo(); });
@@ -84,6 +87,7 @@ void AppDelegate::startCommands()
     addProjectsRequests(m_router, m_services.projects(), m_services.filePresence(),
                         m_services.platform().fileOpening());
     addSettingsRequests(m_router, m_services.settings());
+    addShortcutsRequests(m_router, m_services.shortcuts());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });

@@ -39,6 +39,8 @@
 #include "platform/FileOpening.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
+#include "shortcuts/NotchShortcutActions.h"
+#include "shortcuts/ShortcutService.h"
 
 #include <QCoreApplication>
 
@@ -245,6 +247,21 @@ NotchDropDelegate &Services::dropDelegate()
                             const FilePresence::Answer &answer) { filePresence().ask(paths, context, answer); },
             .openTool = [this] { return panel().openTool(); },
         });
+    });
+}
+
+ShortcutActions &Services::shortcutActions()
+{
+    return ensure(m_shortcutActions, [this]() -> std::unique_ptr<ShortcutActions> {
+        return std::make_unique<NotchShortcutActions>(controller(), std::function<void()>());
+    });
+}
+
+ShortcutService &Services::shortcuts()
+{
+    return ensure(m_shortcuts, [this] {
+        return std::make_unique<ShortcutService>(defaults(), platform().hotKeys(), platform().keyboardLayout(),
+                                                 shortcutActions());
     });
 }
 

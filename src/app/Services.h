@@ -36,6 +36,8 @@ class ProjectsService;
 class RecentThumbnails;
 class SaveRetry;
 class SettingsStore;
+class ShortcutActions;
+class ShortcutService;
 class SystemTaskScheduler;
 class TaskScheduler;
 class ThumbnailSource;
@@ -67,6 +69,8 @@ public:
     ToolRegistry &tools();
     NotchPanel &panel();
     NotchDropDelegate &dropDelegate();
+    ShortcutActions &shortcutActions();
+    ShortcutService &shortcuts();
     MediaClient &media();
     ThumbnailSource &thumbnails();
     /// The same, of what links lead to.
@@ -128,6 +132,8 @@ private:
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
     std::unique_ptr<NotchDropDelegate> m_dropDelegate;
+    std::unique_ptr<ShortcutActions> m_shortcutActions;
+    std::unique_ptr<ShortcutService> m_shortcuts;
 };
 
 } // namespace ostrelle

@@ -1,6 +1,7 @@
 #include "app/StatusReport.h"
 
 #include "app/Services.h"
+#include "app/ShortcutsRequests.h"
 #include "core/SettingsStore.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchController.h"
@@ -112,6 +113,7 @@ QJsonObject statusReport(Services &services)
          services.appearance().scheme() == ColorScheme::Dark ? QStringLiteral("dark") : QStringLiteral("light")},
         {QStringLiteral("compositor"), host.hasCompositor()},
         {QStringLiteral("counts"), counts(services.tools())},
+        {QStringLiteral("shortcuts"), shortcutStates(services.shortcuts())},
     };
 }
 

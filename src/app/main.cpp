@@ -6,7 +6,9 @@
 #include "foundation/CoreDumps.h"
 #include "foundation/DataFolderLock.h"
 #include "foundation/LargeBlocks.h"
+#include "platform/KeyboardLayout.h"
 #include "platform/PlatformStart.h"
+#include "records/KeyNames.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -14,6 +16,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -25,6 +28,13 @@ int failWith(const QString &message)
 {
     std::fprintf(stderr, "ostrelle: %s\n", qUtf8Printable(message));
     return kFailed;
+}
+
+/// For the command `ostrelle`, which links nothing that knows keyboards.
+int printKeyNames()
+{
+    const QByteArray names = encodedKeyNames(KeyboardLayout::currentKeyNames());
+    return std::puts(names.constData()) < 0 ? kFailed : 0;
 }
 
 /// The arguments that the command `ostrelle` passes; started by hand, the program takes the lock by itself.
@@ -72,6 +82,8 @@ int main(int argc, char **argv)
     // Nor does a line for a terminal that has gone. (QProcess gives its children the usual handling again.)
     std::signal(SIGPIPE, SIG_IGN);
     installLogFormat();
+    if (argc == 2 && std::strcmp(argv[1], "--key-names") == 0)
+        return printKeyNames();
     QString problem;
     const auto backend = PlatformStart::prepare(&problem);
     if (!backend)

@@ -6,6 +6,7 @@
 #include "command/ProjectsCommands.h"
 #include "command/SettingsCommands.h"
 #include "command/ShelfCommands.h"
+#include "command/ShortcutsCommands.h"
 #include "command/ThumbnailCommand.h"
 
 namespace ostrelle {
@@ -18,6 +19,11 @@ const QString kShelfNumberHelp = QStringLiteral("N is the number that \"shelf li
 const QString kProjectNumberHelp = QStringLiteral("N is the number that \"projects list\" shows, counted from 1.");
 const QString kAddHelp = QStringLiteral("What is listed already stays where it is. What does not exist is named on "
                                         "standard error, and the\nexit status is 1, after the rest was added.");
+const QString kActionHelp = QStringLiteral("ACTION is one of toggleNotch, openClipboard, pickColor.");
+const QString kComboHelp = QStringLiteral(
+    "COMBO is written like Shift+Super+V: Control, Alt, Shift and Super, at least one of them, and a key "
+    "by the\nname that your layout prints on it, or Space, Return, Tab, Left, F5 and so on. It belongs to the "
+    "place of the\nkey, whatever layout is used later.");
 const QString kValueHelp = QStringLiteral("VALUE is JSON; a bare word counts as a string, lists are JSON arrays.\n"
                                           "The keys are those of \"settings list\".");
 
@@ -117,6 +123,18 @@ std::vector<CommandSpec> makeTable()
          1,
          1,
          runSettingsReset},
+        {text("shortcuts list"),
+         {},
+         text("The key combinations that work in every program"),
+         text("With --json also whether the desktop gave them to the running program (\"state\")."),
+         true,
+         0,
+         0,
+         runShortcutsList},
+        {text("shortcuts set"), text("ACTION COMBO"), text("Give an action a key combination"),
+         kActionHelp + QLatin1Char('\n') + kComboHelp, false, 2, 2, runShortcutsSet},
+        {text("shortcuts unset"), text("ACTION"), text("Take an action's key combination away"), kActionHelp, false, 1,
+         1, runShortcutsUnset},
         {text("thumbnail"),
          text("FILE"),
          text("Write a picture of a file: an image, a video, the cover of a song, a document"),

@@ -5,6 +5,7 @@
 #include "command/Output.h"
 #include "command/StartProgram.h"
 #include "records/KestroModule.h"
+#include "records/ShortcutAction.h"
 
 namespace ostrelle {
 
@@ -34,6 +35,20 @@ QString rectangleText(const QJsonValue &value)
         .arg(rect[u"y"].toDouble());
 }
 
+/// "openClipboard, pickColor refused": what is set.
+QString shortcutsText(const QJsonObject &states)
+{
+    QStringList parts;
+    for (const ShortcutAction action : kAllShortcutActions) {
+        const QString state = states[rawValue(action)].toString();
+        if (state == u"registered")
+            parts << rawValue(action);
+        else if (state == u"refused")
+            parts << rawValue(action) + QStringLiteral(" refused");
+    }
+    return parts.isEmpty() ? QStringLiteral("none") : parts.join(QStringLiteral(", "));
+}
+
 QString statusText(const QJsonObject &status)
 {
     const QJsonObject screen = status[u"screen"].toObject();
@@ -53,6 +68,7 @@ QString statusText(const QJsonObject &status)
     const QJsonValue copies = counts[u"clipboard"];
     text += copies.isNull() ? QStringLiteral("Clipboard   its history is being read\n")
                             : QStringLiteral("Clipboard   %1 items\n").arg(copies.toInt());
+    text += QStringLiteral("Shortcuts   %1\n").arg(shortcutsText(status[u"shortcuts"].toObject()));
     return text;
 }
 

@@ -12,7 +12,7 @@ from harness.waiting import wait_until
 
 STATUS_KEYS = {"pid", "version", "phase", "selection", "surface", "interaction", "window", "screen", "metrics",
                "openedByHover", "dragCatchArmed", "dropTargets", "dropZones", "hasFocus", "sampling", "theme",
-               "appearance", "compositor", "counts"}
+               "appearance", "compositor", "counts", "shortcuts"}
 
 
 class Commands(unittest.TestCase):

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QJsonObject>
+
+namespace ostrelle {
+
+class RequestRouter;
+class ShortcutService;
+
+/// "shortcuts.list", "shortcuts.set" of a combination as it is typed, "shortcuts.unset". A combination that the desktop
+/// refuses is set all the same; the answer's "state" tells it.
+void addShortcutsRequests(RequestRouter &router, ShortcutService &shortcuts);
+
+/// Action to "registered", "refused" or "unset".
+QJsonObject shortcutStates(const ShortcutService &shortcuts);
+
+} // namespace ostrelle

@@ -1,0 +1,58 @@
+#include "shortcuts/NotchShortcutActions.h"
+#include "NotchFixture.h"
+#include "support/TestBase.h"
+#include "support/TestMain.h"
+
+#include <QTest>
+
+using namespace ostrelle;
+
+class NotchShortcutActionsTest : public TestBase
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void opensWithTheKeyboardAndCloses()
+    {
+        NotchFixture notch;
+        notch.platform.screens().arrange({FakeScreens::make(QStringLiteral("only"), QRectF(0, 0, 1920, 1080))});
+        notch.controller.start(notch.panel);
+        FakePanelHost &host = notch.platform.panelHost();
+        QStringList seen; // by the sampler: what the notch shows when it starts
+        NotchShortcutActions actions(notch.controller, [&] {
+            seen << (notch.viewModel.selection() ? rawValue(*notch.viewModel.selection()) : QString());
+        });
+
+        actions.toggleNotch({QStringLiteral("first")});
+        QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
+        QVERIFY(!notch.viewModel.selection() && !notch.viewModel.openedByHover());
+        QTRY_VERIFY(host.hasKeyboard());
+        QCOMPARE(host.lastToken(), QStringLiteral("first"));
+        actions.toggleNotch({});
+        QVERIFY(notch.viewModel.phase() != Phase::Expanded);
+        QTRY_VERIFY(!host.hasKeyboard());
+
+        actions.openClipboard({QStringLiteral("second")});
+        QCOMPARE(notch.viewModel.selection(), KestroModule::Clipboard);
+        QCOMPARE(host.lastToken(), QStringLiteral("second"));
+        actions.openClipboard({}); // open already: stays
+        QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
+
+        actions.pickColor({QStringLiteral("third")});
+        QCOMPARE(notch.viewModel.selection(), KestroModule::Color);
+        QCOMPARE(host.lastToken(), QStringLiteral("third"));
+        QCOMPARE(seen, QStringList(QStringLiteral("color")));
+        actions.toggleNotch({});
+        QVERIFY(notch.viewModel.phase() != Phase::Expanded);
+
+        // Hovering opened it and would close it; a shortcut keeps it open.
+        notch.controller.present(std::nullopt, NotchController::Focus::Leave, NotchController::Opening::ByHover);
+        actions.openClipboard({});
+        notch.platform.pointerNear().moveTo({5, 600});
+        notch.clock.advance(std::chrono::seconds(5));
+        QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
+    }
+};
+
+OSTRELLE_TEST(NotchShortcutActionsTest)
+
+#include "NotchShortcutActionsTest.moc"
