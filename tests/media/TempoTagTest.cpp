@@ -154,6 +154,31 @@ void TempoTagTest::framesAreFoundInEveryTag_data()
     QByteArray unsynchronised = id3Frame(3, "PRIV", QByteArray(30, '\xff')) + tempoFrame("124");
     unsynchronised.replace("\xff", QByteArray("\xff\0", 2));
     row("unsynchronised", songWith(id3Tag(3, unsynchronised, 0x80)), 124);
+    const auto flagged = [](int flags, const QByteArray &content) {
+        return "TBPM" + bigEndian(quint64(content.size()), 4) + '\0' + char(flags) + content;
+    };
+    row("frame with its length", songWith(id3Tag(4, flagged(1, bigEndian(4, 4) + QByteArray(1, '\0') + "124"))), 124);
+    row("frame of a group",
+        songWith(id3Tag(4, flagged(0x40, QByteArray("g\0"
+                                                    "124",
+                                                    5)))),
+        124);
+    row("frame of a group in version 2.3",
+        songWith(id3Tag(3, flagged(0x20, QByteArray("g\0"
+                                                    "124",
+                                                    5)))),
+        124);
+    row("unsynchronised frame",
+        songWith(id3Tag(4, flagged(2, QByteArray("\1\xff\0\xfe"
+                                                 "9\0"
+                                                 "8\0",
+                                                 8)))),
+        98);
+    row("packed frame does not count",
+        songWith(id3Tag(3, flagged(0x80, QByteArray("\0"
+                                                    "124",
+                                                    4)))),
+        kNone);
     row("second of two tags", songWith(id3Tag(3, tempoFrame("x")) + id3Tag(4, id3Frame(4, "TBPM", "98"))), 98);
     row("first does not count", songWith(id3Tag(3, tempoFrame("0") + tempoFrame("401") + tempoFrame("98"))), 98);
     row("first counts", songWith(id3Tag(3, tempoFrame("97") + tempoFrame("98"))), 97);

@@ -44,12 +44,17 @@ HelperKind firstHelperFor(HelperCommand command, const HelperGuess::Ending &endi
 {
     const bool isSound =
         command == HelperCommand::Tempo || (command == HelperCommand::AudioInfo && isNamedUncompressed(ending));
-    return isSound ? HelperKind::Sound : HelperKind::Light;
+    if (isSound)
+        return HelperKind::Sound;
+    const bool isAboutFacts = command == HelperCommand::AudioInfo || command == HelperCommand::ImageInfo;
+    return isAboutFacts ? HelperKind::Facts : HelperKind::Light;
 }
 
 QString executableOf(HelperKind kind, const QString &folder)
 {
     switch (kind) {
+    case HelperKind::Facts:
+        return folder + QStringLiteral("/ostrelle-media-facts");
     case HelperKind::Light:
         return folder + QStringLiteral("/ostrelle-media");
     case HelperKind::Sound:

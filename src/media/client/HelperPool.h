@@ -19,7 +19,8 @@ class HelperProcess;
 class TaskScheduler;
 
 enum class HelperKind {
-    Light, ///< ostrelle-media: the common kinds, starts in a few milliseconds
+    Facts, ///< ostrelle-media-facts: what headers and tags tell, of the common kinds, starts in two milliseconds
+    Light, ///< ostrelle-media: pictures of the common kinds, starts in a few milliseconds
     Sound, ///< ostrelle-media-sound: sound that is decoded or not compressed, of the common kinds
     Extra, ///< ostrelle-media-extra: everything else, starts slowly
 };

@@ -27,6 +27,8 @@ constexpr auto kAdmissionDeadline = 3s;
 /// comes first.
 constexpr int kAdmittedAhead = 2;
 
+constexpr std::array kKinds{HelperKind::Facts, HelperKind::Light, HelperKind::Sound, HelperKind::Extra};
+
 /// More than any object of facts takes.
 constexpr quint32 kFactsLimit = 16 * 1024;
 
@@ -208,14 +210,13 @@ bool MediaClient::isPending(quint64 number)
 
 void MediaClient::startMore()
 {
-    std::vector kinds{HelperKind::Light, HelperKind::Sound, HelperKind::Extra};
+    std::vector kinds(kKinds.begin(), kKinds.end());
     while (MediaJob *job = m_jobs.foremost(MediaJob::Stage::Ready, kinds)) {
         if (!start(*job))
             std::erase(kinds, job->helper);
     }
-    admitMore(HelperKind::Light);
-    admitMore(HelperKind::Sound);
-    admitMore(HelperKind::Extra);
+    for (const HelperKind kind : kKinds)
+        admitMore(kind);
 }
 
 bool MediaClient::start(MediaJob &job)

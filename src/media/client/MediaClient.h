@@ -53,7 +53,7 @@ public:
 
     struct Places
     {
-        QString helpers;    ///< folder of the executables ostrelle-media and ostrelle-media-extra
+        QString helpers;    ///< folder of the executables, ostrelle-media and its kin
         QString thumbnails; ///< the desktop's cache of them, AppPaths::thumbnails()
     };
 

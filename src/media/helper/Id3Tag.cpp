@@ -4,14 +4,12 @@
 #include "media_helper/SourceViews.h"
 #include "media_helper/TempoTag.h"
 
-#include <taglib/id3v2framefactory.h>
-#include <taglib/id3v2header.h>
-#include <taglib/id3v2synchdata.h>
-#include <taglib/textidentificationframe.h>
-
 #include <algorithm>
 #include <array>
-#include <memory>
+#include <string>
+
+// The tag: id3.org, ID3v2.2.0 to ID3v2.4.0. TagLib would read the whole tag, and the pictures in it are large; and a
+// program that links it starts slowly.
 
 namespace ostrelle {
 namespace {
@@ -42,13 +40,44 @@ std::optional<TagHeader> tagHeaderAt(ByteSource &source, std::uint64_t offset)
     return header.version() != 0xff && isSyncSafe ? std::optional(header) : std::nullopt;
 }
 
-TagLib::ByteVector tagLibBytes(ByteSpan bytes)
+/// Without the zeros that were put behind each byte of ones.
+std::vector<std::uint8_t> synchronised(ByteSpan bytes)
 {
-    return {reinterpret_cast<const char *>(bytes.data()), static_cast<unsigned>(bytes.size())};
+    std::vector<std::uint8_t> plain;
+    plain.reserve(bytes.size());
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i == 0 || bytes[i] != 0 || bytes[i - 1] != 0xff)
+            plain.push_back(bytes[i]);
+    }
+    return plain;
 }
 
-/// TagLib would read the whole tag, and the pictures in it are large. So the frames are gone through here, and only
-/// what states the tempo is left to it.
+/// What a text frame holds, in ASCII; a number has no other letters.
+std::string asciiOf(ByteSpan content)
+{
+    enum Encoding : std::uint8_t { Latin1, Utf16, Utf16BigEndian, Utf8 };
+    if (content.empty() || content[0] > Utf8)
+        return {};
+    ByteSpan letters = content.subspan(1);
+    std::string text;
+    const auto put = [&text](std::uint64_t letter) { text += letter < 0x80 ? static_cast<char>(letter) : '?'; };
+    if (content[0] == Latin1 || content[0] == Utf8) {
+        std::for_each(letters.begin(), letters.end(), put);
+        return text;
+    }
+    bool isLittle = content[0] == Utf16;
+    for (; letters.size() >= 2; letters = letters.subspan(2)) {
+        const std::uint64_t letter = bigEndian(letters.first(2));
+        // The mark before each value, as it reads in either order.
+        if (letter == 0xfeff || letter == 0xfffe)
+            isLittle = letter == 0xfffe;
+        else
+            put(isLittle ? littleEndian(letters.first(2)) : letter);
+    }
+    return text;
+}
+
+/// Hops from frame to frame.
 class FrameWalk
 {
 public:
@@ -119,16 +148,33 @@ private:
         std::vector<std::uint8_t> bytes(std::min(size, kLongestTempoFrame));
         if (size > kLongestTempoFrame || !readWhole(m_body, at, bytes))
             return std::nullopt;
-        const TagLib::ID3v2::Header header(tagLibBytes(m_header.bytes));
-        const std::unique_ptr<TagLib::ID3v2::Frame> frame(
-            TagLib::ID3v2::FrameFactory::instance()->createFrame(tagLibBytes(bytes), &header));
-        const auto *text = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame *>(frame.get());
-        const TagLib::StringList values = text ? text->fieldList() : TagLib::StringList();
-        for (const TagLib::String &value : values) {
-            if (const auto tempo = tempoFromText(value.to8Bit(true)))
+        const std::string text = asciiOf(contentOf(bytes));
+        // Several values are kept apart by zeros.
+        for (std::size_t begin = 0; begin <= text.size();) {
+            const std::size_t end = std::min(text.find('\0', begin), text.size());
+            if (const auto tempo = tempoFromText(std::string_view(text).substr(begin, end - begin)))
                 return tempo;
+            begin = end + 1;
         }
         return std::nullopt;
+    }
+
+    /// Behind the header and what its flags announce; nothing of what is packed or encrypted.
+    std::vector<std::uint8_t> contentOf(ByteSpan frame) const
+    {
+        constexpr std::size_t kFlagsAt = 9;
+        constexpr std::size_t kLengthField = 4;
+        const unsigned flags = m_isOld ? 0 : frame[kFlagsAt];
+        const bool isNewest = m_header.version() == 4;
+        const unsigned unreadable = isNewest ? 0x0cU : 0xc0U;
+        if ((flags & unreadable) != 0)
+            return {};
+        std::size_t begin = m_frameHeader;
+        begin += (flags & (isNewest ? 0x40U : 0x20U)) != 0 ? 1 : 0;   // a group's number
+        begin += isNewest && (flags & 0x01U) != 0 ? kLengthField : 0; // the length before it was changed
+        const ByteSpan content = frame.subspan(std::min(begin, frame.size()));
+        const bool isChanged = isNewest && ((flags & 0x02U) != 0 || m_header.has(kUnsynchronised));
+        return isChanged ? synchronised(content) : std::vector<std::uint8_t>(content.begin(), content.end());
     }
 
     ByteSource &m_body;
@@ -158,8 +204,8 @@ std::optional<double> id3Tempo(ByteSource &source, std::uint64_t offset)
         return FrameWalk(body, *header).tempo();
     std::vector<std::uint8_t> stored(std::min(body.size(), kReadOfUnsynchronised));
     stored.resize(body.readAt(0, stored));
-    const TagLib::ByteVector plain = TagLib::ID3v2::SynchData::decode(tagLibBytes(stored));
-    MemorySource decoded({reinterpret_cast<const std::uint8_t *>(plain.data()), plain.size()});
+    const std::vector<std::uint8_t> plain = synchronised(stored);
+    MemorySource decoded(plain);
     TagHeader plainHeader = *header;
     plainHeader.bytes[5] &= static_cast<std::uint8_t>(~kUnsynchronised);
     return FrameWalk(decoded, plainHeader).tempo();

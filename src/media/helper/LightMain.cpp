@@ -1,6 +1,4 @@
-#include "media_helper/AudioCommand.h"
 #include "media_helper/HelperService.h"
-#include "media_helper/ImageCommand.h"
 
 #include <array>
 
@@ -21,30 +19,6 @@ constexpr std::array kDecoders{
 
 constexpr DecoderTable kPictures{kDecoders, UnknownKinds::Decline};
 
-constexpr std::array kImageReaders{
-    ImageFactsRow{FileKind::Jpeg, readJpegFacts},         ImageFactsRow{FileKind::Png, readPngFacts},
-    ImageFactsRow{FileKind::Gif, readGifFacts},           ImageFactsRow{FileKind::WebP, readWebPFacts},
-    ImageFactsRow{FileKind::Tiff, readTiffFacts, true},   ImageFactsRow{FileKind::Bmp, readBmpFacts},
-    ImageFactsRow{FileKind::Ico, readIcoFacts},           ImageFactsRow{FileKind::Psd, readPsdFacts},
-    ImageFactsRow{FileKind::Pnm, readPnmFacts},           ImageFactsRow{FileKind::Hdr, readHdrFacts},
-    ImageFactsRow{FileKind::Exr, readExrFacts},           ImageFactsRow{FileKind::Tga, readTgaFacts},
-    ImageFactsRow{FileKind::Jpeg2000, readJpeg2000Facts},
-};
-
-constexpr ImageFactsTable kImageFacts{kImageReaders, UnknownKinds::Decline, std::uint64_t(4) << 20U};
-/// The sound helper knows those that are not compressed.
-constexpr std::array kSounds{
-    AudioFactsRow{FileKind::Mp3, readMpegFacts},
-    AudioFactsRow{FileKind::Aac, readAdtsFacts},
-    AudioFactsRow{FileKind::Flac, readFlacFacts},
-    AudioFactsRow{FileKind::OggAudio, readOggFacts},
-    AudioFactsRow{FileKind::Speex, readOggFacts},
-    AudioFactsRow{FileKind::Mp4Audio, readMp4Facts, readMp4Tempo},
-    // MP4 under its other names; the rest is declined.
-    AudioFactsRow{FileKind::OtherMedia, readMp4Facts, readMp4Tempo},
-};
-
-constexpr AudioFactsTable kAudioFacts{kSounds, UnknownKinds::Decline, 4U << 20U};
 } // namespace
 
 int main()
@@ -57,12 +31,6 @@ int main()
          [](ByteSource &source, const HelperRequest &request) { return answerThumbnail(source, request, kPictures); }},
         {HelperCommand::ToPng,
          [](ByteSource &source, const HelperRequest &request) { return answerToPng(source, request, kPictures); }},
-        {HelperCommand::ImageInfo,
-         [](ByteSource &source, const HelperRequest &request) {
-             return answerImageInfo(source, request, kImageFacts);
-         }},
-        {HelperCommand::AudioInfo,
-         [](ByteSource &source, const HelperRequest &) { return answerAudioInfo(source, kAudioFacts); }},
     };
     return serveFiles(limits, commands);
 }
