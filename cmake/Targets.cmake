@@ -26,11 +26,18 @@ function(ostrelle_library name)
 endfunction()
 
 # ostrelle_executable(TARGET OUTPUT SOURCES ... [PRIVATE ...])
+#
+# Those of src/ are what is installed (packaging/CMakeLists.txt).
 function(ostrelle_executable target output)
   cmake_parse_arguments(ARG "" "" "SOURCES;PRIVATE" ${ARGN})
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE ostrelle_warnings ${ARG_PRIVATE})
   set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} AUTOMOC ON AUTORCC ON)
+  set(programs "${PROJECT_SOURCE_DIR}/src")
+  cmake_path(IS_PREFIX programs "${CMAKE_CURRENT_SOURCE_DIR}" is_program)
+  if(is_program)
+    set_property(GLOBAL APPEND PROPERTY OSTRELLE_PROGRAMS ${target})
+  endif()
 endfunction()
 
 # ostrelle_tests(FOLDER [GUI] SOURCES FooTest.cpp ... [EXTRA ...] [PRIVATE ...] [LABELS unit])

@@ -91,7 +91,7 @@ int main(int argc, char **argv)
 
     QCoreApplication::setApplicationName(QStringLiteral("Ostrelle"));
     QCoreApplication::setApplicationVersion(QStringLiteral(OSTRELLE_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("ostrelle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(OSTRELLE_APPLICATION_ID));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication application(argc, argv);
     // A steady caret: a blinking one wakes the program nine times a second.

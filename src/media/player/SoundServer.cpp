@@ -70,7 +70,7 @@ bool SoundServer::begin()
 {
     const std::unique_ptr<pa_proplist, FreeProperties> properties(pa_proplist_new());
     pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_NAME, "Ostrelle");
-    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ICON_NAME, "ostrelle");
+    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ICON_NAME, OSTRELLE_APPLICATION_ID);
     {
         const NoSharedMemory whileItIsSetUp;
         m_context = pa_context_new_with_proplist(pa_mainloop_get_api(m_loop), nullptr, properties.get());
