@@ -8,6 +8,7 @@
 
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrelle {
@@ -38,7 +39,7 @@ void ShortcutService::start()
 {
     if (std::exchange(m_isStarted, true))
         return;
-    connect(&m_hotKeys, &HotKeys::pressed, this, &ShortcutService::perform);
+    connect(&m_hotKeys, &HotKeys::pressed, this, &ShortcutService::pressed);
     connect(&m_hotKeys, &HotKeys::stateChanged, this, [this] {
         tellRefused();
         Q_EMIT registrationsChanged();
@@ -104,22 +105,43 @@ void ShortcutService::tellRefused()
     }
 }
 
-void ShortcutService::perform(int id, const ActivationToken &token)
+void ShortcutService::startRecording(QObject *recorder, std::function<void(const KeyCombo &combo)> recorded)
 {
-    for (const ShortcutAction action : kAllShortcutActions) {
-        if (idOf(action) != id)
-            continue;
-        switch (action) {
-        case ShortcutAction::ToggleNotch:
-            m_actions.toggleNotch(token);
-            break;
-        case ShortcutAction::OpenClipboard:
-            m_actions.openClipboard(token);
-            break;
-        case ShortcutAction::PickColor:
-            m_actions.pickColor(token);
-            break;
-        }
+    m_recorder = recorder;
+    m_recorded = std::move(recorded);
+}
+
+void ShortcutService::stopRecording()
+{
+    m_recorder.clear();
+}
+
+void ShortcutService::pressed(int id, const ActivationToken &token)
+{
+    const auto action = std::find_if(kAllShortcutActions.begin(), kAllShortcutActions.end(),
+                                     [id](ShortcutAction one) { return idOf(one) == id; });
+    if (action == kAllShortcutActions.end())
+        return;
+    if (!m_recorder) {
+        perform(*action, token);
+    } else if (const auto combo = comboOf(m_combos.value(), *action)) {
+        const auto recorded = m_recorded; // another recording may begin from inside
+        recorded(*combo);
+    }
+}
+
+void ShortcutService::perform(ShortcutAction action, const ActivationToken &token)
+{
+    switch (action) {
+    case ShortcutAction::ToggleNotch:
+        m_actions.toggleNotch(token);
+        break;
+    case ShortcutAction::OpenClipboard:
+        m_actions.openClipboard(token);
+        break;
+    case ShortcutAction::PickColor:
+        m_actions.pickColor(token);
+        break;
     }
 }
 

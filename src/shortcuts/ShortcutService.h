@@ -4,8 +4,10 @@
 #include "records/StoredShortcuts.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QProperty>
 
+#include <functional>
 #include <optional>
 
 namespace ostrelle {
@@ -45,6 +47,11 @@ public:
     /// As the user's layout prints them.
     KeyNames keyNames() const;
 
+    /// While the user records a combination: one that is registered does not reach any window, so it is handed to
+    /// `recorded` and does nothing else. Nothing is handed over when `recorder` is gone by then.
+    void startRecording(QObject *recorder, std::function<void(const KeyCombo &combo)> recorded);
+    void stopRecording();
+
 Q_SIGNALS:
     /// The desktop has given or taken something by itself.
     void registrationsChanged();
@@ -53,7 +60,8 @@ Q_SIGNALS:
 private:
     void registerAll();
     void tellRefused();
-    void perform(int id, const ActivationToken &token);
+    void pressed(int id, const ActivationToken &token);
+    void perform(ShortcutAction action, const ActivationToken &token);
 
     DefaultsDatabase &m_defaults;
     HotKeys &m_hotKeys;
@@ -61,6 +69,8 @@ private:
     ShortcutActions &m_actions;
     QProperty<KeyCombos> m_combos;
     KeyCombos m_toldRefused;
+    QPointer<QObject> m_recorder;
+    std::function<void(const KeyCombo &combo)> m_recorded;
     bool m_isStarted = false;
 };
 

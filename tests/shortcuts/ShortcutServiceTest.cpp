@@ -119,6 +119,30 @@ private Q_SLOTS:
         QCOMPARE(m_service->combos()[ShortcutAction::OpenClipboard].keyCode, kZ);
     }
 
+    void handsRegisteredKeysToWhoRecords()
+    {
+        m_service->start();
+        std::optional<KeyCombo> recorded;
+        auto recorder = std::make_unique<QObject>();
+        const auto record = [&](const KeyCombo &combo) {
+            recorded = combo;
+            m_service->stopRecording();
+        };
+        m_service->startRecording(recorder.get(), record);
+        m_hotKeys->press(kV, kShiftSuper);
+        QTRY_COMPARE(recorded, (KeyCombo{kV, 0x0300}));
+        QVERIFY(m_doings.done.isEmpty());
+        recorded.reset();
+        m_hotKeys->press(kC, kShiftSuper);
+        QTRY_COMPARE(m_doings.done, QStringList(QStringLiteral("color")));
+        // Its window has been closed meanwhile.
+        m_service->startRecording(recorder.get(), record);
+        recorder.reset();
+        m_hotKeys->press(kV, kShiftSuper);
+        QTRY_COMPARE(m_doings.done.last(), QStringLiteral("clipboard"));
+        QVERIFY(!recorded);
+    }
+
     void tellsWhenTheLayoutNamesKeysOtherwise()
     {
         m_service->start();
