@@ -47,6 +47,7 @@ bool X11ColourPicker::pick(QObject *context, Handlers handlers)
         return false;
     }
     closePopups();
+    Q_EMIT opening();
     m_handlers = std::move(handlers);
     m_contextGone = connect(context, &QObject::destroyed, this, [this] {
         m_handlers = {};

@@ -22,6 +22,10 @@ public:
 
     bool pick(QObject *context, Handlers handlers) override;
 
+Q_SIGNALS:
+    /// The loupe is about to ask for pointer and keyboard: what this program holds of them should be free.
+    void opening();
+
 private:
     void end(std::optional<PickedColour> colour);
 

@@ -101,6 +101,14 @@ std::optional<HotKeys::State> X11HotKeys::state(int id) const
     return entry->isGranted ? State::Granted : State::Refused;
 }
 
+void X11HotKeys::yieldKeyboard()
+{
+    if (m_heldKey) {
+        xcb_ungrab_keyboard(m_watch.xcb(), XCB_CURRENT_TIME);
+        m_watch.flush();
+    }
+}
+
 std::vector<X11HotKeys::Grab> X11HotKeys::grabsFor(const HotKey &key) const
 {
     const X11KeyboardMap &map = m_keyboard.map();

@@ -26,6 +26,8 @@ public:
 
     void set(const QList<HotKey> &keys) override;
     std::optional<State> state(int id) const override;
+    /// Ends the grab that a hot key has while it is held, for a part of this program that needs the keyboard.
+    void yieldKeyboard();
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 

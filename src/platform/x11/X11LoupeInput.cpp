@@ -1,13 +1,9 @@
 #include "platform/x11/X11LoupeInput.h"
 
 #include "platform/x11/XcbReply.h"
+#include "platform/x11/XcbXkb.h"
 
 #include <optional>
-
-// A member of a structure there is named like a keyword of C++.
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace ostrelle {
 

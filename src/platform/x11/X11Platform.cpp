@@ -86,7 +86,9 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     if (isXwayland(watch->xcb(), watch->root())) {
         hotKeys = std::make_unique<PortalHotKeys>(keyboard);
     } else {
-        hotKeys = std::make_unique<X11HotKeys>(*watch, keyboard);
+        auto grabs = std::make_unique<X11HotKeys>(*watch, keyboard);
+        QObject::connect(&colourPicker, &X11ColourPicker::opening, grabs.get(), &X11HotKeys::yieldKeyboard);
+        hotKeys = std::move(grabs);
     }
     watch->flush();
 }

@@ -1,5 +1,7 @@
 #include "PeerClient.h"
+#include "PeerKeyboard.h"
 #include "platform/ColourPicker.h"
+#include "platform/HotKeys.h"
 #include "platform/OutsideActivity.h"
 #include "platform/Platform.h"
 #include "support/TestBase.h"
@@ -34,6 +36,7 @@ private Q_SLOTS:
     void givesUpWhereTheGrabStays_data();
     void givesUpWhereTheGrabStays();
     void closesTheProgramsOwnMenus();
+    void takesTheKeyboardWhileItsShortcutIsHeld();
     void leavesTheLoupeToAnotherProcess();
 
 private:
@@ -291,6 +294,29 @@ void X11LoupeTest::closesTheProgramsOwnMenus()
     QTRY_VERIFY(menu.isVisible());
     open(QPoint(500, 500));
     QVERIFY(!menu.isVisible());
+}
+
+void X11LoupeTest::takesTheKeyboardWhileItsShortcutIsHeld()
+{
+    constexpr quint32 kC = 8;
+    constexpr xcb_keycode_t kEscapeKey = 9;
+    HotKeys &hotKeys = m_platform->hotKeys();
+    hotKeys.set({{3, kC, Qt::ShiftModifier | Qt::MetaModifier, QStringLiteral("pickColor"), {}}});
+    connect(&hotKeys, &HotKeys::pressed, m_context.get(), [this] {
+        m_platform->colourPicker().pick(
+            m_context.get(), {.gathered = {}, .finished = [this](auto colour) { m_ended.push_back(colour); }});
+    });
+    const QPoint pointer(500, 500);
+    m_peer->movePointer(pointer);
+    PeerKeyboard keys;
+    for (std::size_t time = 1; time <= 2; ++time) {
+        keys.hold(kC, Qt::ShiftModifier | Qt::MetaModifier);
+        QTRY_VERIFY(isShownAt(pointer));
+        keys.tap(kEscapeKey);
+        QTRY_COMPARE(m_ended.size(), time);
+        keys.release();
+        QVERIFY(isEverythingFree());
+    }
 }
 
 void X11LoupeTest::leavesTheLoupeToAnotherProcess()
