@@ -33,6 +33,7 @@ private Q_SLOTS:
     void tagsBehindTheSoundDoNotCount_data();
     void tagsBehindTheSoundDoNotCount();
     void contentCountsAndNotTheName();
+    void notesHaveNoSamples();
     void whatIsNoSoundIsRefused_data();
     void whatIsNoSoundIsRefused();
     void cutFilesHaveTheFactsOfWhatIsLeft();
@@ -151,6 +152,8 @@ void AudioFactsTest::factsAreThoseOfTheStream_data()
     addPlain("16.au", "sox in.wav 16.au", 44100, 2, 16);
     addPlain("16.mka", OSTRELLE_FFMPEG "-c:a pcm_s16le 16.mka", 44100, 2, 16);
     addCoded("adpcm.wav", OSTRELLE_FFMPEG "-c:a adpcm_ms adpcm.wav", kSeconds, 0.05, kBySize);
+
+    addCoded("blocks.wav", "sox in.wav -e ms-adpcm blocks.wav", kSeconds, 1e-9, kBySize);
 
     // The encoder's delay and padding do not count, where the file tells them.
     const double padded = std::ceil(kSeconds * 44100 / 1152 + 1) * 1152 / 44100;
@@ -283,6 +286,17 @@ void AudioFactsTest::contentCountsAndNotTheName()
     const auto tagged = std::get<AudioInfo>(factsOf(QStringLiteral("tagged"), id3Tag(3, {}) + flac));
     QCOMPARE(tagged.duration, kSeconds);
     QCOMPARE(tagged.format, QString());
+}
+
+void AudioFactsTest::notesHaveNoSamples()
+{
+    const QByteArray samples = QByteArray(31 * 30, '\0');
+    const QByteArray module =
+        QByteArray(20, '\0') + samples + "\1\x7f" + QByteArray(128, '\0') + "M.K." + QByteArray(1024, '\0');
+    const auto info = std::get<AudioInfo>(factsOf(QStringLiteral("notes.mod"), module));
+    QVERIFY(info.duration > 0);
+    QCOMPARE(info.bitDepth, std::nullopt);
+    QCOMPARE(info.bitrateKbps, std::optional(int(std::lround(double(module.size()) * 8 / info.duration / 1000))));
 }
 
 void AudioFactsTest::whatIsNoSoundIsRefused_data()

@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include <cstdlib>
+#include <string_view>
 
 namespace ostrelle {
 namespace {
@@ -61,6 +62,13 @@ bool isSingleBit(AVCodecID codec)
     return codec >= AV_CODEC_ID_DSD_LSBF && codec <= AV_CODEC_ID_DSD_MSBF_PLANAR;
 }
 
+/// Notes that FFmpeg has a library play: what it says of the samples is about those that come out.
+bool isPlayedFromNotes(const AVFormatContext &format)
+{
+    const std::string_view name = format.iformat->name;
+    return name == "libopenmpt" || name == "libmodplug" || name == "libgme";
+}
+
 void addStream(AudioFacts &facts, const AVStream &stream)
 {
     const AVCodecParameters &codec = *stream.codecpar;
@@ -92,6 +100,10 @@ std::optional<AudioFacts> readMediaFacts(ByteSource &source)
     AudioFacts facts;
     if (isComplete(stream))
         addStream(facts, *stream);
+    if (isPlayedFromNotes(format)) {
+        facts.bitDepth.reset();
+        facts.bitRate.reset();
+    }
     // A film without sound has a length at least.
     if (stream || firstStream(format, AVMEDIA_TYPE_VIDEO))
         facts.duration = secondsOf(format, stream);

@@ -1,5 +1,8 @@
 #include "media_helper/AudioFacts.h"
+#include "media_helper/RiffChunks.h"
 #include "media_helper/SoundFile.h"
+
+#include <array>
 
 namespace ostrelle {
 namespace {
@@ -27,6 +30,28 @@ std::optional<int> bitDepthOf(int format)
     }
 }
 
+/// A coded WAV file has whole blocks only, and says in a chunk of its own how much of them was meant. 0 when it does
+/// not.
+sf_count_t meantFrames(ByteSource &source)
+{
+    RiffChunks chunks(source, RiffChunks::Order::LittleEndian);
+    while (const auto chunk = chunks.next()) {
+        std::array<std::uint8_t, 4> count{};
+        if (chunk->name() == "fact" && readWhole(source, chunk->begin, count))
+            return static_cast<sf_count_t>(littleEndian(count));
+    }
+    return 0;
+}
+
+sf_count_t framesOf(const SF_INFO &info, ByteSource &source)
+{
+    constexpr sf_count_t kLongestBlock = 0x10000;
+    const bool isCodedWav = (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV && !bitDepthOf(info.format);
+    const sf_count_t meant = isCodedWav ? meantFrames(source) : 0;
+    const bool isLikely = meant > 0 && meant <= info.frames && info.frames - meant < kLongestBlock;
+    return isLikely ? meant : info.frames;
+}
+
 } // namespace
 
 std::optional<AudioFacts> readPcmFacts(ByteSource &source)
@@ -40,8 +65,9 @@ std::optional<AudioFacts> readPcmFacts(ByteSource &source)
     facts.sampleRate = info.samplerate;
     facts.channels = info.channels;
     facts.bitDepth = bitDepthOf(info.format);
-    if (info.frames > 0 && info.frames < SF_COUNT_MAX)
-        facts.duration = static_cast<double>(info.frames) / info.samplerate;
+    const sf_count_t frames = framesOf(info, source);
+    if (frames > 0 && frames < SF_COUNT_MAX)
+        facts.duration = static_cast<double>(frames) / info.samplerate;
     // What libsndfile states for compressed streams is a rule of thumb.
     if (facts.bitDepth)
         facts.bitRate = *facts.sampleRate * info.channels * *facts.bitDepth;
