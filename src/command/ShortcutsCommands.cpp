@@ -52,7 +52,7 @@ QJsonArray storedShortcuts()
     return records;
 }
 
-QString listText(const QJsonArray &records)
+QString shortcutLines(const QJsonArray &records)
 {
     qsizetype width = 0;
     for (const QJsonValue &record : records)
@@ -102,7 +102,7 @@ ExitStatus told(const ControlAnswer &answer)
 
 ExitStatus runShortcutsList(const Invocation &invocation)
 {
-    return listRecords(invocation, QStringLiteral("shortcuts.list"), storedShortcuts, listText);
+    return listRecords(invocation, QStringLiteral("shortcuts.list"), storedShortcuts, shortcutLines);
 }
 
 ExitStatus runShortcutsSet(const Invocation &invocation)

@@ -17,7 +17,7 @@ namespace ostrelle {
 
 namespace {
 
-constexpr int kDeadline = 3000; // ms; the bus may have to start the portal
+constexpr int kQuestionDeadline = 3000; // ms; the bus may have to start the portal
 
 } // namespace
 
@@ -66,7 +66,7 @@ void PortalHotKeys::seekPortal()
             QDBusMessage::createMethodCall(PortalRequest::service(), PortalRequest::path(),
                                            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
         question << QStringLiteral("org.freedesktop.portal.GlobalShortcuts") << QStringLiteral("version");
-        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(question, kDeadline));
+        auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(question, kQuestionDeadline));
         connect(&watcher, &QDBusPendingCallWatcher::finished, this,
                 [this, bus, missing](QDBusPendingCallWatcher *finished) {
                     finished->deleteLater();

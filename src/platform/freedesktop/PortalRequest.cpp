@@ -13,7 +13,7 @@ namespace ostrelle {
 
 namespace {
 
-constexpr int kDeadline = 3000; // ms, of the call, not of the user; the bus may have to start the portal
+constexpr int kCallDeadline = 3000; // ms, of the call, not of the user; the bus may have to start the portal
 
 QString requestInterface()
 {
@@ -39,7 +39,7 @@ PortalRequest::PortalRequest(QDBusConnection bus, const QString &portal, const Q
         QDBusMessage::createMethodCall(service(), path(), QStringLiteral("org.freedesktop.portal.") + portal, member);
     call.setArguments(arguments);
     call << options;
-    auto &watcher = makeChild<QDBusPendingCallWatcher>(this, m_bus.asyncCall(call, kDeadline));
+    auto &watcher = makeChild<QDBusPendingCallWatcher>(this, m_bus.asyncCall(call, kCallDeadline));
     connect(&watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
         finished->deleteLater();
         if (finished->isError()) {
