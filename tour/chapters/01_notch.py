@@ -1,4 +1,5 @@
 """Closed, hover, open; both appearances; six themes; the ways in and out."""
+from harness.keyboard import SHIFT, SUPER, Keyboard, V
 from stage import Stage
 
 THEMES = ("spectrum", "sunset", "aurora", "ember", "ultraviolet", "frost")
@@ -36,6 +37,12 @@ def states(album, dark):
         stage.wait_selection(None)
         stage.desktop.key("Escape")
         stage.program.wait_phase("idle")
+        if dark:
+            keyboard = Keyboard(stage.desktop)
+            keyboard.press(SUPER, SHIFT, V)
+            stage.wait_selection("clipboard")
+            album.add(stage.look(height=320), "shortcut-dark")
+            keyboard.close()
 
 
 def run(album):
