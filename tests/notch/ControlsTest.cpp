@@ -49,6 +49,7 @@ private Q_SLOTS:
     void ordinaryGlyphButtonGlowsUnderThePointer();
     void destructiveGlyphButtonTurnsRedWithoutGlow();
     void ringAppearsOnlyAfterAKeyMovedTheFocus();
+    void ringIsNotCutWhereTheButtonStands();
     void returnActivatesAButton();
     void playBadgeKeepsItsPlaceWhileHidden();
     void searchFieldEmptiesItself();
@@ -170,6 +171,23 @@ void ControlsTest::ringAppearsOnlyAfterAKeyMovedTheFocus()
     QVERIFY(qRed(stage.picture().pixel(onRing)) > 100);
     button.clearFocus();
     QCOMPARE(stage.picture().pixel(onRing), qRgb(0, 0, 0));
+}
+
+void ControlsTest::ringIsNotCutWhereTheButtonStands()
+{
+    Stage stage;
+    QWidget row(&stage.ground);
+    row.setGeometry(20, 30, 62, 22);
+    GlyphButton button(stage.context, {.symbol = QStringLiteral("pin"), .help = QStringLiteral("Pin")}, &row);
+    button.move(40, 0);
+    stage.ground.show();
+    QVERIFY(QTest::qWaitForWindowActive(&stage.ground));
+    const QPoint beside(82 + 2, 41);
+    button.clearFocus(); // the window gave it to the first one
+    button.setFocus(Qt::TabFocusReason);
+    QVERIFY(qRed(stage.picture().pixel(beside)) > 100);
+    row.hide();
+    QCOMPARE(stage.picture().pixel(beside), qRgb(0, 0, 0));
 }
 
 void ControlsTest::returnActivatesAButton()

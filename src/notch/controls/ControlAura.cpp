@@ -16,8 +16,12 @@ ControlAura::ControlAura(QWidget &control, std::function<void(QPainter &)> paint
 
 void ControlAura::follow()
 {
-    setGeometry(m_control.geometry().adjusted(-kReach, -kReach, kReach, kReach));
-    setVisible(m_control.isVisible());
+    const bool isWithin = parentWidget()->isAncestorOf(&m_control);
+    if (isWithin) {
+        const QRect place(m_control.mapTo(parentWidget(), QPoint()), m_control.size());
+        setGeometry(place.adjusted(-kReach, -kReach, kReach, kReach));
+    }
+    setVisible(isWithin && m_control.isVisible());
 }
 
 bool ControlAura::eventFilter(QObject *watched, QEvent *event)

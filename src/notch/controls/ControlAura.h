@@ -8,9 +8,9 @@ class QPainter;
 
 namespace ostrelle {
 
-/// Shows what a control paints beyond its own rectangle: the focus ring and the glow. A widget beside the control,
-/// above it, which follows it and passes the pointer through. It is a rubber band only because assistive technology is
-/// not told about those.
+/// Shows what a control paints beyond its own rectangle: the focus ring and the glow. A widget above the control, which
+/// follows it and passes the pointer through. It is a rubber band only because assistive technology is not told about
+/// those.
 class ControlAura : public QRubberBand
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     /// How far it reaches beyond the control on each side, logical pixels.
     static constexpr int kReach = 11;
 
-    /// `paint` gets a painter in the control's coordinates. `parent` is the control's.
+    /// `paint` gets a painter in the control's coordinates. `parent` is the control's, or one around it.
     ControlAura(QWidget &control, std::function<void(QPainter &)> paint, QWidget *parent);
 
 protected:

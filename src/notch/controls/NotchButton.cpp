@@ -5,6 +5,7 @@
 #include "notch/controls/ControlAura.h"
 #include "records/Motion.h"
 
+#include <QAbstractScrollArea>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -14,6 +15,22 @@ namespace {
 
 constexpr double kRingWidth = 2;
 constexpr double kRingGap = 2;
+constexpr double kRingReach = kRingGap + kRingWidth / 2;
+
+/// The nearest widget around a control that shows all of `place`, which is in the control's coordinates. What scrolls
+/// shows nothing beyond itself, and what fades does so with all that belongs to it.
+QWidget &groundFor(const QWidget &control, const QRectF &place)
+{
+    QWidget *ground = control.parentWidget();
+    const auto isEnough = [&] {
+        const QPointF origin = control.mapTo(ground, QPointF());
+        return QRectF(ground->rect()).contains(place.translated(origin)) || ground->isWindow() ||
+               ground->graphicsEffect() != nullptr || qobject_cast<QAbstractScrollArea *>(ground->parentWidget());
+    };
+    while (!isEnough())
+        ground = ground->parentWidget();
+    return *ground;
+}
 
 bool cameFromKey(Qt::FocusReason reason)
 {
@@ -127,10 +144,18 @@ void NotchButton::updateAura()
     }
     if (!m_aura && parentWidget() != nullptr) {
         const auto paint = [this](QPainter &painter) { paintAura(painter); };
-        m_aura = &makeChild<ControlAura>(parentWidget(), *this, paint);
+        m_aura = &makeChild<ControlAura>(
+            &groundFor(*this, ringRect().adjusted(-kRingWidth / 2, -kRingWidth / 2, kRingWidth / 2, kRingWidth / 2)),
+            *this, paint);
     }
     if (m_aura)
         m_aura->update();
+}
+
+/// Along the middle of its line.
+QRectF NotchButton::ringRect() const
+{
+    return shape().adjusted(-kRingReach, -kRingReach, kRingReach, kRingReach);
 }
 
 void NotchButton::paintAura(QPainter &painter) const
@@ -139,11 +164,9 @@ void NotchButton::paintAura(QPainter &painter) const
         paintGlow(painter);
     if (!m_showsRing || !hasFocus())
         return;
-    const double reach = kRingGap + kRingWidth / 2;
-    const QRectF ring = shape().adjusted(-reach, -reach, reach, reach);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(appearance().palette().focusRing, kRingWidth));
-    painter.drawRoundedRect(ring, cornerRadius() + reach, cornerRadius() + reach);
+    painter.drawRoundedRect(ringRect(), cornerRadius() + kRingReach, cornerRadius() + kRingReach);
 }
 
 } // namespace ostrelle

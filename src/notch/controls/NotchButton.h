@@ -55,6 +55,7 @@ protected:
 private:
     void setHovered(bool hovered);
     void paintAura(QPainter &painter) const;
+    QRectF ringRect() const;
 
     ControlContext m_context;
     AnimatedNumber m_hover;
