@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kNoteResponse = 0.22;
 /// So little that the words stand clear of the facts, and enough that nobody thinks them gone.
-constexpr double kLeftBelow = 0.12;
+constexpr double kLeftBelow = 0.06;
 
 } // namespace
 

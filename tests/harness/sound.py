@@ -34,6 +34,8 @@ class SoundServer:
             self.process.kill()
             self.process.wait()
             self.process = None
+            # So that the next start() waits for its own.
+            os.unlink(f"{self.folder}/native")
 
 
 class Recorder:

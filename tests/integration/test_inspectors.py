@@ -1,4 +1,5 @@
-"""Files of other programs shown by the inspectors: over their landing zones, inside their tools, and such as are none."""
+"""Files of other programs shown by the inspectors: over their landing zones, inside their tools, chosen in a dialog, and
+such as are none; and sounds played there."""
 import json
 import os
 import subprocess
@@ -8,6 +9,7 @@ from harness.desktop import Desktop
 from harness.drag import DragSource, uri
 from harness.inspector import copied_facts
 from harness.program import Program
+from harness.sound import Recorder, SoundServer
 from harness.waiting import holds_for, wait_until
 from harness.wire import Wire
 
@@ -16,19 +18,21 @@ CAUGHT = (MIDDLE, 300)
 INSIDE = (MIDDLE, 190)
 
 
-class Inspectors(unittest.TestCase):
+class Stand(unittest.TestCase):
     def setUp(self):
         self.desktop = Desktop(1280, 800)
         self.addCleanup(self.desktop.close)
         self.files = self.desktop.folder / "files"
         self.files.mkdir()
         subprocess.run(["convert", "-size", "40x30", "xc:red", "-depth", "8", self.files / "picture.png"], check=True)
-        subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "sine=220:duration=2", "-metadata", "TBPM=128",
+        subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "sine=220:duration=20", "-metadata", "TBPM=128",
                         self.files / "horn.mp3"], check=True)
         (self.files / "notes.txt").write_text("Rail, quay, horn.\n")
         (self.files / "empty.png").touch()
         os.mkfifo(self.files / "pipe.png")
-        self.program = Program(self.desktop)
+        self.server = SoundServer(self.desktop.folder)
+        self.addCleanup(self.server.kill)
+        self.program = Program(self.desktop, environment=self.server.environment)
         self.addCleanup(self.program.kill)
         self.wire = Wire(self.program)
 
@@ -69,6 +73,8 @@ class Inspectors(unittest.TestCase):
     def facts(self):
         return copied_facts(self.desktop, MIDDLE + 60, 24 + 22)
 
+
+class Inspectors(Stand):
     def test_what_is_let_go_over_its_zone_is_shown(self):
         self.drop_on_zone("picture.png", "imageInfo")
         wait_until(lambda: self.count("imageInfo") == 1, "the picture is shown", 5)
@@ -113,6 +119,55 @@ class Inspectors(unittest.TestCase):
         self.assertIn("$data", defaults["imageInfo.recents"])
         self.desktop.key("Escape")
         wait_until(lambda: self.wire.status()["selection"] is None, "back on the selector")
+
+    def active_title(self):
+        return subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self.desktop.environment,
+                              capture_output=True, text=True).stdout.strip()
+
+    def test_a_chooser_behind_a_window_comes_to_the_front(self):
+        self.program.call("open", "imageInfo")
+        self.program.wait_phase("expanded")
+        self.desktop.settled(MIDDLE - 300, 0, 600, 320)
+        folder = (MIDDLE + 294 - 12 - 11, 24 + 22)
+        self.desktop.click(*folder)
+        title = "Choose an image to inspect."
+        wait_until(lambda: title in self.desktop.run("wmctrl", "-l"), "the chooser is there")
+        wait_until(lambda: self.active_title() == title, "it is active")
+        self.desktop.spawn("cover", ["xterm", "-geometry", "120x40+200+150", "-T", "cover", "-e", "cat"])
+        wait_until(lambda: self.active_title() == "cover", "another window lies before it")
+        self.desktop.click(*folder)
+        wait_until(lambda: self.active_title() == title, "it is active again")
+        self.assertEqual(self.wire.status()["phase"], "expanded")
+        self.desktop.key("Escape")
+        wait_until(lambda: title not in self.desktop.run("wmctrl", "-l"), "it is closed")
+
+
+class Player(Stand):
+    def hears(self, what):
+        recorder = Recorder(self.server)
+        self.addCleanup(recorder.close)
+        wait_until(lambda: recorder.first, what)
+        return recorder
+
+    def test_a_link_is_played_and_a_server_that_dies_takes_nothing_along(self):
+        self.program.expected_lines = ["the sound server went away"]
+        self.server.start()
+        os.symlink("horn.mp3", self.files / "linked.mp3")
+        self.drop_inside("linked.mp3", "audioInfo")
+        wait_until(lambda: self.count("audioInfo") == 1, "the sound is shown", 5)
+        wait_until(lambda: self.wire.status()["hasFocus"], "the panel has the keyboard")
+        self.desktop.key("space")
+        self.hears("it is heard")
+        self.server.kill()
+        wait_until(lambda: "the sound server went away" in self.program.log(), "it is told")
+        self.assertEqual(self.facts()["Tempo"], "128 BPM")
+        self.server.start()
+        self.desktop.key("space")
+        recorder = self.hears("it is heard again")
+        # Another file takes its place, which is read and silent.
+        self.drop_inside("horn.mp3", "audioInfo")
+        wait_until(lambda: self.count("audioInfo") == 2, "the other one is shown", 5)
+        wait_until(lambda: recorder.is_silent(0.6), "it is silent", 3)
 
 
 if __name__ == "__main__":

@@ -9,6 +9,7 @@ import time
 
 from harness.drag import DragSource, uri
 from harness.inspector import copied_facts
+from harness.sound import children
 from harness.waiting import holds_for, wait_until
 from harness.wire import Wire
 from stage import Stage
@@ -132,6 +133,13 @@ class Tool:
         width = 760
         return self.stage.desktop.frames.grab(self.stage.middle() - width // 2, 0, width, HEIGHT)
 
+    def refuse(self, album, look, stranger):
+        """A file that is none, while another one is on display."""
+        listed = self.count()
+        self.drop(stranger)
+        album.add(self.look(), f"{self.name}-refused-over-facts-{look}")
+        assert self.count() == listed, "what is refused is not kept"
+
     def wells(self, album, look, stranger, own):
         """Without a file: inviting, under a drag, refusing."""
         self.stage.open(self.name)
@@ -163,32 +171,40 @@ class Sound:
         return bool(self.ask("list", "short", "sink-inputs").strip())
 
 
-def helpers(stage):
-    """The processes that decode for the program."""
-    found = subprocess.run(["pgrep", "-P", str(stage.program.status()["pid"]), "ostrelle-media"], capture_output=True,
-                           text=True)
-    return [int(process) for process in found.stdout.split()]
-
-
 def listen(tool, path):
     """Shows a file and stops time for its helpers while they listen to it; what to start them again with."""
     wire = Wire(tool.stage.program)
+    program = tool.stage.program.status()["pid"]
+
+    def send(what, processes):
+        for process in processes:
+            try:
+                os.kill(process, what)
+            except ProcessLookupError:
+                pass
+
+    def is_shown(before):
+        # They get on by moments, so that what they know is told before they know more.
+        stopped = children(program)
+        send(signal.SIGSTOP, stopped)
+        if wire.status()["counts"][tool.name] > before:
+            return stopped or True
+        send(signal.SIGCONT, stopped)
+        return False
+
     for _ in range(5):
         tool.stage.open(tool.name)
         source = tool.drag(path)
         before = wire.status()["counts"][tool.name]
         source.let_go()
-        wait_until(lambda: wire.status()["counts"][tool.name] > before, f"{path.name} is shown", interval=0.001)
-        stopped = helpers(tool.stage)
-        for process in stopped:
-            os.kill(process, signal.SIGSTOP)
+        stopped = wait_until(lambda: is_shown(before), f"{path.name} is shown", interval=0)
         source.end()
         tool.stage.park()
-        if tool.facts().get("Tempo") == "Listening…":
+        if stopped is not True and tool.facts().get("Tempo") == "Listening…":
             wire.close()
-            return lambda: [os.kill(process, signal.SIGCONT) for process in stopped]
-        for process in stopped:
-            os.kill(process, signal.SIGCONT)
+            return lambda: send(signal.SIGCONT, stopped)
+        if stopped is not True:
+            send(signal.SIGCONT, stopped)
         forget_all(tool)
     raise AssertionError("the tempo is found before anybody can look")
 
@@ -218,6 +234,7 @@ def audio(album, look, stage, sounds, stranger):
     tool.show(sounds["tagged"])
     assert tool.facts()["Tempo"] == "128 BPM", tool.facts()
     album.add(tool.look(), f"audioInfo-tagged-{look}")
+    tool.refuse(album, look, stranger)
     stage.close()
 
     tool.add_recents([(sounds["beats"], "00:40 · WAV"), (sounds["flac"], "00:48 · FLAC"),
@@ -257,6 +274,7 @@ def image(album, look, stage, pictures, stranger):
                       (pictures["png"], "3840 × 2160 · PNG")])
     tool.show(pictures["png"])
     album.add(tool.look(), f"imageInfo-{look}")
+    tool.refuse(album, look, stranger)
     stage.point(-14, tool.strip + 51)
     album.add(tool.look(), f"imageInfo-recents-{look}")
     tool.expand()
