@@ -11,8 +11,10 @@
 #include "notch/NotchViewModel.h"
 #include "notch/ToolRegistry.h"
 #include "support/FakeClipboardPort.h"
+#include "support/FakeFeedSource.h"
 #include "support/FakePlatform.h"
 #include "support/ManualTaskScheduler.h"
+#include "updates/UpdateService.h"
 
 #include <QApplication>
 #include <QImage>
@@ -103,7 +105,9 @@ private:
     ToolRegistry m_registry;
     FrameClock m_frames{m_clock};
     NotchAppearance m_appearance{m_settings, m_platform.appearance()};
-    NotchPanel m_panel{m_controller, m_settings, m_registry, m_platform, m_clock, {m_appearance, m_frames}};
+    FakeFeedSource m_updateServer;
+    UpdateService m_updates{m_settings, m_clock, m_updateServer, {}};
+    NotchPanel m_panel{m_controller, m_settings, m_registry, m_platform, m_clock, m_updates, {m_appearance, m_frames}};
     QImage m_image;
 };
 

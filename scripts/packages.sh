@@ -8,11 +8,11 @@ build_packages=(
   libjpeg-dev libpng-dev libtiff-dev libwebp-dev libgif-dev liblcms2-dev libtag1-dev libseccomp-dev
   libmpg123-dev libpulse-dev libswresample-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
-  libjxl-dev librsvg2-bin libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev
+  libjxl-dev librsvg2-bin libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev libcurl4-openssl-dev
 )
 run_packages=(
   libqt6svg6 fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme
-  hicolor-icon-theme xdg-utils file
+  hicolor-icon-theme xdg-utils file ca-certificates
 )
 tour_packages=(
   xvfb xauth openbox picom dbus at-spi2-core xdotool wmctrl xclip imagemagick x11-utils x11-xserver-utils xterm
@@ -22,5 +22,5 @@ tour_packages=(
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils xfwm4 psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
   qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools sox lame flac vorbis-tools opus-tools speex
-  desktop-file-utils appstream
+  desktop-file-utils appstream openssl
 )

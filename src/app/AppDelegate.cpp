@@ -9,6 +9,7 @@
 #include "app/ShelfRequests.h"
 #include "app/ShortcutsRequests.h"
 #include "app/StatusReport.h"
+#include "app/UpdateRequests.h"
 #include "clipboard/ClipboardService.h"
 #include "core/SettingsStore.h"
 #include "files/AssetShelfService.h"
@@ -25,6 +26,7 @@
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
 #include "shortcuts/ShortcutService.h"
+#include "updates/UpdateService.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -64,6 +66,7 @@ void AppDelegate::applicationDidFinishLaunching()
     if (m_start.openNotch)
         m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,
                                         NotchController::Opening::Explicit);
+    m_services.updates().startBackgroundChecks();
 }
 
 void AppDelegate::forgetUndo()
@@ -88,6 +91,7 @@ void AppDelegate::startCommands()
                         m_services.platform().fileOpening());
     addSettingsRequests(m_router, m_services.settings());
     addShortcutsRequests(m_router, m_services.shortcuts());
+    addUpdateRequests(m_router, m_services.updates());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });

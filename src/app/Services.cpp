@@ -41,6 +41,8 @@
 #include "records/ClipboardStore.h"
 #include "shortcuts/NotchShortcutActions.h"
 #include "shortcuts/ShortcutService.h"
+#include "updates/FeedProcess.h"
+#include "updates/UpdateService.h"
 
 #include <QCoreApplication>
 
@@ -59,9 +61,10 @@ T &ensure(std::unique_ptr<T> &member, Make make)
 
 } // namespace
 
-Services::Services(QString backend, QString keeper)
+Services::Services(QString backend, QString keeper, UpdateDeployment deployment)
     : m_backend(std::move(backend))
     , m_keeper(std::move(keeper))
+    , m_deployment(std::move(deployment))
 {
 }
 
@@ -229,7 +232,7 @@ void Services::registerInspectors(ToolRegistry &registry)
 NotchPanel &Services::panel()
 {
     return ensure(m_panel, [this] {
-        return std::make_unique<NotchPanel>(controller(), settings(), tools(), platform(), scheduler(),
+        return std::make_unique<NotchPanel>(controller(), settings(), tools(), platform(), scheduler(), updates(),
                                             ControlContext{appearance(), frameClock()});
     });
 }
@@ -389,6 +392,14 @@ AudioInspector &Services::audioInspector()
     return ensure(m_audioInspector, [this] {
         return std::make_unique<AudioInspector>(
             FileInspector::Surroundings{defaults(), filePresence(), haptics(), scheduler()}, facts(), audioPreview());
+    });
+}
+
+UpdateService &Services::updates()
+{
+    return ensure(m_updates, [this] {
+        m_feedSource = std::make_unique<FeedProcess>(scheduler(), FeedProcess::installed(m_deployment.version));
+        return std::make_unique<UpdateService>(settings(), scheduler(), *m_feedSource, m_deployment);
     });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/DataFolderLock.h"
+#include "updates/UpdateDeployment.h"
 
 #include <QString>
 
@@ -19,6 +20,7 @@ class ClipboardService;
 class ClipboardStore;
 class DefaultsDatabase;
 class FactSource;
+class FeedSource;
 class FilePicker;
 class FilePresence;
 class ForegroundSession;
@@ -42,6 +44,7 @@ class SystemTaskScheduler;
 class TaskScheduler;
 class ThumbnailSource;
 class ToolRegistry;
+class UpdateService;
 struct Project;
 struct ShelfItem;
 template <typename Record>
@@ -53,7 +56,7 @@ class Services
 {
 public:
     /// `keeper` is the executable that keeps the clipboard after the program's end.
-    Services(QString backend, QString keeper);
+    Services(QString backend, QString keeper, UpdateDeployment deployment);
     ~Services();
 
     TaskScheduler &scheduler();
@@ -90,6 +93,7 @@ public:
     RecentThumbnails &recentThumbnails();
     ImageInspector &imageInspector();
     AudioInspector &audioInspector();
+    UpdateService &updates();
 
 private:
     void registerTools(ToolRegistry &registry);
@@ -99,11 +103,14 @@ private:
 
     QString m_backend;
     QString m_keeper;
+    UpdateDeployment m_deployment;
     // In start-up order; destroyed from the last to the first.
     std::unique_ptr<SystemTaskScheduler> m_scheduler;
     std::unique_ptr<DefaultsDatabase> m_defaults;
     std::vector<std::unique_ptr<SaveRetry>> m_retries;
     std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<FeedSource> m_feedSource;
+    std::unique_ptr<UpdateService> m_updates;
     std::unique_ptr<Platform> m_platform;
     std::unique_ptr<Haptics> m_haptics;
     std::unique_ptr<ForegroundSession> m_foreground;

@@ -2,6 +2,7 @@
 #include "app/LogFormat.h"
 #include "app/Services.h"
 #include "app/TerminationSignals.h"
+#include "app/UpdateCheckRun.h"
 #include "foundation/AppPaths.h"
 #include "foundation/CoreDumps.h"
 #include "foundation/DataFolderLock.h"
@@ -9,6 +10,7 @@
 #include "platform/KeyboardLayout.h"
 #include "platform/PlatformStart.h"
 #include "records/KeyNames.h"
+#include "updates/UpdateDeployment.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -35,6 +37,12 @@ int printKeyNames()
 {
     const QByteArray names = encodedKeyNames(KeyboardLayout::currentKeyNames());
     return std::puts(names.constData()) < 0 ? kFailed : 0;
+}
+
+UpdateDeployment deployment()
+{
+    return {QUrl(QStringLiteral(OSTRELLE_UPDATE_FEED)), QUrl(QStringLiteral(OSTRELLE_HOME_PAGE)),
+            QStringLiteral(OSTRELLE_VERSION)};
 }
 
 /// The arguments that the command `ostrelle` passes; started by hand, the program takes the lock by itself.
@@ -84,6 +92,8 @@ int main(int argc, char **argv)
     installLogFormat();
     if (argc == 2 && std::strcmp(argv[1], "--key-names") == 0)
         return printKeyNames();
+    if (isUpdateCheck(argc, argv))
+        return checkForUpdateOnce(argc, argv, deployment());
     QString problem;
     const auto backend = PlatformStart::prepare(&problem);
     if (!backend)
@@ -103,7 +113,8 @@ int main(int argc, char **argv)
     // Before the services, so that the last of them has written when the lock goes.
     const std::optional<DataFolderLock> lock = std::move(arguments.lock);
     arguments.start.isLocked = lock.has_value();
-    Services services(*backend, QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle-keeper"));
+    Services services(*backend, QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle-keeper"),
+                      deployment());
     AppDelegate delegate(services, std::move(arguments.start));
     const TerminationSignals signals_;
     QObject::connect(&signals_, &TerminationSignals::received, &application, &QCoreApplication::quit);

@@ -8,6 +8,7 @@
 #include "command/ShelfCommands.h"
 #include "command/ShortcutsCommands.h"
 #include "command/ThumbnailCommand.h"
+#include "command/UpdateCommands.h"
 
 namespace ostrelle {
 
@@ -145,6 +146,14 @@ std::vector<CommandSpec> makeTable()
          1,
          runThumbnail,
          {text("[--size N]"), text("--output FILE.png")}},
+        {text("update check"),
+         {},
+         text("Ask the update server for a newer version"),
+         text("Also for one that is to be skipped. The exit status is 1 when the check failed, with --json too."),
+         true,
+         0,
+         0,
+         runUpdateCheck},
     };
 }
 

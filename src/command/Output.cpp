@@ -27,14 +27,4 @@ QString compactJson(const QJsonValue &value)
     return QString::fromUtf8(bytes.mid(1, bytes.size() - 2));
 }
 
-QString printable(const QString &text)
-{
-    QString result = text;
-    for (QChar &character : result) {
-        if (character.category() == QChar::Other_Control || character.category() == QChar::Other_Format)
-            character = QLatin1Char(' ');
-    }
-    return result;
-}
-
 } // namespace ostrelle

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command/CommandTable.h"
+#include "foundation/PrintableText.h" // what is printed goes through it
 
 #include <QJsonValue>
 #include <QString>
@@ -12,7 +13,5 @@ void printOut(const QString &text);
 ExitStatus fail(ExitStatus status, const QString &message);
 /// Any JSON value, compact, on one line.
 QString compactJson(const QJsonValue &value);
-/// `text` without control characters, so that nothing in it can steer a terminal.
-QString printable(const QString &text);
 
 } // namespace ostrelle

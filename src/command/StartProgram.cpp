@@ -9,6 +9,8 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -23,18 +25,26 @@ ExitStatus handOver(ControlClient &client, const QString &tool)
     return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
 }
 
+ExitStatus execute(QByteArrayList arguments)
+{
+    arguments.prepend(QFile::encodeName(QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle-notch")));
+    const QByteArray program = arguments.constFirst();
+    std::vector<char *> pointers;
+    for (QByteArray &argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    ::execv(program.constData(), pointers.data());
+    return fail(ExitStatus::Failed, QStringLiteral("cannot start %1: %2")
+                                        .arg(QFile::decodeName(program), QString::fromLocal8Bit(std::strerror(errno))));
+}
+
 /// `lockDescriptor` is -1 where the folder cannot be written: the program runs all the same and says so.
 ExitStatus becomeProgram(int lockDescriptor, const QString &tool, bool openAtStart)
 {
-    const QByteArray program =
-        QFile::encodeName(QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle-notch"));
-    QByteArray lockArgument = "--lock-descriptor=" + QByteArray::number(lockDescriptor);
-    QByteArray openArgument = "--open=" + tool.toUtf8();
-    QByteArray name = program;
-    char *arguments[] = {name.data(), lockArgument.data(), openAtStart ? openArgument.data() : nullptr, nullptr};
-    ::execv(program.constData(), arguments);
-    return fail(ExitStatus::Failed, QStringLiteral("cannot start %1: %2")
-                                        .arg(QFile::decodeName(program), QString::fromLocal8Bit(std::strerror(errno))));
+    QByteArrayList arguments{"--lock-descriptor=" + QByteArray::number(lockDescriptor)};
+    if (openAtStart)
+        arguments << "--open=" + tool.toUtf8();
+    return execute(std::move(arguments));
 }
 
 } // namespace
@@ -47,6 +57,11 @@ ExitStatus openOrBecome(const QString &tool, bool openAtStart)
     if (auto *lock = std::get_if<DataFolderLock>(&access))
         return becomeProgram(lock->passOn(), tool, openAtStart);
     return becomeProgram(-1, tool, openAtStart);
+}
+
+ExitStatus becomeOneShot(const QByteArrayList &arguments)
+{
+    return execute(arguments);
 }
 
 } // namespace ostrelle

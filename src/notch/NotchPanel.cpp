@@ -36,14 +36,14 @@ constexpr int kSurroundings = 48;
 } // namespace
 
 NotchPanel::NotchPanel(NotchController &controller, SettingsStore &settings, ToolRegistry &registry, Platform &platform,
-                       TaskScheduler &scheduler, const ControlContext &context)
+                       TaskScheduler &scheduler, UpdateService &updates, const ControlContext &context)
     : m_controller(controller)
     , m_viewModel(controller.viewModel())
     , m_settings(settings)
     , m_platform(platform)
     , m_context(context)
     , m_backdrop(makeChild<PanelBackdrop>(this, platform.panelHost(), context.appearance))
-    , m_root(makeChild<NotchRootView>(this, context, controller.viewModel(), settings, registry, scheduler))
+    , m_root(makeChild<NotchRootView>(this, context, controller.viewModel(), settings, registry, scheduler, updates))
     , m_crossFade(makeChild<CrossFade>(this, context))
 {
     setAccessibleName(QStringLiteral("Ostrelle"));

@@ -21,6 +21,7 @@ class SettingsStore;
 class TaskScheduler;
 class ToolRegistry;
 class ToolView;
+class UpdateService;
 
 /// The window of the notch: paints the surface hanging from its top centre, carries what stands on it, and hands
 /// pointer, keyboard and menu to the controller. Main thread.
@@ -29,7 +30,7 @@ class NotchPanel : public QWidget
     Q_OBJECT
 public:
     NotchPanel(NotchController &controller, SettingsStore &settings, ToolRegistry &registry, Platform &platform,
-               TaskScheduler &scheduler, const ControlContext &context);
+               TaskScheduler &scheduler, UpdateService &updates, const ControlContext &context);
     ~NotchPanel() override;
 
     /// What the surface is painted from in the present frame.

@@ -10,9 +10,9 @@
 #include "notch/ModuleStrip.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchShape.h"
+#include "notch/SettingsButton.h"
 #include "notch/ToolView.h"
 #include "notch/controls/EmptyStateView.h"
-#include "notch/controls/GlyphButton.h"
 
 #include <QPainter>
 
@@ -41,7 +41,7 @@ QString noToolsMessage()
 } // namespace
 
 NotchRootView::NotchRootView(const ControlContext &context, NotchViewModel &viewModel, SettingsStore &settings,
-                             ToolRegistry &registry, TaskScheduler &scheduler, QWidget *parent)
+                             ToolRegistry &registry, TaskScheduler &scheduler, UpdateService &updates, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
     , m_viewModel(viewModel)
@@ -54,10 +54,7 @@ NotchRootView::NotchRootView(const ControlContext &context, NotchViewModel &view
                })
     , m_header(makeChild<ModuleHeader>(this, context))
     , m_strip(makeChild<ModuleStrip>(this, context, registry))
-    , m_settingsButton(makeChild<GlyphButton>(this, context,
-                                              GlyphButton::Content{.symbol = QStringLiteral("gearshape"),
-                                                                   .help = QStringLiteral("Settings"),
-                                                                   .systemSize = 12}))
+    , m_settingsButton(makeChild<SettingsButton>(this, context, updates))
     , m_noTools(makeChild<EmptyStateView>(
           this, context,
           EmptyStateView::Content{.symbol = QStringLiteral("square.grid.2x2"),
@@ -67,7 +64,6 @@ NotchRootView::NotchRootView(const ControlContext &context, NotchViewModel &view
 {
     setAttribute(Qt::WA_NoSystemBackground);
     m_settingsButton.setEnabled(false);
-    m_settingsButton.setToolTip(QStringLiteral("Comes with the settings window"));
     m_noTools.hide();
     m_router.hide();
     connect(&m_header, &ModuleHeader::backRequested, this, [this] { m_viewModel.backToSelector(); });
@@ -313,7 +309,7 @@ void NotchRootView::arrangeSelector(double content)
     const double presence = content * (1 - std::clamp(other, 0.0, 1.0));
     const double right = width() / 2.0 + m_motion.frame().width / 2;
     m_settingsButton.move(
-        QPointF(right - kSettingsRight - GlyphButton::kDiameter, m_openInset + kSettingsTop).toPoint());
+        QPointF(right - kSettingsRight - SettingsButton::kDiameter, m_openInset + kSettingsTop).toPoint());
     m_settingsButton.setPresence(presence);
     m_settingsButton.setVisible(presence > 0);
     // It travels with the strip whose place it takes, so that it stays on a surface that is still growing.

@@ -18,13 +18,14 @@ namespace ostrelle {
 
 class DropRouterView;
 class EmptyStateView;
-class GlyphButton;
 class ModuleContainer;
 class ModuleStrip;
+class SettingsButton;
 class SettingsStore;
 class TaskScheduler;
 class ToolRegistry;
 class ToolView;
+class UpdateService;
 
 /// Everything that stands on the surface, laid out for the present frame: the strip that is there in every state, the
 /// selector's settings button, and a tool with its header.
@@ -33,7 +34,7 @@ class NotchRootView : public QWidget
     Q_OBJECT
 public:
     NotchRootView(const ControlContext &context, NotchViewModel &viewModel, SettingsStore &settings,
-                  ToolRegistry &registry, TaskScheduler &scheduler, QWidget *parent);
+                  ToolRegistry &registry, TaskScheduler &scheduler, UpdateService &updates, QWidget *parent);
 
     const PanelFrame &frame() const { return m_motion.frame(); }
     bool isMoving() const { return m_motion.isMoving(); }
@@ -95,7 +96,7 @@ private:
 
     ModuleHeader &m_header;
     ModuleStrip &m_strip;
-    GlyphButton &m_settingsButton;
+    SettingsButton &m_settingsButton;
     EmptyStateView &m_noTools;
     DropRouterView &m_router;
     /// A child. Leaving may be the tool's own doing, so that it is deleted later.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/RequestHandle.h"
+#include "updates/FeedOutcome.h"
 
 #include <QByteArray>
 #include <QString>
@@ -14,16 +15,10 @@ namespace ostrelle {
 /// What came of a request for the update feed.
 struct FeedAnswer
 {
-    enum class Outcome {
-        Answered,   ///< `status` and, if that is 200, `body`
-        Unreadable, ///< not HTTP, or larger than any feed
-        Failed,     ///< `message` says why, for the user
-    };
-
-    Outcome outcome = Outcome::Failed;
-    int status = 0;
+    FeedOutcome outcome = FeedOutcome::Failed;
+    int status = 0; ///< of HTTP
     QByteArray body;
-    QString message;
+    QString message; ///< for the user
 };
 
 /// Gets the update feed. Main thread.

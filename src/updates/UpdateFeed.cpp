@@ -74,9 +74,9 @@ QString UpdateError::badFeed()
 
 std::variant<UpdateRelease, QString> releaseFrom(const FeedAnswer &answer, const QUrl &homePage)
 {
-    if (answer.outcome == FeedAnswer::Outcome::Failed)
+    if (answer.outcome == FeedOutcome::Failed)
         return answer.message;
-    if (answer.outcome == FeedAnswer::Outcome::Unreadable)
+    if (answer.outcome == FeedOutcome::Unreadable)
         return UpdateError::badFeed();
     if (answer.status != kOk)
         return UpdateError::server(answer.status);

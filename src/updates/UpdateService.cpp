@@ -69,7 +69,7 @@ QUrl withTime(QUrl feed)
 } // namespace
 
 UpdateService::UpdateService(SettingsStore &settings, TaskScheduler &scheduler, FeedSource &source,
-                             Deployment deployment, QObject *parent)
+                             UpdateDeployment deployment, QObject *parent)
     : QObject(parent)
     , m_settings(settings)
     , m_scheduler(scheduler)

@@ -2,6 +2,7 @@
 
 #include "foundation/RequestHandle.h"
 #include "foundation/Task.h"
+#include "updates/UpdateDeployment.h"
 #include "updates/UpdateState.h"
 
 #include <QBindable>
@@ -30,18 +31,10 @@ public:
     using State = UpdateState;
     using Done = std::function<void(const State &state)>;
 
-    /// What whoever deploys the program has decided.
-    struct Deployment
-    {
-        QUrl feed;     ///< HTTPS; in the domain "invalid" there is no feed
-        QUrl homePage; ///< HTTPS; where to download a release that names no address
-        QString version;
-    };
-
     /// An automatic check passes over the version that the user skips.
     enum class Check { Automatic, Manual };
 
-    UpdateService(SettingsStore &settings, TaskScheduler &scheduler, FeedSource &source, Deployment deployment,
+    UpdateService(SettingsStore &settings, TaskScheduler &scheduler, FeedSource &source, UpdateDeployment deployment,
                   QObject *parent = nullptr);
     ~UpdateService() override;
 
@@ -50,7 +43,7 @@ public:
     /// The last check that succeeded, in this process.
     const std::optional<QDateTime> &lastCheck() const { return m_lastCheck; }
     QString currentVersion() const;
-    const Deployment &deployment() const { return m_deployment; }
+    const UpdateDeployment &deployment() const { return m_deployment; }
 
     /// Checks after six seconds and then every six hours while the setting is on, and follows it. Without a feed no
     /// check is made by itself.
@@ -76,7 +69,7 @@ private:
     SettingsStore &m_settings;
     TaskScheduler &m_scheduler;
     FeedSource &m_source;
-    Deployment m_deployment;
+    UpdateDeployment m_deployment;
     Q_OBJECT_BINDABLE_PROPERTY(UpdateService, UpdateState, m_state)
     std::optional<QDateTime> m_lastCheck;
     QPropertyNotifier m_settingWatch;

@@ -3,6 +3,7 @@
 #include "notch/ModuleHeader.h"
 #include "notch/ModuleStrip.h"
 #include "notch/NotchRootView.h"
+#include "notch/SettingsButton.h"
 #include "notch/ToolView.h"
 #include "notch/UnbuiltToolView.h"
 #include "notch/controls/EmptyStateView.h"
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void leavingAToolFromItsOwnCodeIsSafe();
     void toolWithoutViewSaysWhatItIs();
     void saysWhenNoToolIsEnabled();
+    void gearTellsOfAnUpdate();
     void menuOffersOnlyWhatExists();
     void menuBeginsWithWhatTheToolOffers();
     void isIdleWhenNothingMoves();
@@ -243,6 +245,41 @@ void NotchPanelTest::saysWhenNoToolIsEnabled()
     fixture.settings.setEnabledModules({KestroModule::Color});
     fixture.settle();
     QVERIFY(fixture.notch.findChild<EmptyStateView *>()->isHidden());
+}
+
+void NotchPanelTest::gearTellsOfAnUpdate()
+{
+    PanelFixture fixture;
+    fixture.start();
+    fixture.open();
+    auto &gear = fixture.child<SettingsButton>(QStringLiteral("Settings"));
+    const auto hasDot = [&gear] {
+        const QColor colour = gear.grab().toImage().pixelColor(17, 4);
+        return colour.alpha() > 250 && qAbs(colour.redF() - Theme::kMagenta.redF()) < 0.02F;
+    };
+    const auto check = [&fixture](const QByteArray &feed) {
+        fixture.updates.check(UpdateService::Check::Manual);
+        fixture.updateServer.answer(feed);
+    };
+    QVERIFY(!hasDot());
+    check("{\"version\": \"2\"}");
+    QVERIFY(!hasDot()); // it grows
+    fixture.settle();
+    QVERIFY(hasDot());
+    QCOMPARE(gear.toolTip(), QStringLiteral("Settings — an update is available"));
+    QCOMPARE(gear.accessibleName(), gear.toolTip());
+    fixture.updates.skip();
+    fixture.settle();
+    QVERIFY(!hasDot());
+    QCOMPARE(gear.toolTip(), QStringLiteral("Settings"));
+
+    // Out of sight nothing moves for it.
+    fixture.controller.dismiss();
+    fixture.settle();
+    check("{\"version\": \"3\"}");
+    QCOMPARE(fixture.clock.pendingCount(), 0);
+    fixture.open();
+    QVERIFY(hasDot());
 }
 
 void NotchPanelTest::menuOffersOnlyWhatExists()

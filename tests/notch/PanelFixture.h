@@ -6,6 +6,8 @@
 #include "notch/NotchAppearance.h"
 #include "notch/NotchPanel.h"
 #include "notch/ToolRegistry.h"
+#include "support/FakeFeedSource.h"
+#include "updates/UpdateService.h"
 
 #include <QApplication>
 #include <QEnterEvent>
@@ -46,7 +48,13 @@ struct ControlFixture : NotchFixture
 struct PanelFixture : ControlFixture
 {
     ToolRegistry registry;
-    NotchPanel notch{controller, settings, registry, platform, clock, context};
+    FakeFeedSource updateServer;
+    UpdateService updates{
+        settings,
+        clock,
+        updateServer,
+        {QUrl(QStringLiteral("https://feed.example/version.json")), QUrl(QStringLiteral("https://home.example/")), {}}};
+    NotchPanel notch{controller, settings, registry, platform, clock, updates, context};
 
     /// Tools are registered before.
     void start()

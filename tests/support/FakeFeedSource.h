@@ -22,7 +22,7 @@ public:
     void answer(const FeedAnswer &with) { std::exchange(m_done, {})(with); }
     void answer(const QByteArray &body)
     {
-        answer({.outcome = FeedAnswer::Outcome::Answered, .status = 200, .body = body, .message = {}});
+        answer({.outcome = FeedOutcome::Answered, .status = 200, .body = body, .message = {}});
     }
 
     QList<QUrl> addresses;

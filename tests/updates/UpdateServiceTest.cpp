@@ -136,11 +136,11 @@ private Q_SLOTS:
         updates.check(UpdateService::Check::Manual, kNewer);
         const auto last = updates.service.lastCheck();
         const QList<std::pair<FeedAnswer, QString>> failures = {
-            {{.outcome = FeedAnswer::Outcome::Answered, .status = 503, .body = kNewer, .message = {}},
+            {{.outcome = FeedOutcome::Answered, .status = 503, .body = kNewer, .message = {}},
              QStringLiteral("The update server answered 503.")},
-            {{.outcome = FeedAnswer::Outcome::Unreadable, .body = {}, .message = {}},
+            {{.outcome = FeedOutcome::Unreadable, .body = {}, .message = {}},
              QStringLiteral("The update server sent something unreadable.")},
-            {{.outcome = FeedAnswer::Outcome::Failed, .body = {}, .message = QStringLiteral("No network")},
+            {{.outcome = FeedOutcome::Failed, .body = {}, .message = QStringLiteral("No network")},
              QStringLiteral("No network")},
         };
         for (const auto &[answer, message] : failures) {
