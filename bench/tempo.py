@@ -1,79 +1,27 @@
 #!/usr/bin/python3
-"""The tempo of a three-minute song: CPU time of a media helper from its start to its end, beside the tempo programs of
-Debian that are installed (bpm-tools with sox, aubio-tools) in the same run; prints figure and budget side by side and
-exits 1 when one is missed. Needs ffmpeg.
-Usage: bench/tempo.py [ROUNDS]      the comparison
-       bench/tempo.py --of FILE...  the tempo of files, and what it took"""
+"""The tempo of a three-minute song: CPU time of the whole command, beside the tempo programs of Debian that are installed
+(soundstretch, aubio-tools, bpm-tools with sox, vamp-examples) in the same run; prints figure and budget side by side and
+exits 1 when one is missed. Programs that read no MP3 are given what lame decodes, which counts. Needs ffmpeg, lame.
+Usage: bench/tempo.py [ROUNDS]"""
 import array
+import glob
 import math
 import os
 import pathlib
 import random
 import shutil
-import socket
-import struct
 import subprocess
 import sys
 import tempfile
 import wave
 
-BUILD = pathlib.Path(os.environ.get("OSTRELLE_BUILD", pathlib.Path(__file__).resolve().parents[1] / "build/release"))
+sys.dont_write_bytecode = True
+from whole_command import BUILD, best_of, finish, report  # noqa: E402
+
+OSTRELLE = str(BUILD / "bin/ostrelle")
 RATE = 44100
-# HelperRequest and HelperAnswer of src/media/common/HelperProtocol.h.
-REQUEST, ANSWER = struct.Struct("=8I16s"), struct.Struct("=10I")
-MAGIC, TEMPO, DONE, DECLINED = 0x4D74734F, 5, 0, 1
-KINDS = {"mp3": ["-b:a", "192k"], "vbr.mp3": ["-q:a", "2"], "wav": [], "flac": [], "ogg": ["-c:a", "libvorbis"],
-         "opus": [], "m4a": [], "wma": []}
-RESULTS = []
-
-
-def report(what, figure, budget, more=""):
-    ok = figure <= budget
-    RESULTS.append(ok)
-    print(f"{'ok  ' if ok else 'MISS'} {what:<44} {figure:8.1f} ms  budget {budget:.4g}{'  ' + more if more else ''}", flush=True)
-
-
-def cpu_ms(usage):
-    return (usage.ru_utime + usage.ru_stime) * 1000
-
-
-def ask(helper, path):
-    """(status, answer as text, CPU ms of the whole life of the helper)"""
-    ours, theirs = socket.socketpair()
-    with ours:
-        actions = [(os.POSIX_SPAWN_DUP2, theirs.fileno(), 0)]
-        pid = os.posix_spawn(BUILD / "bin" / helper, [helper], {}, file_actions=actions)
-        theirs.close()
-        with open(path, "rb") as file:
-            request = REQUEST.pack(MAGIC, 1, TEMPO, 0, 0, 0, 20, 16384, b"")
-            socket.send_fds(ours, [request], [file.fileno()])
-        answer = ours.recv(ANSWER.size, socket.MSG_WAITALL)
-        status, size = ANSWER.unpack(answer)[2::7] if len(answer) == ANSWER.size else (None, 0)
-        text = ours.recv(size, socket.MSG_WAITALL).decode() if size else ""
-    return status, text, cpu_ms(os.wait4(pid, 0)[2])
-
-
-def tempo_of(path):
-    """(answer, CPU ms of the helpers that it takes)"""
-    status, text, spent = ask("ostrelle-media", path)
-    if status == DECLINED:
-        status, text, more = ask("ostrelle-media-extra", path)
-        spent += more
-    return text if status == DONE else f"status {status}", spent
-
-
-def whole_command(command):
-    """CPU ms of a shell command with all its processes."""
-    pid = os.fork()
-    if pid == 0:
-        null = os.open(os.devnull, os.O_WRONLY)
-        os.dup2(null, 1)
-        os.dup2(null, 2)
-        os.execvp("sh", ["sh", "-c", command])
-    _, status, usage = os.wait4(pid, 0)
-    if status != 0:
-        sys.exit(f"{command}: status {status}")
-    return cpu_ms(usage)
+MOST_CPU = 120
+OTHER_KINDS = {"vbr.mp3": ["-q:a", "2"], "flac": [], "ogg": ["-c:a", "libvorbis"], "opus": [], "m4a": [], "wma": []}
 
 
 def write_song(path, bpm=124, seconds=180):
@@ -102,44 +50,42 @@ def write_song(path, bpm=124, seconds=180):
             file.writeframes(frames)
 
 
-def compare(rounds):
-    with tempfile.TemporaryDirectory() as name:
-        song = pathlib.Path(name) / "song.wav"
-        write_song(song)
-        files = {}
-        for kind, options in KINDS.items():
-            files[kind] = song if kind == "wav" else song.with_suffix("." + kind)
-            if kind != "wav":
-                subprocess.run(["ffmpeg", "-loglevel", "error", "-i", song, *options, files[kind]], check=True)
-        others = {}
-        if shutil.which("bpm") and shutil.which("sox"):
-            others["bpm"] = f"sox -V1 {files['mp3']} -t raw -r 44100 -e float -c 1 - | bpm"
-        if shutil.which("aubio"):
-            others["aubio"] = f"aubio tempo {files['mp3']}"
-        ours = {kind: [] for kind in files}
-        theirs = {key: [] for key in others}
-        for _ in range(rounds):
-            for kind, path in files.items():
-                ours[kind].append(tempo_of(path))
-            for key, command in others.items():
-                theirs[key].append(whole_command(command))
-        beside = ", ".join(f"{key} {min(theirs[key]):.0f}" for key in others)
-        best = {kind: min(spent for _, spent in runs) for kind, runs in ours.items()}
-        report("tempo of a 3-minute MP3, helper", best["mp3"], 120, beside)
-        for key in others:
-            report(f"the same beside {key}", best["mp3"], min(theirs[key]))
-        for kind, runs in ours.items():
-            print(f"     {kind:<8} {best[kind]:8.1f} ms  {' '.join(sorted({answer for answer, _ in runs}))}")
-    sys.exit(0 if all(RESULTS) else 1)
+def others(path):
+    """The commands of the installed programs, by name."""
+    wav = path.with_suffix(".decoded.wav") if path.suffix == ".mp3" else path
+    decode = "" if wav == path else f"lame --quiet --decode {path} {wav} && "
+    found = {"aubio": f"aubio tempo {path}", "aubiotrack": f"aubiotrack -i {path}",
+             "bpm": f"{decode}sox {wav} -t raw -r 44100 -e float -c 1 - | bpm",
+             "soundstretch": f"{decode}soundstretch {wav} -bpm"}
+    commands = {name: ["sh", "-c", command] for name, command in found.items() if shutil.which(name)}
+    plugins = glob.glob("/usr/lib/*/vamp/vamp-example-plugins.so")
+    if plugins and shutil.which("vamp-simple-host"):
+        plugin = f"VAMP_PATH={os.path.dirname(plugins[0])} vamp-simple-host vamp-example-plugins:fixedtempo"
+        commands["vamp"] = ["sh", "-c", f"{plugin} {path}"]
+    return commands
 
 
 def main():
-    if sys.argv[1:2] == ["--of"]:
-        for path in sys.argv[2:]:
-            answer, spent = tempo_of(path)
-            print(f"{path}: {answer} {spent:.1f} ms")
-    else:
-        compare(int(sys.argv[1]) if len(sys.argv) > 1 else 9)
+    rounds = int(sys.argv[1]) if len(sys.argv) > 1 else 9
+    with tempfile.TemporaryDirectory() as name:
+        song = pathlib.Path(name) / "song.wav"
+        write_song(song)
+        compressed = song.with_suffix(".mp3")
+        subprocess.run(["ffmpeg", "-loglevel", "error", "-i", song, "-b:a", "192k", compressed], check=True)
+        for path in (compressed, song):
+            commands = {"ostrelle": [OSTRELLE, "inspect", str(path)], **others(path)}
+            spent = {key: best[1] for key, best in best_of(commands, rounds, silent=True).items()}
+            ours = spent.pop("ostrelle")
+            beside = ", ".join(f"{key} {figure:.0f}" for key, figure in spent.items())
+            report(f"tempo of a 3-minute {path.suffix}, CPU", ours, MOST_CPU, "ms", beside)
+            for key, figure in spent.items():
+                report(f"the same beside {key}", ours, figure, "ms")
+        for kind, options in OTHER_KINDS.items():
+            path = song.with_suffix("." + kind)
+            subprocess.run(["ffmpeg", "-loglevel", "error", "-i", song, *options, path], check=True)
+            spent = best_of({"": [OSTRELLE, "inspect", str(path)]}, rounds, silent=True)[""][1]
+            print(f"     {kind:<10} {spent:8.1f} ms", flush=True)
+    finish()
 
 
 main()

@@ -12,6 +12,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+// Told without the database, which takes 0.6 ms to be opened: a tenth of what a command on one file takes.
+constexpr std::array kUsualImages{"jpg"_L1, "jpeg"_L1, "png"_L1, "gif"_L1, "webp"_L1, "tif"_L1, "tiff"_L1, "bmp"_L1};
+constexpr std::array kUsualAudio{"mp3"_L1, "wav"_L1, "flac"_L1, "m4a"_L1, "ogg"_L1, "opus"_L1, "aif"_L1, "aiff"_L1};
+
 // Looked for when the database (shared-mime-info 2.2) has no such ending.
 constexpr std::array kMoreAudio{"caf"_L1, "bwf"_L1,  "rf64"_L1, "w64"_L1, "wave"_L1, "alac"_L1,
                                 "tak"_L1, "eac3"_L1, "ec3"_L1,  "mxf"_L1, "rm"_L1};
@@ -32,6 +36,11 @@ bool holds(const Words &words, const QString &word)
 
 NamedKind namedKind(const QString &name)
 {
+    const QString ending = QFileInfo(name).suffix().toLower();
+    if (holds(kUsualImages, ending))
+        return NamedKind::Image;
+    if (holds(kUsualAudio, ending))
+        return NamedKind::Audio;
     const QMimeType type = QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension);
     const QStringList types = QStringList{type.name()} + type.allAncestors();
     const auto isOf = [&types](QLatin1StringView family) {
@@ -45,7 +54,6 @@ NamedKind namedKind(const QString &name)
         return NamedKind::Audio;
     if (isOf("video/"_L1))
         return NamedKind::Video;
-    const QString ending = QFileInfo(name).suffix().toLower();
     if (holds(kMoreImages, ending))
         return NamedKind::Image;
     return holds(kMoreAudio, ending) ? NamedKind::Audio : NamedKind::Other;

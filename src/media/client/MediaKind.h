@@ -10,7 +10,7 @@ namespace ostrelle {
 enum class NamedKind { Other, Image, Audio, Video };
 
 /// What the ending of the name says a file is: the desktop's MIME database, and the few kinds of sounds and images that
-/// it does not know. Nothing is opened, nothing need exist.
+/// it does not know. The file is not opened, and need not exist.
 NamedKind namedKind(const QString &name);
 
 /// Patterns of names, as "*.caf", that are of this kind without the database saying so; none but of sounds and images.
