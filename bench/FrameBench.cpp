@@ -4,6 +4,9 @@
 #include "core/SettingsStore.h"
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/LargeBlocks.h"
+#include "foundation/MakeChild.h"
+#include "inspectors/ColorModuleView.h"
+#include "inspectors/ColorService.h"
 #include "notch/FrameClock.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchController.h"
@@ -50,6 +53,18 @@ public:
     explicit Notch(int scale)
         : m_scale(scale)
     {
+        for (qsizetype step = 0; step < ColorLists::kMostFavorites; ++step) {
+            const SampledColor color{static_cast<double>(step) / ColorLists::kMostFavorites, 0.5, 0.8};
+            m_colors.record(color);
+            m_colors.toggleFavorite(color);
+        }
+        // A tool with as many controls as a tool has, in every place.
+        for (const KestroModule module : kAllModules)
+            m_registry.add(module, {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                               const ColorModuleView::Surroundings around{m_colors, m_clipboard, m_platform.haptics(),
+                                                                          m_platform.popups(), m_clock};
+                               return makeChild<ColorModuleView>(&parent, around, context);
+                           }});
         m_controller.start(m_panel);
         rest();
     }
@@ -102,6 +117,7 @@ private:
     FakePlatform m_platform{m_clipboard};
     NotchViewModel m_viewModel{m_settings, m_clock, m_platform.dragSense(), m_platform.haptics()};
     NotchController m_controller{m_viewModel, m_settings, m_clock, m_platform};
+    ColorService m_colors{m_database, m_platform.colourPicker(), m_controller};
     ToolRegistry m_registry;
     FrameClock m_frames{m_clock};
     NotchAppearance m_appearance{m_settings, m_platform.appearance()};

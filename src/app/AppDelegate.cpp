@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/ClipboardRequests.h"
+#include "app/ColorRequests.h"
 #include "app/ControlServer.h"
 #include "app/NotchRequests.h"
 #include "app/ProjectsRequests.h"
@@ -18,6 +19,7 @@
 #include "foundation/DefaultsDatabase.h"
 #include "foundation/Unwritable.h"
 #include "inspectors/AudioInspector.h"
+#include "inspectors/ColorService.h"
 #include "inspectors/ImageInspector.h"
 #include "notch/NotchController.h"
 #include "notch/NotchPanel.h"
@@ -78,6 +80,7 @@ void AppDelegate::forgetUndo()
     m_services.projects().lapse();
     m_services.imageInspector().recents().lapse();
     m_services.audioInspector().recents().lapse();
+    m_services.colors().lapse();
 }
 
 void AppDelegate::startCommands()
@@ -89,6 +92,7 @@ void AppDelegate::startCommands()
     addShelfRequests(m_router, m_services.shelf());
     addProjectsRequests(m_router, m_services.projects(), m_services.filePresence(),
                         m_services.platform().fileOpening());
+    addColorRequests(m_router, m_services.colors(), m_services.defaults());
     addSettingsRequests(m_router, m_services.settings());
     addShortcutsRequests(m_router, m_services.shortcuts());
     addUpdateRequests(m_router, m_services.updates());

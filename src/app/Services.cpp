@@ -25,6 +25,8 @@
 #include "inspectors/AudioInfoModuleView.h"
 #include "inspectors/AudioInspector.h"
 #include "inspectors/AudioPreviewService.h"
+#include "inspectors/ColorModuleView.h"
+#include "inspectors/ColorService.h"
 #include "inspectors/ImageInfoModuleView.h"
 #include "inspectors/ImageInspector.h"
 #include "inspectors/MediaFactSource.h"
@@ -45,6 +47,8 @@
 #include "updates/UpdateService.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace ostrelle {
 
@@ -192,6 +196,7 @@ void Services::registerTools(ToolRegistry &registry)
                   .deliver = [this](const QStringList &paths) { projects().add(paths); },
                   .dropAction = QStringLiteral("Pin as a project")});
     registerInspectors(registry);
+    registerColors(registry);
 }
 
 void Services::registerInspectors(ToolRegistry &registry)
@@ -229,6 +234,29 @@ void Services::registerInspectors(ToolRegistry &registry)
                   .dropAction = inspect});
 }
 
+void Services::registerColors(ToolRegistry &registry)
+{
+    registry.add(KestroModule::Color,
+                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
+                      const ColorModuleView::Surroundings around{.colors = colors(),
+                                                                 .clipboard = platform().clipboard(),
+                                                                 .haptics = haptics(),
+                                                                 .popups = platform().popups(),
+                                                                 .scheduler = scheduler()};
+                      return makeChild<ColorModuleView>(&parent, around, context);
+                  },
+                  .badge = [this]() -> std::optional<ModuleBadge> {
+                      if (colors().recents().isEmpty())
+                          return std::nullopt;
+                      const auto shown = [](double component) { return std::clamp(component, 0.0, 1.0); };
+                      const SampledColor &latest = colors().recents().first();
+                      return DotBadge{shown(latest.r), shown(latest.g), shown(latest.b)};
+                  },
+                  .count = [this] { return static_cast<int>(colors().recents().size()); }});
+    QObject::connect(&colors(), &ColorService::recentsChanged, &registry,
+                     [&registry] { registry.notifyBadgeChanged(KestroModule::Color); });
+}
+
 NotchPanel &Services::panel()
 {
     return ensure(m_panel, [this] {
@@ -256,7 +284,8 @@ NotchDropDelegate &Services::dropDelegate()
 ShortcutActions &Services::shortcutActions()
 {
     return ensure(m_shortcutActions, [this]() -> std::unique_ptr<ShortcutActions> {
-        return std::make_unique<NotchShortcutActions>(controller(), std::function<void()>());
+        return std::make_unique<NotchShortcutActions>(
+            controller(), [this] { colors().sample(&colors(), [](const std::optional<SampledColor> &) {}); });
     });
 }
 
@@ -400,6 +429,13 @@ UpdateService &Services::updates()
     return ensure(m_updates, [this] {
         m_feedSource = std::make_unique<FeedProcess>(scheduler(), FeedProcess::installed(m_deployment.version));
         return std::make_unique<UpdateService>(settings(), scheduler(), *m_feedSource, m_deployment);
+    });
+}
+
+ColorService &Services::colors()
+{
+    return ensure(m_colors, [this] {
+        return std::make_unique<ColorService>(defaults(), platform().colourPicker(), controller());
     });
 }
 

@@ -18,6 +18,7 @@ class AudioPreview;
 class ClipImages;
 class ClipboardService;
 class ClipboardStore;
+class ColorService;
 class DefaultsDatabase;
 class FactSource;
 class FeedSource;
@@ -93,11 +94,13 @@ public:
     RecentThumbnails &recentThumbnails();
     ImageInspector &imageInspector();
     AudioInspector &audioInspector();
+    ColorService &colors();
     UpdateService &updates();
 
 private:
     void registerTools(ToolRegistry &registry);
     void registerInspectors(ToolRegistry &registry);
+    void registerColors(ToolRegistry &registry);
     template <typename Store>
     void keepSaving(Store &store);
 
@@ -136,6 +139,7 @@ private:
     std::unique_ptr<RecentThumbnails> m_recentThumbnails;
     std::unique_ptr<ImageInspector> m_imageInspector;
     std::unique_ptr<AudioInspector> m_audioInspector;
+    std::unique_ptr<ColorService> m_colors;
     std::unique_ptr<ToolRegistry> m_tools;
     std::unique_ptr<NotchPanel> m_panel;
     std::unique_ptr<NotchDropDelegate> m_dropDelegate;

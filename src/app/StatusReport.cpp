@@ -3,6 +3,7 @@
 #include "app/Services.h"
 #include "app/ShortcutsRequests.h"
 #include "core/SettingsStore.h"
+#include "inspectors/ColorService.h"
 #include "notch/NotchAppearance.h"
 #include "notch/NotchController.h"
 #include "notch/NotchPanel.h"
@@ -106,8 +107,7 @@ QJsonObject statusReport(Services &services)
         {QStringLiteral("dropTargets"), rawValues(viewModel.dropTargets())},
         {QStringLiteral("dropZones"), dropZones(viewModel, services.panel().size(), screen.frame)},
         {QStringLiteral("hasFocus"), host.hasKeyboard()},
-        // The colour sampler is not built yet, so nothing is ever sampling.
-        {QStringLiteral("sampling"), false},
+        {QStringLiteral("sampling"), services.colors().isSampling()},
         {QStringLiteral("theme"), rawValue(services.settings().notchTheme())},
         {QStringLiteral("appearance"),
          services.appearance().scheme() == ColorScheme::Dark ? QStringLiteral("dark") : QStringLiteral("light")},

@@ -1,6 +1,7 @@
 #include "command/CommandTable.h"
 
 #include "command/ClipboardCommands.h"
+#include "command/ColorCommands.h"
 #include "command/InspectCommand.h"
 #include "command/NotchCommands.h"
 #include "command/ProjectsCommands.h"
@@ -20,6 +21,9 @@ const QString kShelfNumberHelp = QStringLiteral("N is the number that \"shelf li
 const QString kProjectNumberHelp = QStringLiteral("N is the number that \"projects list\" shows, counted from 1.");
 const QString kAddHelp = QStringLiteral("What is listed already stays where it is. What does not exist is named on "
                                         "standard error, and the\nexit status is 1, after the rest was added.");
+const QString kColorHelp =
+    QStringLiteral("COLOR is \"#F80\", \"#FF8000\" or FF8000, \"rgb(255 128 0)\", \"hsl(30 100% 50%)\", "
+                   "or as \"color list\" shows it.");
 const QString kActionHelp = QStringLiteral("ACTION is one of toggleNotch, openClipboard, pickColor.");
 const QString kComboHelp = QStringLiteral(
     "COMBO is written like Shift+Super+V: Control, Alt, Shift and Super, at least one of them, and a key "
@@ -61,6 +65,29 @@ std::vector<CommandSpec> makeTable()
          0,
          0,
          runClipboardClear},
+        {text("color list"),
+         {},
+         text("The recent colors, the newest first, and the favorites"),
+         text("With --json one object: \"recents\" and \"favorites\", of each color its sRGB components, 0 to 1, and "
+              "its "
+              "HEX."),
+         true,
+         0,
+         0,
+         runColorList},
+        {text("color add"), text("COLOR"), text("Put a color at the head of the recent ones"), kColorHelp, false, 1, 1,
+         runColorAdd},
+        {text("color favorite"), text("COLOR"), text("Make a color a favorite, or no favorite any more"), kColorHelp,
+         false, 1, 1, runColorFavorite},
+        {text("color clear"),
+         {},
+         text("Forget the recent colors, or the favorites"),
+         {},
+         false,
+         0,
+         0,
+         runColorClear,
+         {text("[--favorites]")}},
         {text("shelf list"),
          {},
          text("The files on the shelf, the newest first"),

@@ -32,9 +32,9 @@ void FilePicker::pick(const FileChoice &choice, QObject *owner, AfterCancel afte
         m_chooser.raise();
         return;
     }
-    ++m_openCount;
+    if (m_openCount++ == 0)
+        m_controller.suppressAutoCollapse();
     m_owner = owner;
-    m_controller.suppressAutoCollapse();
     m_foreground.begin();
     const auto close = [this, afterCancel, guard = QPointer<QObject>(owner),
                         completion = std::move(completion)](const QStringList &paths) {

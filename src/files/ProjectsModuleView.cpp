@@ -1,8 +1,8 @@
 #include "files/ProjectsModuleView.h"
 
-#include "files/AddFolderPrompt.h"
 #include "files/FilePresence.h"
 #include "foundation/MakeChild.h"
+#include "notch/controls/ActionPrompt.h"
 #include "notch/controls/DropOverlay.h"
 #include "notch/controls/DropWell.h"
 #include "notch/controls/FilledButton.h"
@@ -44,7 +44,10 @@ ProjectsModuleView::ProjectsModuleView(ProjectsService &service, FilePresence &p
     , m_projects(service, presence)
     , m_list(makeChild<ProjectsListView>(this, context, m_projects))
     , m_well(makeChild<DropWell>(this, context))
-    , m_prompt(makeChild<AddFolderPrompt>(&m_well, context))
+    , m_prompt(makeChild<ActionPrompt>(&m_well, context,
+                                       ActionPrompt::Content{.symbol = QStringLiteral("folder.badge.plus"),
+                                                             .message = QStringLiteral("Add a project folder"),
+                                                             .action = QStringLiteral("Choose Folder…")}))
     , m_overlay(makeChild<DropOverlay>(this, context))
     , m_add(makeChild<GlyphButton>(
           this, context,

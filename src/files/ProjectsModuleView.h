@@ -10,7 +10,7 @@ class QKeyEvent;
 
 namespace ostrelle {
 
-class AddFolderPrompt;
+class ActionPrompt;
 class DropOverlay;
 class DropWell;
 class FileOpening;
@@ -70,7 +70,7 @@ private:
     ProjectsListModel m_projects;
     ProjectsListView &m_list;
     DropWell &m_well;
-    AddFolderPrompt &m_prompt;
+    ActionPrompt &m_prompt;
     DropOverlay &m_overlay;
     GlyphButton &m_add;
     std::unique_ptr<NotchMenu> m_menu;

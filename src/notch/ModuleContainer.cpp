@@ -6,28 +6,16 @@
 #include "notch/NotchViewModel.h"
 #include "notch/ToolRegistry.h"
 #include "notch/ToolView.h"
-#include "notch/UnbuiltToolView.h"
 
 #include <QEvent>
 #include <QPixmap>
 
 namespace ostrelle {
-namespace {
-
-ToolView &makeView(const ControlContext &context, const ToolRegistry &registry, KestroModule module, QWidget &parent)
-{
-    const Tool *tool = registry.find(module);
-    if (tool != nullptr && tool->makeView)
-        return tool->makeView(context, parent);
-    return makeChild<UnbuiltToolView>(&parent, context, module);
-}
-
-} // namespace
 
 ModuleContainer::ModuleContainer(const ControlContext &context, const ToolRegistry &registry, KestroModule module,
                                  QWidget *parent)
     : QWidget(parent)
-    , m_view(makeView(context, registry, module, *this))
+    , m_view(registry.makeView(module, context, *this))
     , m_fade(makeChild<ContentFade>(this))
 {
     setAttribute(Qt::WA_NoSystemBackground);

@@ -119,12 +119,16 @@ void NotchController::startHoverDismissWatch()
 void NotchController::suppressAutoCollapse()
 {
     m_autoCollapseRelease.cancel();
+    ++m_suppressions;
     m_isAutoCollapseSuppressed = true;
     m_platform.panelHost().setGivingWay(true);
 }
 
 void NotchController::releaseAutoCollapse(std::chrono::nanoseconds delay)
 {
+    Q_ASSERT(m_suppressions > 0);
+    if (--m_suppressions > 0)
+        return;
     m_autoCollapseRelease.cancel();
     m_platform.panelHost().setGivingWay(false);
     if (delay > std::chrono::nanoseconds::zero())

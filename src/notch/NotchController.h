@@ -50,9 +50,9 @@ public:
     void follow(const QString &screenName);
     void startHoverDismissWatch();
     /// While suppressed, outside presses, other applications and the hover-dismiss watch do not close the notch, and
-    /// dialogs come above it.
+    /// dialogs come above it. Several may ask for it, each once until it releases.
     void suppressAutoCollapse();
-    /// The panel is in front again at once.
+    /// Of the last one: the panel is in front again at once.
     void releaseAutoCollapse(std::chrono::nanoseconds delay);
     /// A press in the open panel takes the keyboard.
     void pressedInside();
@@ -106,6 +106,7 @@ private:
     QPointer<QWidget> m_panel;
     std::optional<Screen> m_screen;
     bool m_isAutoCollapseSuppressed = false;
+    int m_suppressions = 0; ///< those not released yet
     bool m_isWatchingScreen = false;
     bool m_isClosingByPress = false;
     bool m_isComposing = false;

@@ -296,7 +296,10 @@ void NotchRootView::arrangeTool(double content)
     const NotchGeometry &geometry = m_inputs.value().geometry;
     const double body = geometry.contentSize.height() - m_openInset - kSeamStripHeight;
     const QPointF corner(width() / 2.0 - chrome::kPanelWidth / 2, m_openInset);
-    m_tool->setGeometry(QRect(corner.toPoint(), QSizeF(chrome::kPanelWidth, body).toSize()));
+    const QRect place(corner.toPoint(), QSizeF(chrome::kPanelWidth, body).toSize());
+    // To be told where it is already would cost it the picture that it is faded with.
+    if (m_tool->geometry() != place)
+        m_tool->setGeometry(place);
     if (m_motion.isMoving())
         m_tool->setLook(std::min(content, m_motion.arrival()), contentClip());
     else

@@ -62,6 +62,8 @@ Palette makePalette(ColorScheme scheme, Contrast contrast)
     p.accentSwitchedOn = accent(0.22);
     p.wellEdge = dark ? white(0.11 * edgeFactor) : black(0.085 * edgeFactor);
     p.dotRing = dark ? white(0.28) : black(0.14);
+    p.swatchEdge = dark ? white(0.14) : black(0.11);
+    p.swatchRing = dark ? white(0.92) : black(0.72);
     p.surfaceTone = dark ? eightBit(18, 16, 24) : eightBit(249, 248, 251);
     return p;
 }

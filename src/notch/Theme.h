@@ -62,6 +62,8 @@ struct Palette
     QColor accentSwitchedOn; ///< fill of a soft button that is on
     QColor wellEdge;         ///< dashed border of a well at rest
     QColor dotRing;          ///< around a dot on a tile
+    QColor swatchEdge;       ///< inside the edge of a colour
+    QColor swatchRing;       ///< around the colour on display
     QColor surfaceTone;      ///< opaque stand-in for the glass, where a gap must look cut out of something
 };
 

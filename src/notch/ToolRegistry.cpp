@@ -15,6 +15,11 @@ const Tool *ToolRegistry::find(KestroModule module) const
     return it == m_tools.end() ? nullptr : &it->second;
 }
 
+ToolView &ToolRegistry::makeView(KestroModule module, const ControlContext &context, QWidget &parent) const
+{
+    return m_tools.at(module).makeView(context, parent);
+}
+
 std::optional<ModuleBadge> ToolRegistry::badge(KestroModule module) const
 {
     const Tool *tool = find(module);

@@ -37,8 +37,7 @@ struct Tool
     QString dropAction = {};
 };
 
-/// The tools that exist. The notch knows them only through here. A module without a view is shown as an honest empty
-/// state. Main thread.
+/// The tools that exist. The notch knows them only through here. Main thread.
 class ToolRegistry : public QObject
 {
     Q_OBJECT
@@ -48,6 +47,8 @@ public:
     void add(KestroModule module, Tool tool);
     /// The registration of the module, or null.
     const Tool *find(KestroModule module) const;
+    /// Makes the module's view; there is one for each that can be chosen.
+    ToolView &makeView(KestroModule module, const ControlContext &context, QWidget &parent) const;
     std::optional<ModuleBadge> badge(KestroModule module) const;
     /// To be called by a tool when what badge() answers changed.
     void notifyBadgeChanged(KestroModule module);

@@ -312,6 +312,18 @@ void ControlsTest::edgeFadeKeepsTheMiddleAndClearsTheEdge()
         previous = red;
     }
     QVERIFY(previous < 25);
+
+    // The same at the sides.
+    image.fill(Qt::blue);
+    QPainter sideways(&image);
+    sideways.translate(10, 10);
+    paintEdgeFaded(sideways, list, {.left = 16, .right = 20}, [&](QPainter &p) { p.fillRect(list, Qt::red); });
+    sideways.end();
+    const auto across = [&](double x) { return image.pixelColor(QPointF(x * ratio, 40 * ratio).toPoint()).red(); };
+    QCOMPARE(across(9), 0);
+    QVERIFY(across(11) < 40 && across(18) > 90 && across(18) < 165 && across(27) == 255);
+    QVERIFY(across(69) == 255 && across(80) > 90 && across(80) < 165 && across(88) < 40);
+    QCOMPARE(across(91), 0);
 }
 
 void ControlsTest::metadataRowCopiesExactlyItsValue()

@@ -22,7 +22,9 @@ struct RouterFixture : PanelFixture
 {
     RouterFixture()
     {
-        registry.add(KestroModule::Assets, {.dropAction = QStringLiteral("Stage on the shelf")});
+        Tool assets = *registry.find(KestroModule::Assets);
+        assets.dropAction = QStringLiteral("Stage on the shelf");
+        registry.add(KestroModule::Assets, assets);
         start();
     }
     /// A drag has begun elsewhere.

@@ -6,6 +6,7 @@
 #include "notch/NotchAppearance.h"
 #include "notch/NotchPanel.h"
 #include "notch/ToolRegistry.h"
+#include "notch/ToolView.h"
 #include "support/FakeFeedSource.h"
 #include "updates/UpdateService.h"
 
@@ -44,7 +45,15 @@ struct ControlFixture : NotchFixture
     }
 };
 
-/// The whole notch with its views on a started controller.
+/// A tool that is only a place.
+class PlainToolView : public ToolView
+{
+public:
+    using ToolView::ToolView;
+    std::optional<double> wantedBodyHeight() const override { return 226; }
+};
+
+/// The whole notch with its views on a started controller. A test gives it tools of its own where it needs them.
 struct PanelFixture : ControlFixture
 {
     ToolRegistry registry;
@@ -56,6 +65,13 @@ struct PanelFixture : ControlFixture
         {QUrl(QStringLiteral("https://feed.example/version.json")), QUrl(QStringLiteral("https://home.example/")), {}}};
     NotchPanel notch{controller, settings, registry, platform, clock, updates, context};
 
+    PanelFixture()
+    {
+        for (const KestroModule module : kAllModules)
+            registry.add(module, {.makeView = [](const ControlContext &, QWidget &parent) -> ToolView & {
+                             return makeChild<PlainToolView>(&parent);
+                         }});
+    }
     /// Tools are registered before.
     void start()
     {

@@ -8,10 +8,15 @@
 namespace ostrelle {
 namespace {
 
-enum class Edge { Top, Bottom };
+/// From what is clear to what is opaque.
+struct Course
+{
+    QPointF clear;
+    QPointF opaque;
+};
 
 /// One band on an image of its own, in whole device pixels so that it meets the middle without a seam.
-void paintBand(QPainter &painter, const QRectF &band, Edge opaqueAwayFrom,
+void paintBand(QPainter &painter, const QRectF &band, const Course &course,
                const std::function<void(QPainter &)> &paintContent)
 {
     const double ratio = painter.device()->devicePixelRatioF();
@@ -31,9 +36,9 @@ void paintBand(QPainter &painter, const QRectF &band, Edge opaqueAwayFrom,
     onLayer.save();
     paintContent(onLayer);
     onLayer.restore();
-    QLinearGradient mask(band.topLeft(), band.bottomLeft());
-    mask.setColorAt(0, opaqueAwayFrom == Edge::Top ? Qt::transparent : Qt::black);
-    mask.setColorAt(1, opaqueAwayFrom == Edge::Top ? Qt::black : Qt::transparent);
+    QLinearGradient mask(course.clear, course.opaque);
+    mask.setColorAt(0, Qt::transparent);
+    mask.setColorAt(1, Qt::black);
     onLayer.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     onLayer.fillRect(band.adjusted(-1, -1, 1, 1), mask);
     onLayer.end();
@@ -52,14 +57,20 @@ void paintEdgeFaded(QPainter &painter, const QRectF &rect, const EdgeFade &fade,
 {
     const QRectF top(rect.left(), rect.top(), rect.width(), fade.top);
     const QRectF bottom(rect.left(), rect.top() + rect.height() - fade.bottom, rect.width(), fade.bottom);
+    const QRectF left(rect.left(), rect.top(), fade.left, rect.height());
+    const QRectF right(rect.left() + rect.width() - fade.right, rect.top(), fade.right, rect.height());
     painter.save();
-    painter.setClipRect(QRectF(top.bottomLeft(), bottom.topRight()), Qt::IntersectClip);
+    painter.setClipRect(rect.adjusted(fade.left, fade.top, -fade.right, -fade.bottom), Qt::IntersectClip);
     paintContent(painter);
     painter.restore();
     if (fade.top > 0)
-        paintBand(painter, top, Edge::Top, paintContent);
+        paintBand(painter, top, {top.topLeft(), top.bottomLeft()}, paintContent);
     if (fade.bottom > 0)
-        paintBand(painter, bottom, Edge::Bottom, paintContent);
+        paintBand(painter, bottom, {bottom.bottomLeft(), bottom.topLeft()}, paintContent);
+    if (fade.left > 0)
+        paintBand(painter, left, {left.topLeft(), left.topRight()}, paintContent);
+    if (fade.right > 0)
+        paintBand(painter, right, {right.topRight(), right.topLeft()}, paintContent);
 }
 
 } // namespace ostrelle

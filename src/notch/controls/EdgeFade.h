@@ -7,11 +7,13 @@ class QRectF;
 
 namespace ostrelle {
 
-/// Over how many logical pixels something fades out at its top and bottom edge.
+/// Over how many logical pixels something fades out at its edges: at the top and the bottom, or at the sides.
 struct EdgeFade
 {
     double top = 0;
     double bottom = 0;
+    double left = 0;
+    double right = 0;
 };
 
 /// Paints content that fades into whatever was painted before: `paintContent` is called with a painter in the same

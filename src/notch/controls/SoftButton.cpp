@@ -50,6 +50,12 @@ void SoftButton::setSymbol(const QString &symbol)
     update();
 }
 
+void SoftButton::setTone(Tone tone)
+{
+    m_tone = tone;
+    update();
+}
+
 void SoftButton::setLabel(const QString &text)
 {
     if (text == m_content.text)
@@ -92,19 +98,19 @@ void SoftButton::paintEvent(QPaintEvent *)
     painter.setBrush(faded(fill, opacity * presence()));
     painter.drawRoundedRect(shape(), m_content.radius, m_content.radius);
 
-    const QColor color =
-        faded(mixed(palette.text2, palette.text1, isChecked() ? 1 : hoverAmount()), opacity * presence());
+    const QColor text = mixed(palette.text2, palette.text1, isChecked() ? 1 : hoverAmount());
+    const QColor color = faded(m_tone == Tone::Accent ? palette.accent : text, opacity * presence());
     const QFont font = Theme::font(m_content.font);
-    const double text = tabularAdvance(font, m_content.text);
-    const double gap = symbolWidth() > 0 && text > 0 ? kGap : 0;
-    double x = centre.x() - (symbolWidth() + gap + text) / 2;
+    const double advance = tabularAdvance(font, m_content.text);
+    const double gap = symbolWidth() > 0 && advance > 0 ? kGap : 0;
+    double x = centre.x() - (symbolWidth() + gap + advance) / 2;
     if (symbolWidth() > 0)
         paintGlyph(painter, m_content.symbol, QRectF(x, 0, symbolWidth(), height()), m_content.symbolSize,
                    GlyphWeight::Medium, color);
     x += symbolWidth() + gap;
     painter.setFont(font);
     painter.setPen(color);
-    drawTabular(painter, QRectF(x, 0, text, height()), m_content.text);
+    drawTabular(painter, QRectF(x, 0, advance, height()), m_content.text);
 }
 
 } // namespace ostrelle

@@ -14,6 +14,8 @@ class SoftButton : public NotchButton
 public:
     /// What it stands on at rest.
     enum class Ground { Clear, Tinted };
+    /// Its colour: that of text, stronger under the pointer, or the accent.
+    enum class Tone { Text, Accent };
 
     struct Content
     {
@@ -30,6 +32,7 @@ public:
     SoftButton(const ControlContext &context, Content content, QWidget *parent);
 
     void setSymbol(const QString &symbol);
+    void setTone(Tone tone);
     /// The text, which is the accessible name as well.
     void setLabel(const QString &text);
     QSize sizeHint() const override;
@@ -42,6 +45,7 @@ private:
     double symbolWidth() const;
 
     Content m_content;
+    Tone m_tone = Tone::Text;
 };
 
 } // namespace ostrelle
