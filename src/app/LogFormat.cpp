@@ -1,5 +1,6 @@
 #include "app/LogFormat.h"
 
+#include <QLoggingCategory>
 #include <QString>
 #include <QtGlobal>
 
@@ -7,6 +8,8 @@ namespace ostrelle {
 
 void installLogFormat()
 {
+    // The toolkit reads the screens' profiles for itself and complains of those that it has no use for.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.icc=false"));
     // QT_MESSAGE_PATTERN of the user comes first.
     if (qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN"))
         return;

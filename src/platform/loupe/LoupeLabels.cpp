@@ -30,6 +30,7 @@ constexpr double kKeyHeight = 14;
 constexpr double kKeyPadding = 5;
 constexpr double kBetweenHints = 11.5;
 constexpr double kShadow = 10;
+constexpr double kDistanceToEdge = 8;
 constexpr double kBadgeHeight = 14;
 constexpr double kBadgeOverlap = 6;
 constexpr double kContentHeight = kCapsuleHeight + kGap + kHintHeight;
@@ -126,8 +127,9 @@ QPoint LoupeLabels::position(const QPoint &hotSpot, const QRect &screen) const
     const bool fitsBelow = hotSpot.y() + reach + content <= screen.y() + screen.height();
     const double y =
         fitsBelow ? hotSpot.y() + reach - above * m_scale : hotSpot.y() - reach - (above + kContentHeight) * m_scale;
-    const double least = screen.x();
-    const double most = std::max<double>(least, screen.x() + screen.width() - size().width());
+    const double beyond = (m_margin - kDistanceToEdge) * m_scale; // of the picture, which may hang over the edge
+    const double least = screen.x() - beyond;
+    const double most = std::max(least, screen.x() + screen.width() - size().width() + beyond);
     const double x = std::clamp(hotSpot.x() + 0.5 - size().width() / 2.0, least, most);
     return QPointF(x, y).toPoint();
 }

@@ -1,11 +1,13 @@
 #include "platform/x11/X11Loupe.h"
 
 #include "foundation/TaskScheduler.h"
+#include "platform/freedesktop/ColordProfiles.h"
 #include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11RawPointer.h"
 #include "platform/x11/XcbReply.h"
 
 #include <QPainter>
+#include <QPointer>
 #include <QRegion>
 
 #include <algorithm>
@@ -99,14 +101,15 @@ X11Loupe::X11Loupe(std::unique_ptr<WatchConnection> connection, const Screens &s
 {
     m_grab.emplace(
         *m_connection, scheduler,
-        X11LoupeGrab::Handlers{.pointerTaken = [this] { begin(); }, .failed = [this] { end(Ending::Unavailable); }});
+        X11LoupeGrab::Handlers{.taken = [this] { begin(); }, .failed = [this] { end(Ending::Unavailable); }});
     // What was captured is not what the screens show in their new places.
     connect(&screens, &Screens::changed, this, [this] {
-        QList<QRect> frames;
-        for (const Screen &screen : m_screens.all()) {
-            frames.append(nativeFrame(screen));
-        }
-        if (!m_frames.isEmpty() && frames != m_frames) {
+        const QList<Screen> arrangement = m_screens.all();
+        const auto isSame = [](const Screen &one, const Screen &other) {
+            return one.frame == other.frame && one.scale == other.scale;
+        };
+        if (m_capture &&
+            !std::equal(arrangement.begin(), arrangement.end(), m_arrangement.begin(), m_arrangement.end(), isSame)) {
             end(Ending::Chosen);
         }
     });
@@ -115,9 +118,7 @@ X11Loupe::X11Loupe(std::unique_ptr<WatchConnection> connection, const Screens &s
 
 X11Loupe::~X11Loupe()
 {
-    if (m_input) {
-        m_rawPointer.heedPresses(m_input->lastButtonTime());
-    }
+    end(Ending::Chosen);
 }
 
 void X11Loupe::begin()
@@ -130,15 +131,16 @@ void X11Loupe::begin()
     };
     m_lensWindow = X11OverlayWindow::create(*m_connection, wasRead);
     m_labelsWindow = X11OverlayWindow::create(*m_connection, wasRead);
-    const QList<Screen> screens = m_screens.all();
-    if (!m_capture || !m_lensWindow || !m_labelsWindow || screens.isEmpty()) {
+    m_arrangement = m_screens.all();
+    if (!m_capture || !m_lensWindow || !m_labelsWindow || m_arrangement.isEmpty()) {
         end(Ending::Unavailable);
         return;
     }
-    for (const Screen &screen : screens) {
-        m_frames.append(nativeFrame(screen));
+    m_monitors = readMonitorProfiles(*m_connection);
+    if (m_monitors.empty()) {
+        m_monitors.push_back({m_capture->area(), {}, {}});
     }
-    m_profiles = readMonitorProfiles(*m_connection);
+    askColord();
     m_shadow = hasCompositor(*m_connection) ? LoupeLens::Shadow::Soft : LoupeLens::Shadow::None;
     m_rawPointer.disregardPresses();
     m_input.emplace(*m_connection, X11LoupeInput::Handlers{
@@ -161,18 +163,31 @@ void X11Loupe::begin()
     draw();
 }
 
-QRect X11Loupe::nativeFrame(const Screen &screen) const
+void X11Loupe::askColord()
 {
-    // A screen keeps its native corner.
-    return QRectF(screen.frame.topLeft(), screen.frame.size() * screen.scale).toRect();
+    QStringList outputs;
+    for (const X11MonitorProfile &monitor : m_monitors) {
+        if (monitor.icc.isEmpty() && !monitor.output.isEmpty()) {
+            outputs.append(monitor.output);
+        }
+    }
+    m_colord = std::make_unique<ColordProfiles>(outputs, [this](const QString &output, const QByteArray &icc) {
+        for (X11MonitorProfile &monitor : m_monitors) {
+            if (monitor.output == output) {
+                monitor.icc = icc;
+            }
+        }
+        m_place.reset();
+        scheduleDraw();
+    });
 }
 
 QPoint X11Loupe::nearestOnScreen(const QPoint &position) const
 {
     QPoint nearest = position;
     int least = -1;
-    for (const QRect &whole : m_frames) {
-        const QRect frame = whole & m_capture->area();
+    for (const X11MonitorProfile &monitor : m_monitors) {
+        const QRect frame = monitor.frame & m_capture->area();
         if (frame.isEmpty()) {
             continue;
         }
@@ -214,22 +229,53 @@ void X11Loupe::choose(X11LoupeInput::Choice choice)
     m_picked = pointedColour();
     if (choice == X11LoupeInput::Choice::Gather) {
         ++m_gathered;
+        m_place->hasLabelsShape = false; // they grow a badge
+        m_untold.append(*m_picked);
         scheduleDraw();
-        m_handlers.gathered(*m_picked); // last: it may end the loupe
+        tellSoon();
     }
 }
 
 void X11Loupe::end(Ending ending)
 {
+    if (m_ending) {
+        return;
+    }
+    m_ending = ending;
     m_drawing.cancel();
-    m_grab->release();
+    m_colord.reset();
     m_lensWindow.reset();
     m_labelsWindow.reset();
-    m_connection->flush();
-    // From the event loop: this may be the middle of an event of the connection that goes with the loupe.
-    if (const auto ended = std::exchange(m_handlers.ended, {})) {
-        QMetaObject::invokeMethod(
-            this, [this, ended, ending] { ended(ending, m_picked); }, Qt::QueuedConnection);
+    if (m_input) {
+        m_rawPointer.heedPresses(m_input->lastButtonTime());
+    }
+    m_grab->release();
+    // Another loupe may be opened before this one's connection is gone.
+    xcb_set_selection_owner(m_connection->xcb(), XCB_WINDOW_NONE, m_connection->atom(kSelection), XCB_CURRENT_TIME);
+    xcb_flush(m_connection->xcb());
+    tellSoon();
+}
+
+void X11Loupe::tellSoon()
+{
+    if (!m_telling.isPending()) {
+        m_telling = m_scheduler.after(0ms, this, [this] { tell(); });
+    }
+}
+
+void X11Loupe::tell()
+{
+    const QPointer<X11Loupe> self(this); // whoever is told may end it
+    const QList<PickedColour> gathered = std::exchange(m_untold, {});
+    for (const PickedColour &colour : gathered) {
+        if (self) {
+            m_handlers.gathered(colour);
+        }
+    }
+    if (self && m_ending) {
+        if (const auto ended = std::exchange(m_handlers.ended, {})) {
+            ended(*m_ending, m_picked);
+        }
     }
 }
 
@@ -239,7 +285,7 @@ void X11Loupe::scheduleDraw()
         return;
     }
     // Not more often than the screen shows, and only when all that has happened is known.
-    const auto frame = std::chrono::nanoseconds(1s) / std::max(1.0, m_place ? m_place->screen.refreshRate : 60);
+    const auto frame = std::chrono::nanoseconds(1s) / std::max(1.0, m_place ? m_place->refreshRate : 60);
     const auto due = std::max<std::chrono::nanoseconds>(
         0ns, m_drawn + std::chrono::duration_cast<std::chrono::nanoseconds>(frame) - m_scheduler.now());
     m_drawing = m_scheduler.after(due, this, [this] { draw(); });
@@ -247,28 +293,22 @@ void X11Loupe::scheduleDraw()
 
 void X11Loupe::ensurePlace()
 {
-    if (m_place && m_place->native.contains(m_hotSpot)) {
+    if (m_place && m_place->frame.contains(m_hotSpot)) {
         return;
     }
-    const QList<Screen> screens = m_screens.all();
-    const auto here = std::find_if(screens.begin(), screens.end(),
-                                   [this](const Screen &screen) { return nativeFrame(screen).contains(m_hotSpot); });
-    const Screen screen = here == screens.end() ? screens.first() : *here;
-    m_place.emplace(
-        Place{screen, nativeFrame(screen), LoupeLens(screen.scale, m_shadow), LoupeLabels(screen.scale, m_shadow), {}});
-    readProfile();
+    const auto monitor = std::find_if(m_monitors.begin(), m_monitors.end(),
+                                      [this](const X11MonitorProfile &one) { return one.frame.contains(m_hotSpot); });
+    const X11MonitorProfile &here = monitor == m_monitors.end() ? m_monitors.front() : *monitor;
+    // The toolkit's screens keep the native corners of their monitors; their sizes are rounded.
+    const auto screen = std::find_if(m_arrangement.begin(), m_arrangement.end(), [&here](const Screen &one) {
+        return one.frame.topLeft() == QPointF(here.frame.topLeft());
+    });
+    const Screen &shown = screen == m_arrangement.end() ? m_arrangement.first() : *screen;
+    m_place.emplace(Place{here.frame, shown.refreshRate, LoupeLens(shown.scale, m_shadow),
+                          LoupeLabels(shown.scale, m_shadow),
+                          here.icc.isEmpty() ? std::nullopt : DisplayProfile::create(here.icc)});
     m_lensWindow->resize(m_place->lens.size());
     m_labelsWindow->resize(m_place->labels.size());
-}
-
-void X11Loupe::readProfile()
-{
-    const auto here = std::find_if(m_profiles.begin(), m_profiles.end(), [this](const X11MonitorProfile &profile) {
-        return profile.frame.contains(m_hotSpot);
-    });
-    if (here != m_profiles.end() && !here->icc.isEmpty()) {
-        m_place->profile = DisplayProfile::create(here->icc);
-    }
 }
 
 PickedColour X11Loupe::pointedColour() const
@@ -291,7 +331,7 @@ void X11Loupe::draw()
     m_place->labels.paint(
         m_labelsWindow->canvas(),
         {hexText(pointedColour()), sampled.pixel(sampled.width() / 2, sampled.height() / 2), m_gathered});
-    show(*m_labelsWindow, m_place->labels.position(m_hotSpot, m_place->native), m_place->hasLabelsShape);
+    show(*m_labelsWindow, m_place->labels.position(m_hotSpot, m_place->frame), m_place->hasLabelsShape);
 }
 
 void X11Loupe::show(X11OverlayWindow &window, const QPoint &position, bool &hasShape)

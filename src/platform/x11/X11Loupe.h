@@ -19,6 +19,7 @@
 
 namespace ostrelle {
 
+class ColordProfiles;
 class TaskScheduler;
 class WatchConnection;
 class X11RawPointer;
@@ -45,11 +46,11 @@ public:
     ~X11Loupe() override;
 
 private:
-    /// What depends on the screen that the hot spot is on.
+    /// What depends on the monitor that the hot spot is on.
     struct Place
     {
-        Screen screen;
-        QRect native;
+        QRect frame; ///< native
+        double refreshRate;
         LoupeLens lens;
         LoupeLabels labels;
         std::optional<DisplayProfile> profile;
@@ -61,6 +62,7 @@ private:
     void moveTo(const QPoint &hotSpot);
     void zoom(int steps);
     void choose(X11LoupeInput::Choice choice);
+    /// Gives the desktop back at once.
     void end(Ending ending);
     void scheduleDraw();
     void draw();
@@ -69,18 +71,21 @@ private:
 
     /// In sRGB, of the pixel at the hot spot.
     PickedColour pointedColour() const;
-    void readProfile();
-    QRect nativeFrame(const Screen &screen) const;
+    void askColord();
     QPoint nearestOnScreen(const QPoint &position) const;
+    /// Soon, from the event loop: this may be the middle of an event of the connection that ends with the loupe.
+    void tellSoon();
+    void tell();
 
     std::unique_ptr<WatchConnection> m_connection;
     const Screens &m_screens;
     X11RawPointer &m_rawPointer;
     TaskScheduler &m_scheduler;
     Handlers m_handlers;
-    QList<QRect> m_frames; ///< of the screens, when the capture was taken
+    QList<Screen> m_arrangement; ///< when the capture was taken
     std::optional<X11DesktopCapture> m_capture;
-    std::vector<X11MonitorProfile> m_profiles;
+    std::vector<X11MonitorProfile> m_monitors; ///< at least one
+    std::unique_ptr<ColordProfiles> m_colord;
     LoupeLens::Shadow m_shadow = LoupeLens::Shadow::None;
     std::unique_ptr<X11OverlayWindow> m_lensWindow;
     std::unique_ptr<X11OverlayWindow> m_labelsWindow;
@@ -89,7 +94,10 @@ private:
     QPoint m_hotSpot;
     int m_magnification = LoupeLens::kUsualMagnification;
     int m_gathered = 0;
+    QList<PickedColour> m_untold;         ///< gathered, not told yet
     std::optional<PickedColour> m_picked; ///< the last
+    std::optional<Ending> m_ending;
+    Task m_telling;
     std::chrono::nanoseconds m_drawn{};
     bool m_isDrawDue = false; ///< the server reads the last picture still
     Task m_drawing;

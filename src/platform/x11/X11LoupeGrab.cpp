@@ -14,11 +14,13 @@ Q_LOGGING_CATEGORY(lcLoupe, "ostrelle.platform", QtWarningMsg)
 
 using namespace std::chrono_literals;
 
-constexpr auto kInterval = 15ms;
+constexpr auto kInterval = 5ms;
 /// Longer than a menu takes to close, shorter than anybody waits for a loupe.
 constexpr auto kPatienceForPointer = 1s;
 /// The keys of the shortcut that asked for the loupe may be held for a while: their grab is the keyboard's.
 constexpr auto kPatienceForKeyboard = 3s;
+/// The loupe is of use without keys, but who sees it expects that it hears them.
+constexpr auto kTimeForBoth = 100ms;
 
 xcb_cursor_t makeBlankCursor(WatchConnection &connection)
 {
@@ -67,7 +69,6 @@ void X11LoupeGrab::release()
 
 void X11LoupeGrab::tryAgain()
 {
-    const bool hadPointer = m_hasPointer;
     m_hasPointer = m_hasPointer || grabPointer();
     m_hasKeyboard = m_hasPointer && grabKeyboard();
     m_connection.flush();
@@ -82,8 +83,9 @@ void X11LoupeGrab::tryAgain()
     if (!m_hasKeyboard) {
         m_attempt = m_scheduler.after(kInterval, this, [this] { tryAgain(); });
     }
-    if (m_hasPointer && !hadPointer) {
-        m_handlers.pointerTaken(); // last: it may end the loupe
+    if (m_hasPointer && !m_isTold && (m_hasKeyboard || waited >= kTimeForBoth)) {
+        m_isTold = true;
+        m_handlers.taken(); // last: it may end the loupe
     }
 }
 

@@ -22,8 +22,8 @@ class X11LoupeGrab final : public QObject
 public:
     struct Handlers
     {
-        std::function<void()> pointerTaken; ///< the keyboard may still be somebody else's
-        std::function<void()> failed;       ///< for good
+        std::function<void()> taken;  ///< the pointer; the keyboard may be somebody else's for some more time
+        std::function<void()> failed; ///< for good
     };
 
     /// Calls no handler from within.
@@ -44,6 +44,7 @@ private:
     xcb_cursor_t m_cursor;
     bool m_hasPointer = false;
     bool m_hasKeyboard = false;
+    bool m_isTold = false;
     std::chrono::nanoseconds m_started;
     Task m_attempt;
 };

@@ -6,6 +6,7 @@
 
 #include <bitset>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace ostrelle {
@@ -31,8 +32,8 @@ public:
 
     /// Moves the pointer; motion from before that is not told any more.
     void warpPointer(const QPoint &position);
-    /// Server time of the last press or release of a button.
-    quint32 lastButtonTime() const { return m_lastButtonTime; }
+    /// Server time of the last press or release of a button, if there was one.
+    std::optional<quint32> lastButtonTime() const { return m_lastButtonTime; }
 
 private:
     void handle(const xcb_generic_event_t &event);
@@ -50,7 +51,7 @@ private:
     std::bitset<256> m_held; ///< keys; what was held before the loupe came chooses nothing
     unsigned int m_warp = 0; ///< number of the request
     bool m_hasWarped = false;
-    quint32 m_lastButtonTime = 0;
+    std::optional<quint32> m_lastButtonTime;
     int m_endingRelease = 0; ///< key code, or minus the button; 0: nothing is chosen yet
     WatchConnection::Subscription m_subscription;
 };

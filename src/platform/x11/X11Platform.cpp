@@ -85,6 +85,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
     if (isXwayland(watch->xcb(), watch->root())) {
         hotKeys = std::make_unique<PortalHotKeys>(keyboard);
+        colourPicker.useOnlyThePortal();
     } else {
         auto grabs = std::make_unique<X11HotKeys>(*watch, keyboard);
         QObject::connect(&colourPicker, &X11ColourPicker::opening, grabs.get(), &X11HotKeys::yieldKeyboard);

@@ -58,15 +58,19 @@ void X11RawPointer::disregardPresses()
     m_isDisregarding = true;
 }
 
-void X11RawPointer::heedPresses(quint32 after)
+void X11RawPointer::heedPresses(std::optional<quint32> after)
 {
     m_isDisregarding = false;
     m_heedAfter = after;
 }
 
-bool X11RawPointer::isHeeded(quint32 time) const
+bool X11RawPointer::isHeeded(quint32 time)
 {
-    return !m_isDisregarding && (!m_heedAfter || static_cast<qint32>(time - *m_heedAfter) > 0);
+    if (m_isDisregarding || (m_heedAfter && static_cast<qint32>(time - *m_heedAfter) <= 0)) {
+        return false;
+    }
+    m_heedAfter.reset(); // all that follow are later; the server's time begins anew every 49 days
+    return true;
 }
 
 void X11RawPointer::select(std::uint32_t mask)

@@ -28,8 +28,8 @@ public:
     void watchMotion(bool on);
     /// Presses from now on are meant for something of this program that has the pointer, and told to nobody else.
     void disregardPresses();
-    /// Presses later than that server time are told again.
-    void heedPresses(quint32 after);
+    /// Presses are told again, those later than that server time when it is given.
+    void heedPresses(std::optional<quint32> after);
 
 Q_SIGNALS:
     /// A button other than the wheel's went down, at that server time.
@@ -39,7 +39,7 @@ Q_SIGNALS:
 private:
     void handle(const xcb_generic_event_t &event);
     void select(std::uint32_t mask);
-    bool isHeeded(quint32 time) const;
+    bool isHeeded(quint32 time);
 
     WatchConnection &m_watch;
     int m_inputOpcode = 0;

@@ -92,7 +92,8 @@ void X11LoupeTest::cleanup()
 bool X11LoupeTest::isShownAt(const QPoint &hotSpot)
 {
     // Its middle square in a white frame, seen on the side that is on the desktop.
-    const QPoint frame = hotSpot + QPoint(0, hotSpot.y() < 540 ? 5 : -5);
+    const int distance = qRound(5 * qApp->devicePixelRatio());
+    const QPoint frame = hotSpot + QPoint(0, hotSpot.y() < 540 ? distance : -distance);
     return m_peer->pixel(frame) == QColor(Qt::white).rgb();
 }
 
