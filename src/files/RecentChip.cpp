@@ -60,9 +60,13 @@ RecentChip::~RecentChip()
 void RecentChip::setEntry(const RecentEntry &entry)
 {
     m_entry = entry;
-    setAccessibleName(entry.description());
-    setAccessibleDescription(entry.path);
-    setToolTip(pathToolTip(entry.path));
+    // While a file plays this comes ten times a second: assistive technology is told of what is new.
+    if (const QString words = entry.description(); words != accessibleName())
+        setAccessibleName(words);
+    if (entry.path != accessibleDescription()) {
+        setAccessibleDescription(entry.path);
+        setToolTip(pathToolTip(entry.path));
+    }
     m_ring.animateTo(entry.isPlaying ? 1 : 0, Motion::hover());
     m_play.setPlaying(entry.isPlaying);
     m_play.setProgress(entry.progress);
