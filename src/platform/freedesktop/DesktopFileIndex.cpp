@@ -5,12 +5,17 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <cmath>
+
 namespace ostrelle {
 
 namespace {
 
 /// A desktop file is far smaller; what is larger is something else.
 constexpr qint64 kLargestFile = 256 * 1024;
+/// File systems tell time by ticks, some by two seconds. A folder that has just changed may change again within the same
+/// one: its time says nothing yet.
+constexpr qint64 kStampSeconds = 3;
 
 } // namespace
 
@@ -47,6 +52,12 @@ void DesktopFileIndex::refresh()
         return;
     }
     m_stamps = stamps;
+    const QDateTime now = QDateTime::currentDateTime();
+    for (QDateTime &stamp : m_stamps) {
+        if (std::abs(stamp.secsTo(now)) < kStampSeconds) {
+            stamp = {};
+        }
+    }
     m_byClass.clear();
     m_byId.clear();
     for (const QString &folder : m_folders) {
