@@ -3,6 +3,7 @@
 #include "app/ClipboardRequests.h"
 #include "app/ColorRequests.h"
 #include "app/ControlServer.h"
+#include "app/DesktopActions.h"
 #include "app/NotchRequests.h"
 #include "app/ProjectsRequests.h"
 #include "app/Services.h"
@@ -25,6 +26,7 @@
 #include "notch/NotchPanel.h"
 #include "notch/NotchViewModel.h"
 #include "platform/ClipboardPort.h"
+#include "platform/DesktopRequests.h"
 #include "platform/Platform.h"
 #include "records/ClipboardStore.h"
 #include "shortcuts/ShortcutService.h"
@@ -98,6 +100,7 @@ void AppDelegate::startCommands()
     addUpdateRequests(m_router, m_services.updates());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
+    m_desktop = answerDesktop(m_router);
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
 }
 
@@ -116,6 +119,7 @@ void AppDelegate::applicationWillTerminate()
     // Whoever starts from now on waits for the lock of the data folder and is the next program.
     if (m_server)
         m_server->stopListening();
+    m_desktop.reset();
     saveWithoutDisplay();
     // A command whose erasure has just been written still gets its answer.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);

@@ -10,6 +10,7 @@
 namespace ostrelle {
 
 class ControlServer;
+class DesktopRequests;
 class Services;
 
 /// Starts the services in their order when the application runs, and performs the clean-up at its end.
@@ -44,6 +45,7 @@ private:
     Start m_start;
     RequestRouter m_router;
     std::unique_ptr<ControlServer> m_server;
+    std::unique_ptr<DesktopRequests> m_desktop;
     QPropertyNotifier m_phaseNotifier;
     bool m_terminated = false;
 };

@@ -14,7 +14,8 @@ RequestAnswer open(NotchController &controller, const QJsonObject &request)
     const auto module = moduleFromRawValue(tool);
     if (!tool.isEmpty() && !module)
         return RequestAnswer::wrongUsage(QStringLiteral("open: unknown tool %1").arg(tool));
-    controller.present(module, NotchController::Focus::Take, NotchController::Opening::Explicit);
+    controller.present(module, NotchController::Focus::Take, NotchController::Opening::Explicit,
+                       ActivationToken{request[u"token"].toString()});
     return RequestAnswer::done();
 }
 

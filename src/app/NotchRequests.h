@@ -9,8 +9,8 @@ namespace ostrelle {
 class NotchController;
 class RequestRouter;
 
-/// "open" (with "tool"), "close", "toggle", "ping", "status" (answered by `status`), "quit" (calls `quit` from the
-/// event loop, after the answer is on its way).
+/// "open" (with "tool" and the desktop's "token" for the keyboard), "close", "toggle", "ping", "status" (answered by
+/// `status`), "quit" (calls `quit` from the event loop, after the answer is on its way).
 void addNotchRequests(RequestRouter &router, NotchController &controller, std::function<QJsonObject()> status,
                       std::function<void()> quit);
 

@@ -1,5 +1,4 @@
 """The program as it is installed, in a folder of its own."""
-import os
 import pathlib
 import shutil
 import subprocess
@@ -13,18 +12,18 @@ LICENSES = ["-DOSTRELLE_LICENSE=LicenseRef-proprietary", "-DOSTRELLE_METADATA_LI
 
 
 class Installation:
-    """Below `root` lies what the build installs into `prefix`."""
+    """What the build installs, in `prefix`."""
 
-    def __init__(self, prefix="/usr"):
+    def __init__(self):
         self.root = pathlib.Path(tempfile.mkdtemp(prefix="ostrelle-installed-"))
-        self.prefix = self.root / prefix.lstrip("/")
-        self._environment = {**os.environ, "DESTDIR": str(self.root)}
-        self._run("--install", str(BUILD), "--prefix", prefix)
+        self.prefix = self.root / "usr"
+        self._run("--install", str(BUILD), "--prefix", str(self.prefix))
         self.unlicensed_metainfo = self.metainfo().read_text()
-        self._run(f"-DCMAKE_INSTALL_PREFIX={prefix}", *LICENSES, "-P", str(BUILD / "packaging" / "metadata.cmake"))
+        self._run(f"-DCMAKE_INSTALL_PREFIX={self.prefix}", *LICENSES, "-P", str(BUILD / "packaging" / "metadata.cmake"))
 
-    def _run(self, *arguments):
-        subprocess.run(["cmake", *arguments], env=self._environment, check=True, stdout=subprocess.DEVNULL)
+    @staticmethod
+    def _run(*arguments):
+        subprocess.run(["cmake", *arguments], check=True, stdout=subprocess.DEVNULL)
 
     def share(self, *parts):
         return self.prefix.joinpath("share", *parts)
@@ -35,8 +34,16 @@ class Installation:
     def desktop_entry(self):
         return self.share("applications", f"{APPLICATION}.desktop")
 
+    def unit(self):
+        return self.prefix / "lib" / "systemd" / "user" / f"app-{APPLICATION}.service"
+
     def command(self):
         return self.prefix / "bin" / "ostrelle"
+
+    def environment(self):
+        """By which a desktop sees it."""
+        return {"XDG_DATA_DIRS": f"{self.share()}:/usr/local/share:/usr/share",
+                "PATH": f"{self.command().parent}:/usr/local/bin:/usr/bin:/bin"}
 
     def remove(self):
         shutil.rmtree(self.root)
