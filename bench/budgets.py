@@ -3,6 +3,7 @@
 Usage: bench/budgets.py [--compare] [NAME ...]
 --compare measures the clipboard managers that are installed (parcellite, clipit, copyq, xfce4-clipman) in the same run."""
 import json
+import math
 import os
 import pathlib
 import shutil
@@ -18,6 +19,7 @@ sys.dont_write_bytecode = True
 from harness.desktop import BUILD, Desktop  # noqa: E402
 from harness.drag import DragSource, uri  # noqa: E402
 from harness.keyboard import SHIFT, SUPER, Keyboard, V  # noqa: E402
+from harness.loupe import Loupe, show_picture  # noqa: E402
 from harness.peer import Peer, xclip  # noqa: E402
 from harness.program import Program  # noqa: E402
 from harness.waiting import holds_for, wait_until  # noqa: E402
@@ -490,6 +492,43 @@ def measure_shelf(desktop):
                f"{making:.1f} beside {idle:.1f} idle")
 
 
+def measure_loupe(desktop):
+    """Of the running program: how soon the loupe is there, what it costs while the pointer circles at 125 reports a second
+    and while it rests, and the memory afterwards."""
+    show_picture(desktop)
+    with Program(desktop) as program:
+        pid = program.process.pid
+        quiet(program, 3)
+        idle = memory(pid)[0]
+        shown = []
+        for _ in range(5):
+            desktop.move_pointer(960, 700)
+            begin = time.monotonic()
+            loupe = Loupe(desktop, (960, 700), poll=0.001)
+            shown.append((loupe.opened - begin) * 1000)
+            desktop.key("Escape")
+            loupe.answer()
+        loupe = Loupe(desktop, (960, 700))
+        circle = [(960 + round(400 * math.cos(step / 40)), 540 + round(300 * math.sin(step / 40))) for step in range(1250)]
+        steps = [word for x, y in circle for word in ("mousemove", str(x), str(y), "sleep", "0.008")]
+        cpu, begin = cpu_ms(pid), time.monotonic()
+        subprocess.run(["xdotool", *steps], env=desktop.environment, check=True)
+        moving = (cpu_ms(pid) - cpu) / (time.monotonic() - begin) / 10
+        quiet(program, 1)
+        before, cpu = wakeups(pid), cpu_ms(pid)
+        quiet(program, 5)
+        resting, woken = cpu_ms(pid) - cpu, wakeups_since(pid, before)
+        open_memory = memory(pid)[0]
+        desktop.key("Escape")
+        loupe.answer()
+        quiet(program, 3)
+        report("loupe to its first frame, whole command, median of 5", statistics.median(shown), 50, "ms")
+        report("loupe while the pointer moves, of one core", moving, 15, "%")
+        report("loupe at rest, wake-ups in 5 s", woken, 0, "", f"{max(resting, 0):.2f} ms of CPU")
+        report("memory after the loupe, resident, beyond before", memory(pid)[0] - idle, 2, "MB",
+               f"{idle:.1f} before, {open_memory:.1f} open")
+
+
 COMPARED = {"parcellite": ["parcellite"], "clipit": ["clipit"], "copyq": ["copyq"],
             "xfce4-clipman": ["xfce4-clipman"]}
 
@@ -517,7 +556,8 @@ MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images,
             "memory-copy": measure_memory_copy, "start": measure_start,
             "first-frame": measure_first_frame, "shortcut": measure_shortcut, "wakeups": measure_wakeups,
             "copies": measure_copies, "copies-images": measure_copies_images, "gaps": measure_gaps,
-            "commands": measure_commands, "drags": measure_drags, "shelf": measure_shelf}
+            "commands": measure_commands, "drags": measure_drags, "shelf": measure_shelf,
+            "loupe": measure_loupe}
 
 
 def main():

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/ColorPickRun.h"
 #include "app/LogFormat.h"
 #include "app/Services.h"
 #include "app/TerminationSignals.h"
@@ -50,6 +51,7 @@ struct StartArguments
 {
     std::optional<QString> problem;
     std::optional<DataFolderLock> lock;
+    std::optional<ColorFormat> colorPick; ///< the mode without a notch
     AppDelegate::Start start;
 };
 
@@ -59,9 +61,14 @@ StartArguments parse(const QStringList &arguments)
     QCommandLineParser parser;
     const QCommandLineOption lockOption(QStringLiteral("lock-descriptor"), {}, QStringLiteral("fd"));
     const QCommandLineOption openOption(QStringLiteral("open"), {}, QStringLiteral("tool"));
-    parser.addOptions({lockOption, openOption});
+    const QCommandLineOption pickOption(QStringLiteral("pick-color"), {}, QStringLiteral("format"));
+    parser.addOptions({lockOption, openOption, pickOption});
     if (!parser.parse(arguments)) {
         result.problem = parser.errorText();
+        return result;
+    }
+    if (parser.isSet(pickOption)) {
+        result.colorPick = colorFormatFromName(parser.value(pickOption)).value_or(ColorFormat::Hex);
         return result;
     }
     result.start.openNotch = parser.isSet(openOption);
@@ -109,6 +116,8 @@ int main(int argc, char **argv)
     StartArguments arguments = parse(QCoreApplication::arguments());
     if (arguments.problem)
         return failWith(*arguments.problem);
+    if (arguments.colorPick)
+        return runColorPick(*backend, *arguments.colorPick);
 
     // Before the services, so that the last of them has written when the lock goes.
     const std::optional<DataFolderLock> lock = std::move(arguments.lock);

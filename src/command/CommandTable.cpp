@@ -2,6 +2,7 @@
 
 #include "command/ClipboardCommands.h"
 #include "command/ColorCommands.h"
+#include "command/ColorPickCommand.h"
 #include "command/InspectCommand.h"
 #include "command/NotchCommands.h"
 #include "command/ProjectsCommands.h"
@@ -126,6 +127,17 @@ std::vector<CommandSpec> makeTable()
          runProjectsRemove},
         {text("projects open"), text("N"), text("Open a pinned folder in the file manager"), kProjectNumberHelp, false,
          1, 1, runProjectsOpen},
+        {text("color pick"),
+         {},
+         text("Point at a pixel of the screen and print its color"),
+         text("FORMAT is hex, rgb, hsl or json. Arrow keys go one pixel, with Shift ten; the wheel magnifies. Return, "
+              "Space or a\nclick picks, with Shift another one afterwards, and the last one is printed. Escape and a "
+              "right click cancel: the\nexit status is 1. What was picked is added to the recent colors."),
+         false,
+         0,
+         0,
+         runColorPick,
+         {text("[--format FORMAT]")}},
         {text("inspect"),
          text("FILE…"),
          text("What the inspectors tell of audio files and images"),

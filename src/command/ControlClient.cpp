@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 
 // An erasure is acknowledged when it has left the disk, which for a large history means rewriting it.
 constexpr auto kAnswerDeadline = 30s;
+constexpr auto kUserDeadline = 24h * 20; // poll() counts to 24 days
 constexpr auto kQuitDeadline = 15s;
 constexpr qsizetype kAnswerCap = 256 * 1024 * 1024;
 
@@ -36,13 +37,14 @@ std::optional<ControlClient> ControlClient::connect()
     return ControlClient(std::move(descriptor));
 }
 
-ControlAnswer ControlClient::ask(const QString &verb, QJsonObject arguments)
+ControlAnswer ControlClient::ask(const QString &verb, QJsonObject arguments, Patience patience)
 {
     arguments[QStringLiteral("verb")] = verb;
     const QByteArray request = QJsonDocument(arguments).toJson(QJsonDocument::Compact);
     if (!UnixSocket::sendLine(m_descriptor.get(), request, kAnswerDeadline))
         return failed(QStringLiteral("the running program does not listen"));
-    const auto line = UnixSocket::receiveLine(m_descriptor.get(), kAnswerDeadline, kAnswerCap);
+    const std::chrono::milliseconds deadline = patience == Patience::ForTheUser ? kUserDeadline : kAnswerDeadline;
+    const auto line = UnixSocket::receiveLine(m_descriptor.get(), deadline, kAnswerCap);
     if (!line)
         return failed(QStringLiteral("the running program did not answer"));
     const QJsonObject answer = QJsonDocument::fromJson(*line).object();

@@ -26,8 +26,10 @@ public:
     /// Nothing when no program of this user is listening.
     static std::optional<ControlClient> connect();
 
+    enum class Patience { ForTheProgram, ForTheUser }; ///< ForTheUser: who may take all day
+
     /// Sends {"verb": verb, ...arguments} and waits for the answer; Failed with a reason when none comes in time.
-    ControlAnswer ask(const QString &verb, QJsonObject arguments = {});
+    ControlAnswer ask(const QString &verb, QJsonObject arguments = {}, Patience patience = Patience::ForTheProgram);
     /// After "quit": waits until the program has ended.
     bool waitForEnd();
 

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QList>
 
 #include <cerrno>
 #include <cstring>

@@ -28,7 +28,8 @@ OPENBOX = """<?xml version="1.0"?>
 
 
 class Desktop:
-    def __init__(self, width=1920, height=1080, wm="openbox", compositor=True, bus=True, environment=None):
+    def __init__(self, width=1920, height=1080, wm="openbox", compositor=True, bus=True, environment=None,
+                 depth=24):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="ostrelle-desktop-"))
         self.home = self.folder / "home"
         self.runtime = self.folder / "run"
@@ -47,7 +48,7 @@ class Desktop:
             **(environment or {}),
         }
         try:
-            self._start_server(width, height)
+            self._start_server(width, height, depth)
             if bus:
                 self._start_bus()
             if wm:
@@ -88,11 +89,11 @@ class Desktop:
         return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True,
                               timeout=options.pop("timeout", 30), **options).stdout
 
-    def _start_server(self, width, height):
+    def _start_server(self, width, height, depth):
         frames = self.folder / "frames"
         frames.mkdir()
         read_end, write_end = os.pipe()
-        self.spawn("Xvfb", ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24", "-noreset",
+        self.spawn("Xvfb", ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x{depth}", "-noreset",
                             "-nolisten", "tcp", "-fbdir", str(frames), "-dpi", "96"], pass_fds=[write_end])
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
