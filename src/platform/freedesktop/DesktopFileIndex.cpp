@@ -13,8 +13,8 @@ namespace {
 
 /// A desktop file is far smaller; what is larger is something else.
 constexpr qint64 kLargestFile = 256 * 1024;
-/// File systems tell time by ticks, some by two seconds. A folder that has just changed may change again within the same
-/// one: its time says nothing yet.
+/// File systems tell time by ticks, some by two seconds. A folder that has just changed may change again within the
+/// same one: its time says nothing yet.
 constexpr qint64 kStampSeconds = 3;
 
 } // namespace
