@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QGraphicsEffect>
+#include <QPixmap>
 
 namespace ostrelle {
 
@@ -10,7 +11,7 @@ class ContentFade : public QGraphicsEffect
 {
     Q_OBJECT
 public:
-    using QGraphicsEffect::QGraphicsEffect;
+    explicit ContentFade(QObject *parent = nullptr);
 
     /// `visible` is in the widget's coordinates. The widget is not repainted by this.
     void setLook(double opacity, const QRectF &visible);
@@ -19,6 +20,9 @@ protected:
     void draw(QPainter *painter) override;
 
 private:
+    const QPixmap &content(double ratio);
+
+    QPixmap m_content; ///< the widget as it was painted last
     double m_opacity = 1;
     QRectF m_visible;
 };

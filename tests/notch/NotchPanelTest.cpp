@@ -11,6 +11,7 @@
 
 #include <QAccessible>
 #include <QMenu>
+#include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
 
@@ -29,7 +30,15 @@ public:
     QList<MenuEntry> menuEntries() override { return entries; }
     void undo() override { ++undone; }
 
+    void paintEvent(QPaintEvent *) override
+    {
+        ++paints;
+        QPainter(this).fillRect(rect(), color);
+    }
+
     QList<MenuEntry> entries;
+    QColor color = Qt::green;
+    int paints = 0;
     std::optional<double> wanted = 300;
     int appearances = 0;
     int undone = 0;
@@ -65,6 +74,7 @@ private Q_SLOTS:
     void escapeGoesBackThenCloses();
     void undoReachesTheToolFromTheWholePanel();
     void heightFollowsTheTool();
+    void aComingToolIsPaintedWhenItChanges();
     void leavingAToolFromItsOwnCodeIsSafe();
     void backLeavesTheTool();
     void saysWhenNoToolIsEnabled();
@@ -198,6 +208,31 @@ void NotchPanelTest::heightFollowsTheTool()
     fixture.settle();
     QCOMPARE(fixture.notch.surfaceState().size.height(), 402.0 + 24 + 18);
     QCOMPARE(fixture.view->appearances, 1);
+}
+
+void NotchPanelTest::aComingToolIsPaintedWhenItChanges()
+{
+    ProbeFixture fixture;
+    fixture.controller.present(KestroModule::Clipboard, NotchController::Focus::Take,
+                               NotchController::Opening::Explicit);
+    const auto middle = [&] {
+        fixture.clock.advance(16ms);
+        const QImage picture = fixture.notch.grab().toImage();
+        return picture.pixelColor(picture.width() / 2, 160);
+    };
+    // Until it has come half way.
+    while (middle().green() < 128)
+        QVERIFY(fixture.frames.isRunning());
+    const int paints = fixture.view->paints;
+    middle();
+    middle();
+    QCOMPARE(fixture.view->paints, paints);
+    fixture.view->color = Qt::blue;
+    fixture.view->update();
+    const QColor changed = middle();
+    QVERIFY2(changed.blue() > 128 && changed.green() < 128, qPrintable(changed.name()));
+    QVERIFY(fixture.frames.isRunning());
+    QCOMPARE(fixture.view->paints, paints + 1);
 }
 
 void NotchPanelTest::leavingAToolFromItsOwnCodeIsSafe()
