@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/ClipboardRequests.h"
+#include "app/ColorPickRequest.h"
 #include "app/ColorRequests.h"
 #include "app/ControlServer.h"
 #include "app/DesktopActions.h"
@@ -95,6 +96,7 @@ void AppDelegate::startCommands()
     addProjectsRequests(m_router, m_services.projects(), m_services.filePresence(),
                         m_services.platform().fileOpening());
     addColorRequests(m_router, m_services.colors(), m_services.defaults());
+    addColorPickRequest(m_router, m_services.colors());
     addSettingsRequests(m_router, m_services.settings());
     addShortcutsRequests(m_router, m_services.shortcuts());
     addUpdateRequests(m_router, m_services.updates());

@@ -40,18 +40,6 @@ void addColorRequests(RequestRouter &router, ColorService &colors, DefaultsDatab
     };
     router.add(QStringLiteral("color.list"),
                [&colors](const QJsonObject &) { return RequestAnswer::done(toJson(colors.lists())); });
-    router.addLater(QStringLiteral("color.pick"), [&colors](const QJsonObject &, const RequestRouter::Reply &reply) {
-        if (colors.isSampling()) {
-            reply(RequestAnswer::failed(QStringLiteral("color pick: a loupe is open already")));
-            return;
-        }
-        colors.sample(&colors, [reply](const std::optional<SampledColor> &color) {
-            reply(color ? RequestAnswer::done(toJson(*color))
-                        : RequestAnswer::failed(QStringLiteral("color pick: no color was picked")));
-        });
-        if (!colors.isSampling())
-            reply(RequestAnswer::failed(QStringLiteral("color pick: the loupe cannot be opened")));
-    });
     addEdit(QStringLiteral("color.add"), [&colors](const QJsonObject &request) {
         return withColor(request, [&](const SampledColor &color) {
             colors.record(meantColor(colors.recents() + colors.favorites(), color));

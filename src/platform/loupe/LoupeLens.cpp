@@ -144,8 +144,8 @@ void LoupeLens::paint(QImage &canvas, const QImage &sampled, int magnification) 
     const int side = cell(magnification);
     const QPoint corner = hotSpot() - QPoint(side / 2, side / 2); // of the middle square
     QBrush squares(magnified(sampled, side));
-    squares.setTransform(
-        QTransform::fromTranslate(corner.x() - sampled.width() / 2 * side, corner.y() - sampled.height() / 2 * side));
+    const QPoint first = corner - QPoint(sampled.width() / 2, sampled.height() / 2) * side;
+    squares.setTransform(QTransform::fromTranslate(first.x(), first.y()));
     painter.setBrush(squares);
     painter.drawEllipse(middle, inner - kRim / 2 * m_scale, inner - kRim / 2 * m_scale);
 
