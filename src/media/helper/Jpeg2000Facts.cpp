@@ -171,7 +171,7 @@ private:
                 continue;
             const auto under = static_cast<double>(bigEndian(ByteSpan(bytes).subspan(6, 2)));
             const auto over = static_cast<double>(bigEndian(ByteSpan(bytes).subspan(4, 2)));
-            const int exponent = static_cast<std::int8_t>(bytes[9]);
+            const int exponent = (static_cast<std::uint8_t>(bytes[9]) ^ 0x80) - 0x80; // a signed byte
             if (under > 0)
                 m_facts.dpi = over / under * std::pow(10.0, exponent) * kMetresPerInch;
         }
