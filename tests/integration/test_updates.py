@@ -83,14 +83,14 @@ class Updates(unittest.TestCase):
 
     def test_the_request_tells_nothing_of_the_user(self):
         self.server.answers = {SERVER: redirect(f"https://{MIRROR}/here.json"), MIRROR: response(NEWER)}
-        agent = "Ostrelle/" + self.version
+        product = "Ostrelle/" + self.version
         self.check()
-        wanted = [rf"GET /version\.json\?t=\d{{10}} HTTP/1\.1\r\nHost: {SERVER}\r\nUser-Agent: {agent}\r\nAccept: \*/\*\r\n\r\n",
-                  rf"GET /here\.json HTTP/1\.1\r\nHost: {MIRROR}\r\nUser-Agent: {agent}\r\nAccept: \*/\*\r\n\r\n"]
+        wanted = [rf"GET /version\.json\?t=\d{{10}} HTTP/1\.1\r\nHost: {SERVER}\r\nUser-Agent: {product}\r\nAccept: \*/\*\r\n\r\n",
+                  rf"GET /here\.json HTTP/1\.1\r\nHost: {MIRROR}\r\nUser-Agent: {product}\r\nAccept: \*/\*\r\n\r\n"]
         self.assertEqual([name for name, _ in self.server.requests], [SERVER, MIRROR])
         for pattern, (_, request) in zip(wanted, self.server.requests):
             self.assertIsNotNone(re.fullmatch(pattern, request.decode()), request)
-        self.assertIn(f"\r\nUser-Agent: {agent}\r\n", self.server.tunnels[0].decode())
+        self.assertIn(f"\r\nUser-Agent: {product}\r\n", self.server.tunnels[0].decode())
 
     def test_the_running_program_checks_by_itself_and_when_asked(self):
         with self.program as program:

@@ -11,9 +11,11 @@ class FakeFileOpening final : public FileOpening
 {
 public:
     void open(const QString &path, const ActivationToken &) override { opened << path; }
+    void openAddress(const QUrl &address, const ActivationToken &) override { addresses << address; }
     void reveal(const QString &path, const ActivationToken &) override { revealed << path; }
 
     QStringList opened;
+    QList<QUrl> addresses;
     QStringList revealed;
 };
 

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <linux/landlock.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -35,7 +36,7 @@ std::uint64_t handledBy(long version)
 
 } // namespace
 
-bool confineFileAccess(const std::vector<std::string> &readableFolders)
+bool confineFileAccess(const std::vector<std::string> &readable)
 {
     const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
     if (version < 1)
@@ -46,13 +47,14 @@ bool confineFileAccess(const std::vector<std::string> &readableFolders)
         static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeof rules.handled_access_fs, 0)));
     if (!ruleset)
         return false;
-    for (const std::string &path : readableFolders) {
-        const FileDescriptor folder(::open(path.c_str(), O_PATH | O_CLOEXEC));
-        if (!folder)
+    for (const std::string &path : readable) {
+        const FileDescriptor place(::open(path.c_str(), O_PATH | O_CLOEXEC));
+        struct stat facts;
+        if (!place || ::fstat(place.get(), &facts) != 0)
             continue;
         landlock_path_beneath_attr below{};
-        below.allowed_access = kReading;
-        below.parent_fd = folder.get();
+        below.allowed_access = S_ISDIR(facts.st_mode) ? kReading : LANDLOCK_ACCESS_FS_READ_FILE;
+        below.parent_fd = place.get();
         ::syscall(SYS_landlock_add_rule, ruleset.get(), LANDLOCK_RULE_PATH_BENEATH, &below, 0);
     }
     return ::syscall(SYS_landlock_restrict_self, ruleset.get(), 0) == 0;

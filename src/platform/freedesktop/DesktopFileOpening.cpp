@@ -1,6 +1,7 @@
 #include "platform/freedesktop/DesktopFileOpening.h"
 
 #include "foundation/MakeChild.h"
+#include "platform/freedesktop/PortalRequest.h"
 #include "platform/freedesktop/SessionBus.h"
 
 #include <QDBusMessage>
@@ -40,7 +41,31 @@ DesktopFileOpening::~DesktopFileOpening() = default;
 
 void DesktopFileOpening::open(const QString &path, const ActivationToken &token)
 {
-    const QByteArray file = QFile::encodeName(path);
+    qCDebug(lcPlatform).noquote() << "Opening" << path;
+    startOpener(QFile::encodeName(path), token);
+}
+
+void DesktopFileOpening::openAddress(const QUrl &address, const ActivationToken &token)
+{
+    const auto openElse = [this, address, token] { startOpener(address.toEncoded(), token); };
+    auto ask = [this, address, token, openElse](const QDBusConnection &bus) {
+        auto answered = [this, openElse](const std::optional<QVariantMap> &results) {
+            const bool isSettled = results || m_asked->wasCancelled();
+            m_asked.release()->deleteLater();
+            if (!isSettled) {
+                openElse();
+            }
+        };
+        const auto portal = QStringLiteral("OpenURI");
+        m_asked = std::make_unique<PortalRequest>(
+            bus, portal, portal, QVariantList{QString(), QString::fromLatin1(address.toEncoded())},
+            QVariantMap{{QStringLiteral("activation_token"), token.value}}, std::move(answered));
+    };
+    sessionBus::whenConnected(this, std::move(ask), openElse);
+}
+
+void DesktopFileOpening::startOpener(const QByteArray &what, const ActivationToken &token)
+{
     const QByteArrayList variables{"XDG_ACTIVATION_TOKEN=" + token.value.toUtf8(),
                                    "DESKTOP_STARTUP_ID=" + token.value.toUtf8()};
     const auto report = [](std::optional<int> status) {
@@ -50,12 +75,11 @@ void DesktopFileOpening::open(const QString &path, const ActivationToken &token)
             qCWarning(lcPlatform, "The desktop's opener ended with status %d.", *status);
         }
     };
-    qCDebug(lcPlatform).noquote() << "Opening" << path;
-    m_programs.start({"xdg-open", file}, variables, [this, file, variables, report](std::optional<int> status) {
+    m_programs.start({"xdg-open", what}, variables, [this, what, variables, report](std::optional<int> status) {
         if (status) {
             report(status);
         } else {
-            m_programs.start({"gio", "open", file}, variables, report);
+            m_programs.start({"gio", "open", what}, variables, report);
         }
     });
 }

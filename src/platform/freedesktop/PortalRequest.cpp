@@ -15,6 +15,11 @@ namespace {
 
 constexpr int kCallDeadline = 3000; // ms, of the call, not of the user; the bus may have to start the portal
 
+// First argument of Request's Response.
+constexpr uint kGranted = 0;
+constexpr uint kCancelled = 1;
+constexpr uint kOtherwise = 2;
+
 QString requestInterface()
 {
     return QStringLiteral("org.freedesktop.portal.Request");
@@ -73,9 +78,10 @@ QString PortalRequest::freshToken()
 
 void PortalRequest::handleResponse(const QDBusMessage &message)
 {
-    const bool isGranted =
-        message.signature() == QStringLiteral("ua{sv}") && message.arguments().constFirst().toUInt() == 0;
-    finish(isGranted ? std::optional(qdbus_cast<QVariantMap>(message.arguments().at(1))) : std::nullopt);
+    const bool isSound = message.signature() == QStringLiteral("ua{sv}");
+    const uint response = isSound ? message.arguments().constFirst().toUInt() : kOtherwise;
+    m_wasCancelled = response == kCancelled;
+    finish(response == kGranted ? std::optional(qdbus_cast<QVariantMap>(message.arguments().at(1))) : std::nullopt);
 }
 
 void PortalRequest::finish(std::optional<QVariantMap> results)

@@ -25,6 +25,9 @@ public:
                   QVariantMap options, Answer answer);
     ~PortalRequest() override;
 
+    /// Of an answer that is nothing: whether that is the user's wish.
+    bool wasCancelled() const { return m_wasCancelled; }
+
     static QString service();
     /// The object that all portals are interfaces of.
     static QString path();
@@ -40,6 +43,7 @@ private:
     QDBusConnection m_bus;
     QString m_requestPath;
     Answer m_answer; ///< empty once it was given
+    bool m_wasCancelled = false;
 };
 
 } // namespace ostrelle

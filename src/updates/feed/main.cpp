@@ -37,17 +37,15 @@ bool sendAll(const void *bytes, std::size_t count)
     return true;
 }
 
-/// Where names and certificates are looked up. Nothing of the user's is among it.
-std::vector<std::string> readableFolders()
+/// Where names and certificates are looked up. Of the user's, only the authorities that the environment names.
+std::vector<std::string> readable()
 {
-    std::vector<std::string> folders{"/etc", "/usr", "/lib", "/lib64", "/run", "/dev", "/nix/store"};
+    std::vector<std::string> paths{"/etc", "/usr", "/lib", "/lib64", "/run", "/dev", "/nix/store"};
     for (const char *name : {"SSL_CERT_FILE", "SSL_CERT_DIR"}) {
-        if (const char *value = std::getenv(name)) {
-            const std::string path(value);
-            folders.push_back(name == std::string("SSL_CERT_DIR") ? path : path.substr(0, path.rfind('/')));
-        }
+        if (const char *path = std::getenv(name))
+            paths.emplace_back(path);
     }
-    return folders;
+    return paths;
 }
 
 /// What a server might make of this process stays in it: it starts nothing, writes nothing and reads nothing of the
@@ -58,7 +56,7 @@ void shutIn()
     ::setrlimit(RLIMIT_CORE, &kNone);
     ::setrlimit(RLIMIT_FSIZE, &kNone);
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0)
-        confineFileAccess(readableFolders());
+        confineFileAccess(readable());
 }
 
 } // namespace

@@ -32,8 +32,12 @@ DefaultApplication::DefaultApplication()
     write(qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/applications/test-viewer.desktop"),
           "[Desktop Entry]\nType=Application\nName=Viewer\nMimeType=text/plain;inode/directory;\nExec=" +
               QFile::encodeName(script) + " %f\n");
+    write(qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/applications/test-browser.desktop"),
+          "[Desktop Entry]\nType=Application\nName=Browser\nMimeType=x-scheme-handler/https;\nExec=" +
+              QFile::encodeName(script) + " %u\n");
     write(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/mimeapps.list"),
-          "[Default Applications]\ntext/plain=test-viewer.desktop\ninode/directory=test-viewer.desktop\n");
+          "[Default Applications]\ntext/plain=test-viewer.desktop\ninode/directory=test-viewer.desktop\n"
+          "x-scheme-handler/https=test-browser.desktop\n");
 }
 
 QByteArrayList DefaultApplication::lines(const QString &file, char separator) const

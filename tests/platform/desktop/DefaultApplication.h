@@ -6,14 +6,14 @@
 
 namespace ostrelle {
 
-/// A program that is the desktop's default for text files and for folders, in the private home that the test runs in,
-/// and writes down how it was started.
+/// A program that is the desktop's default for text files, for folders and for the web, in the private home that the
+/// test runs in, and writes down how it was started.
 class DefaultApplication
 {
 public:
     DefaultApplication();
 
-    /// The paths that it was given so far.
+    /// The paths and addresses that it was given so far.
     QStringList opened() const;
     /// What its environment had at the last start; empty when it was not there.
     QByteArray variable(const QByteArray &name) const;

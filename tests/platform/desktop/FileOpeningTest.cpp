@@ -1,4 +1,5 @@
 #include "DefaultApplication.h"
+#include "PortalStandIn.h"
 #include "platform/freedesktop/DesktopFileOpening.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
@@ -158,6 +159,56 @@ private Q_SLOTS:
         DesktopFileOpening opening;
         opening.reveal(m_folder.filePath(QStringLiteral("missing")), {});
         QTRY_COMPARE_WITH_TIMEOUT(application.opened(), QStringList(m_folder.path()), 10'000);
+    }
+
+    void opensAnAddressThroughThePortal()
+    {
+        PortalStandIn portal;
+        portal.appear();
+        DefaultApplication application;
+        DesktopFileOpening opening;
+        const QUrl address(QString::fromUtf8("https://get.example/ü?a=1&b=%2F"));
+        opening.openAddress(address, {QStringLiteral("token")});
+        QTRY_COMPARE(portal.opened, 1);
+        QCOMPARE(portal.title, QStringLiteral("https://get.example/%C3%BC?a=1&b=%2F"));
+        QCOMPARE(portal.options.value(QStringLiteral("activation_token")), QStringLiteral("token"));
+        portal.respond(0);
+        // When the next one is there, the first has had its time.
+        opening.openAddress(address, {});
+        QTRY_COMPARE(portal.opened, 2);
+        portal.respond(1); // the user would not have it
+        portal.die();
+        const auto other = QStringLiteral("https://other.example/");
+        opening.openAddress(QUrl(other), {});
+        QTRY_VERIFY(!application.opened().isEmpty());
+        QCOMPARE(application.opened(), QStringList(other));
+    }
+
+    void opensAnAddressWithTheDefaultBrowserWhereThePortalDoesNot_data()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::addColumn<PortalStandIn::Manner>("manner");
+        QTest::newRow("not there") << false << PortalStandIn::Manner::Works;
+        QTest::newRow("refuses") << true << PortalStandIn::Manner::RefusesToOpen;
+        QTest::newRow("finds nothing that opens it") << true << PortalStandIn::Manner::ShowsNothing;
+        QTest::newRow("hangs") << true << PortalStandIn::Manner::Hangs;
+    }
+
+    void opensAnAddressWithTheDefaultBrowserWhereThePortalDoesNot()
+    {
+        QFETCH(const bool, isThere);
+        QFETCH(const PortalStandIn::Manner, manner);
+        PortalStandIn portal;
+        portal.manner = manner;
+        if (isThere) {
+            portal.appear();
+        }
+        DefaultApplication application;
+        DesktopFileOpening opening;
+        const auto address = QStringLiteral("https://get.example/1.5?a=1&b=2");
+        opening.openAddress(QUrl(address), {QStringLiteral("token")});
+        QTRY_COMPARE_WITH_TIMEOUT(application.opened(), QStringList(address), 10'000);
+        QCOMPARE(application.variable("XDG_ACTIVATION_TOKEN"), QByteArray("token"));
     }
 
 private:

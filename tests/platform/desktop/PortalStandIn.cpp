@@ -46,10 +46,14 @@ bool PortalStandIn::handleMessage(const QDBusMessage &message, const QDBusConnec
         closed += message.path() == m_request ? 1 : 0;
         return true;
     }
-    if (message.member() != QStringLiteral("OpenFile") || manner == Manner::RefusesToOpen) {
+    const QStringList known{QStringLiteral("OpenFile"), QStringLiteral("OpenURI")};
+    if (!known.contains(message.member()) || manner == Manner::RefusesToOpen) {
         return false;
     }
     ++opened;
+    if (manner == Manner::Hangs) {
+        return true;
+    }
     parentWindow = arguments.at(0).toString();
     title = arguments.at(1).toString();
     options = qdbus_cast<QVariantMap>(arguments.at(2));

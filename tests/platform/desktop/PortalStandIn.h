@@ -7,11 +7,11 @@
 
 namespace ostrelle {
 
-/// Stands in for the desktop's chooser portal on the test's own bus.
+/// Stands in for the desktop's portal of choosers and addresses on the test's own bus.
 class PortalStandIn : public QDBusVirtualObject
 {
 public:
-    enum class Manner { Works, RefusesToOpen, ShowsNothing };
+    enum class Manner { Works, RefusesToOpen, ShowsNothing, Hangs };
 
     PortalStandIn();
     ~PortalStandIn() override;
@@ -30,7 +30,7 @@ public:
     int opened = 0;
     int closed = 0; ///< by the program, not the user
     QString parentWindow;
-    QString title;
+    QString title; ///< or the address
     QVariantMap options;
 
 private:
