@@ -95,6 +95,9 @@ void ShortcutService::tellRefused()
     const KeyCombos combos = m_combos.value();
     for (auto entry = combos.begin(); entry != combos.end(); ++entry) {
         const auto state = m_hotKeys.state(idOf(entry.key()));
+        if (state == HotKeys::State::OnlyByCommand && !std::exchange(m_isToldOnlyByCommand, true))
+            qCWarning(lcShortcuts, "This desktop hands out no shortcuts; bind \"ostrelle toggle\" and "
+                                   "\"ostrelle open clipboard\" in its settings");
         if (state == HotKeys::State::Granted)
             m_toldRefused.remove(entry.key());
         if (state != HotKeys::State::Refused || comboOf(m_toldRefused, entry.key()) == *entry)

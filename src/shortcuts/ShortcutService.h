@@ -69,6 +69,7 @@ private:
     ShortcutActions &m_actions;
     QProperty<KeyCombos> m_combos;
     KeyCombos m_toldRefused;
+    bool m_isToldOnlyByCommand = false;
     QPointer<QObject> m_recorder;
     std::function<void(const KeyCombo &combo)> m_recorded;
     bool m_isStarted = false;

@@ -9,7 +9,8 @@ void FakeHotKeys::set(const QList<HotKey> &keys)
     const QList<HotKey> before = std::exchange(m_keys, keys);
     const QMap<int, State> states = std::exchange(m_states, {});
     for (const HotKey &key : keys) {
-        m_states[key.id] = before.contains(key) ? states[key.id] : State::Refused;
+        const State fresh = m_handsOutNone ? State::OnlyByCommand : State::Refused;
+        m_states[key.id] = before.contains(key) ? states[key.id] : fresh;
     }
     grabMissing();
 }

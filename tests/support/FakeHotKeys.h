@@ -19,6 +19,8 @@ public:
     /// Another program takes these keys, or lets them go, which the desktop does not tell.
     void holdElsewhere(quint32 keyCode, Qt::KeyboardModifiers modifiers);
     void letGoElsewhere();
+    /// A desktop that hands out no hot keys, ever.
+    void handOutNone() { m_handsOutNone = true; }
     /// The window manager or the keyboard map has changed: what was refused is asked for again.
     void askAgain();
     /// The user presses the keys and, later, releases them.
@@ -34,6 +36,7 @@ private:
     QList<HotKey> m_keys;
     QMap<int, State> m_states;
     std::optional<HotKey> m_elsewhere;
+    bool m_handsOutNone = false;
     int m_heldId = 0;
 };
 
