@@ -285,7 +285,10 @@ ShortcutActions &Services::shortcutActions()
 {
     return ensure(m_shortcutActions, [this]() -> std::unique_ptr<ShortcutActions> {
         return std::make_unique<NotchShortcutActions>(
-            controller(), [this] { colors().sample(&colors(), [](const std::optional<SampledColor> &) {}); });
+            controller(),
+            NotchShortcutActions::Sampler{
+                .isSampling = [this] { return colors().isSampling(); },
+                .sample = [this] { colors().sample(&colors(), [](const std::optional<SampledColor> &) {}); }});
     });
 }
 

@@ -10,14 +10,16 @@ namespace ostrelle {
 using Focus = NotchController::Focus;
 using Opening = NotchController::Opening;
 
-NotchShortcutActions::NotchShortcutActions(NotchController &controller, std::function<void()> sampleColor)
+NotchShortcutActions::NotchShortcutActions(NotchController &controller, Sampler sampler)
     : m_controller(controller)
-    , m_sampleColor(std::move(sampleColor))
+    , m_sampler(std::move(sampler))
 {
 }
 
 void NotchShortcutActions::toggleNotch(const ActivationToken &token)
 {
+    if (m_sampler.isSampling())
+        return;
     if (m_controller.viewModel().phase() == Phase::Expanded)
         m_controller.dismiss();
     else
@@ -26,14 +28,16 @@ void NotchShortcutActions::toggleNotch(const ActivationToken &token)
 
 void NotchShortcutActions::openClipboard(const ActivationToken &token)
 {
-    m_controller.present(KestroModule::Clipboard, Focus::Take, Opening::Explicit, token);
+    if (!m_sampler.isSampling())
+        m_controller.present(KestroModule::Clipboard, Focus::Take, Opening::Explicit, token);
 }
 
 void NotchShortcutActions::pickColor(const ActivationToken &token)
 {
+    if (m_sampler.isSampling())
+        return;
     m_controller.present(KestroModule::Color, Focus::Take, Opening::Explicit, token);
-    if (m_sampleColor)
-        m_sampleColor();
+    m_sampler.sample();
 }
 
 } // namespace ostrelle

@@ -8,12 +8,18 @@ namespace ostrelle {
 
 class NotchController;
 
-/// The shortcuts' actions on the notch.
+/// The shortcuts' actions on the notch. They rest while a colour is being sampled: the loupe has the keyboard, and what
+/// would open under it is not what is being looked at.
 class NotchShortcutActions final : public ShortcutActions
 {
 public:
-    /// `sampleColor` starts the sampler once the colour tool is shown; may be empty.
-    NotchShortcutActions(NotchController &controller, std::function<void()> sampleColor);
+    struct Sampler
+    {
+        std::function<bool()> isSampling;
+        std::function<void()> sample; ///< called when the colour tool is shown
+    };
+
+    NotchShortcutActions(NotchController &controller, Sampler sampler);
 
     void toggleNotch(const ActivationToken &token) override;
     void openClipboard(const ActivationToken &token) override;
@@ -21,7 +27,7 @@ public:
 
 private:
     NotchController &m_controller;
-    std::function<void()> m_sampleColor;
+    Sampler m_sampler;
 };
 
 } // namespace ostrelle

@@ -52,6 +52,7 @@ class Shortcuts(unittest.TestCase):
         self.shows("color", "the colour tool takes its place while the keys are held")
         wait_until(lambda: self.program.status()["sampling"], "the loupe is open")
         self.keyboard.release()
+        self.keyboard.press(SUPER, SHIFT, V)  # rests under the loupe
         self.keyboard.press(ESCAPE)
         wait_until(lambda: not self.program.status()["sampling"], "Escape closes the loupe")
         self.shows("color", "the tool is still there")

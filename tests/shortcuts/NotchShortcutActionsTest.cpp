@@ -18,9 +18,12 @@ private Q_SLOTS:
         notch.controller.start(notch.panel);
         FakePanelHost &host = notch.platform.panelHost();
         QStringList seen; // by the sampler: what the notch shows when it starts
-        NotchShortcutActions actions(notch.controller, [&] {
+        bool isSampling = false;
+        const auto sample = [&] {
             seen << (notch.viewModel.selection() ? rawValue(*notch.viewModel.selection()) : QString());
-        });
+            isSampling = true;
+        };
+        NotchShortcutActions actions(notch.controller, {.isSampling = [&] { return isSampling; }, .sample = sample});
 
         actions.toggleNotch({QStringLiteral("first")});
         QCOMPARE(notch.viewModel.phase(), Phase::Expanded);
@@ -41,6 +44,12 @@ private Q_SLOTS:
         QCOMPARE(notch.viewModel.selection(), KestroModule::Color);
         QCOMPARE(host.lastToken(), QStringLiteral("third"));
         QCOMPARE(seen, QStringList(QStringLiteral("color")));
+        actions.pickColor({}); // the loupe has the keyboard now
+        actions.openClipboard({});
+        actions.toggleNotch({});
+        QCOMPARE(notch.viewModel.selection(), KestroModule::Color);
+        QCOMPARE(seen.size(), 1);
+        isSampling = false;
         actions.toggleNotch({});
         QVERIFY(notch.viewModel.phase() != Phase::Expanded);
     }
