@@ -33,13 +33,10 @@ LargeSwatch::LargeSwatch(const ControlContext &context, QWidget *parent)
 
 void LargeSwatch::setColor(const SampledColor &color)
 {
-    if (color == m_color && !accessibleName().isEmpty())
-        return;
-    const bool isFirst = accessibleName().isEmpty();
     m_from = shownColor();
     m_color = color;
-    setAccessibleName(color.hexString());
-    m_turn.jumpTo(isFirst || !isVisible() ? 1 : 0);
+    setAccessibleName(QStringLiteral("Color ") + color.hexString());
+    m_turn.jumpTo(isVisible() ? 0 : 1);
     m_turn.animateTo(1, Motion::damped(kTurnResponse));
     update();
 }

@@ -6,6 +6,7 @@ import sys
 import time
 
 import pyatspi
+from gi.repository import GLib
 
 
 def states_of(accessible):
@@ -29,9 +30,14 @@ def extents_of(accessible):
 
 
 def tree(accessible):
-    return {"role": accessible.getRoleName(), "name": accessible.name, "description": accessible.description,
-            "states": states_of(accessible), "actions": list(actions_of(accessible)), "extents": extents_of(accessible),
-            "children": [tree(child) for child in accessible if child is not None]}
+    """None where it has gone meanwhile."""
+    try:
+        children = [tree(child) for child in accessible if child is not None]
+        return {"role": accessible.getRoleName(), "name": accessible.name, "description": accessible.description,
+                "states": states_of(accessible), "actions": list(actions_of(accessible)),
+                "extents": extents_of(accessible), "children": [child for child in children if child is not None]}
+    except GLib.Error:
+        return None
 
 
 def every(accessible):

@@ -496,7 +496,7 @@ void ColorModuleViewTest::theTabKeyVisitsAll()
         }
         return names;
     };
-    const QStringList rest{QStringLiteral("#F7B267"),           QStringLiteral("Add to favorites"),
+    const QStringList rest{QStringLiteral("Color #F7B267"),     QStringLiteral("Add to favorites"),
                            QStringLiteral("Pick Color"),        QStringLiteral("HEX #F7B267"),
                            QStringLiteral("RGB 247, 178, 103"), QStringLiteral("HSL 31°, 90%, 69%")};
     // Of each shelf one swatch.

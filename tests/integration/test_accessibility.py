@@ -34,6 +34,15 @@ class Accessibility(unittest.TestCase):
 
         seen = self.objects("push button", "Color", "Press")
         wait_until(lambda: self.program.status()["selection"] == "color", "pressing a tile shows its tool")
+        self.program.call("color", "add", "#F7B267")
+        seen = self.objects()
+        self.assertLessEqual({"focusable", "enabled"}, set(seen["push button", "Pick Color"]["states"]))
+        self.objects("push button", "#F7B267", "Press")
+        self.objects("push button", "Add to favorites", "Press")
+        wait_until(lambda: {("push button", "Color #F7B267"), ("push button", "HSL 31°, 90%, 69%"),
+                            ("push button", "Remove from favorites"),
+                            ("panel", "Recent"), ("panel", "Favorites")} <= set(self.objects()),
+                   "what is pressed is shown")
         self.objects("push button", "Back to tools", "Press")
         wait_until(lambda: self.program.status()["selection"] is None, "the back button goes back")
 

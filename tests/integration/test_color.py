@@ -7,7 +7,7 @@ import subprocess
 import unittest
 
 from harness.desktop import Desktop
-from harness.peer import paste
+from harness.peer import Peer, paste
 from harness.program import Program
 from harness.waiting import wait_until
 
@@ -122,6 +122,29 @@ class ColorCommands(unittest.TestCase):
             self.assertIn((0, 255, 136), self.badge_pixels(), "the dot has the latest colour")
             self.program.call("color", "add", hex_of(ORANGE))
             wait_until(lambda: ORANGE in self.badge_pixels(), "the dot follows")
+
+    def test_gathers_from_the_screen(self):
+        picture = self.desktop.folder / "halves.png"
+        subprocess.run(["convert", "-size", "200x200", f"xc:{hex_of(PLUM)}", "-size", "200x200", f"xc:{hex_of(BLUE)}",
+                        "+append", str(picture)], check=True)
+        Peer(self.desktop, "Halves", (100, 400, 400, 200), picture)
+        with self.program:
+            self.program.start()
+            self.program.call("open", "color")
+            self.program.wait_phase("expanded")
+            surface = self.program.status()["surface"]
+            self.desktop.click(surface["x"] + surface["width"] / 2, surface["y"] + surface["height"] - 53)
+            wait_until(lambda: self.program.status()["sampling"], "the button opens the loupe")
+            self.desktop.move_pointer(200, 500)
+            self.desktop.run("xdotool", "keydown", "shift", "click", "1", "keyup", "shift")
+            wait_until(lambda: self.hexes()[0] == [hex_of(PLUM)], "one is kept while the loupe stays")
+            self.assertTrue(self.program.status()["sampling"])
+            self.desktop.click(400, 500)
+            wait_until(lambda: not self.program.status()["sampling"], "the other one closes it")
+            self.assertEqual(self.hexes()[0], [hex_of(BLUE), hex_of(PLUM)])
+            self.assertEqual(self.program.status()["selection"], "color", "a click elsewhere did not close the notch")
+            self.desktop.key("1")
+            wait_until(lambda: paste(self.desktop) == hex_of(BLUE).encode(), "the last one is on display")
 
     def badge_pixels(self):
         """Around the dot on the second of six tiles."""
