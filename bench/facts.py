@@ -37,11 +37,13 @@ def make_files(folder):
 
 
 def measure(path, rounds, share, others):
-    commands = {"ostrelle": [OSTRELLE, "inspect", "--no-tempo", str(path)],
-                **{name: [*others[name], str(path)] for name in others}}
-    best = best_of(commands, rounds, silent=True)
-    least = min(best[name][0] for name in others)
-    beside = ", ".join(f"{name} {best[name][0]:.1f}" for name in others)
+    beside_us = {name: [*command, str(path)] for name, command in others.items()}
+    # Those that know the kind: there are pictures that ffprobe does not.
+    beside_us = {name: command for name, command in beside_us.items()
+                 if subprocess.run(command, capture_output=True).returncode == 0}
+    best = best_of({"ostrelle": [OSTRELLE, "inspect", "--no-tempo", str(path)], **beside_us}, rounds, silent=True)
+    least = min((best[name][0] for name in beside_us), default=float("inf"))
+    beside = ", ".join(f"{name} {best[name][0]:.1f}" for name in beside_us)
     report(f"facts of {path.name}, wall", best["ostrelle"][0], share * least, "ms", beside)
 
 

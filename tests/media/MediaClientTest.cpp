@@ -15,6 +15,7 @@
 #include <optional>
 #include <vector>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -241,7 +242,13 @@ void MediaClientTest::inTheBackgroundOneProcessorIsLeftToOthers()
     // A slow one does not hold the others up.
     m_scheduler->advance(1s);
     QTRY_COMPARE(startedCount(), 2);
-    QCOMPARE(childCount(), 2);
+    const QList<int> helpers = childProcesses();
+    QCOMPARE(helpers.size(), 2);
+    // Each takes turns with other programs by itself, not with this one.
+    for (const int helper : helpers) {
+        QCOMPARE(::getsid(helper), helper);
+        QVERIFY(::getpriority(PRIO_PROCESS, static_cast<id_t>(helper)) > 0);
+    }
 }
 
 void MediaClientTest::droppedRequestsAreNotAnswered()

@@ -73,16 +73,22 @@ QString helperFolder()
     return QCoreApplication::applicationDirPath();
 }
 
-int childCount()
+QList<int> childProcesses()
 {
-    int count = 0;
+    QList<int> processes;
     const QDir tasks(QStringLiteral("/proc/self/task"));
     for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         QFile file(tasks.filePath(task) + QStringLiteral("/children"));
-        if (file.open(QIODevice::ReadOnly))
-            count += static_cast<int>(file.readAll().split(' ').size()) - 1;
+        const QByteArray children = file.open(QIODevice::ReadOnly) ? file.readAll().simplified() : QByteArray();
+        for (const QByteArray &child : children.isEmpty() ? QList<QByteArray>() : children.split(' '))
+            processes.append(child.toInt());
     }
-    return count;
+    return processes;
+}
+
+int childCount()
+{
+    return static_cast<int>(childProcesses().size());
 }
 
 } // namespace ostrelle

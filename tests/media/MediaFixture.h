@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QList>
 #include <QString>
 
 namespace ostrelle {
@@ -24,7 +25,8 @@ bool isNear(const QColor &colour, const QColor &expected, int tolerance = 12);
 
 /// The folder of the real helpers.
 QString helperFolder();
-/// How many child processes this process has.
+/// The child processes that this process has.
+QList<int> childProcesses();
 int childCount();
 
 } // namespace ostrelle

@@ -25,12 +25,15 @@ struct Patience
 {
     std::chrono::seconds deadline;
     std::uint32_t cpuSeconds;
+    /// More for the first file of a helper: on a busy machine, or the first time since the machine was started, the
+    /// heavy one was seen to need more than two seconds to load.
+    std::chrono::seconds forStart = 0s;
 };
 
 constexpr Patience patienceWith(HelperKind kind, HelperCommand command)
 {
     if (command == HelperCommand::AudioInfo || command == HelperCommand::ImageInfo)
-        return {2s, 2};
+        return {2s, 2, 3s};
     return kind == HelperKind::Extra ? Patience{20s, 12} : Patience{10s, 6};
 }
 
@@ -89,7 +92,8 @@ bool HelperPool::hand(HelperKind kind, const IsNeeded &isNeeded, quint64 number,
         slot->deadline = m_scheduler.after(0s, this, [this, slot] { fail(*slot, MediaFailure::HelperLost); });
         return true;
     }
-    slot->deadline = m_scheduler.after(patience.deadline, this, [this, slot] { fail(*slot, MediaFailure::TimedOut); });
+    const auto deadline = patience.deadline + (slot->hasAnswered ? 0s : patience.forStart);
+    slot->deadline = m_scheduler.after(deadline, this, [this, slot] { fail(*slot, MediaFailure::TimedOut); });
     slot->slowness = m_scheduler.after(kSlow, this, [this, slot] {
         slot->isSlow = true;
         Q_EMIT roomMade();
@@ -121,6 +125,7 @@ void HelperPool::start(Slot &slot, HelperKind kind)
 {
     retire(slot);
     slot.kind = kind;
+    slot.hasAnswered = false;
     slot.process = &makeChild<HelperProcess>(this, executableOf(kind, m_folder), m_priority);
     connect(slot.process, &HelperProcess::lost, this, [this, &slot] { fail(slot, MediaFailure::HelperLost); });
     connect(slot.process, &HelperProcess::answered, this,
@@ -161,6 +166,7 @@ std::optional<quint64> HelperPool::endJob(Slot &slot)
 void HelperPool::deliver(Slot &slot, HelperReply reply)
 {
     const std::optional<quint64> number = endJob(slot);
+    slot.hasAnswered = true;
     slot.deadline = m_scheduler.after(kIdleLife, this, [this, &slot] { retire(slot); });
     if (number)
         m_taker(*number, std::move(reply));

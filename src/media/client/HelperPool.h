@@ -66,7 +66,8 @@ private:
         std::optional<quint64> job;
         Task deadline; ///< of the job, or of being idle
         Task slowness;
-        bool isSlow = false; ///< has been at its job for long
+        bool isSlow = false;      ///< has been at its job for long
+        bool hasAnswered = false; ///< a file, so it does not take time to start any more
     };
 
     bool isFull() const;
