@@ -102,7 +102,7 @@ void AppDelegate::startCommands()
     addUpdateRequests(m_router, m_services.updates());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
-    m_desktop = answerDesktop(m_router);
+    m_desktop = answerDesktop(m_router, m_services.shortcutActions());
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
 }
 

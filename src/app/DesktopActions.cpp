@@ -2,14 +2,17 @@
 
 #include "app/RequestRouter.h"
 #include "platform/DesktopRequests.h"
+#include "records/KestroModule.h"
+#include "shortcuts/ShortcutActions.h"
 
 #include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
-#include <array>
+#include <functional>
 
 namespace ostrelle {
 
@@ -17,48 +20,49 @@ namespace {
 
 struct DesktopAction
 {
-    const char *name; ///< in packaging/application.desktop.in
-    const char *verb;
-    const char *tool;
+    QString name; ///< in packaging/application.desktop.in
+    std::function<void(const ActivationToken &token)> perform;
 };
 
-constexpr std::array kActions = {
-    DesktopAction{"open-notch", "open", ""},
-    DesktopAction{"clipboard", "open", "clipboard"},
-};
-constexpr const DesktopAction &kShowItself = kActions[0];
-
-QStringList names()
+void open(const RequestRouter &router, const QString &tool, const ActivationToken &token)
 {
-    QStringList result;
-    for (const DesktopAction &action : kActions)
-        result << QString::fromLatin1(action.name);
-    return result;
+    const QJsonObject request{{QStringLiteral("verb"), QStringLiteral("open")},
+                              {QStringLiteral("tool"), tool},
+                              {QStringLiteral("token"), token.value}};
+    router.answer(QJsonDocument(request).toJson(QJsonDocument::Compact), [](const QByteArray &) {});
 }
 
-QByteArray requestOf(const DesktopAction &action, const ActivationToken &token)
+QList<DesktopAction> actions(const RequestRouter &router, ShortcutActions &shortcuts)
 {
-    const QJsonObject request{{QStringLiteral("verb"), QString::fromLatin1(action.verb)},
-                              {QStringLiteral("tool"), QString::fromLatin1(action.tool)},
-                              {QStringLiteral("token"), token.value}};
-    return QJsonDocument(request).toJson(QJsonDocument::Compact);
+    return {
+        {QStringLiteral("open-notch"), [&router](const ActivationToken &token) { open(router, {}, token); }},
+        {QStringLiteral("clipboard"),
+         [&router](const ActivationToken &token) { open(router, rawValue(KestroModule::Clipboard), token); }},
+        {QStringLiteral("pick-color"), [&shortcuts](const ActivationToken &token) { shortcuts.pickColor(token); }},
+    };
+}
+
+QStringList namesOf(const QList<DesktopAction> &actions)
+{
+    QStringList names;
+    for (const DesktopAction &action : actions)
+        names << action.name;
+    return names;
 }
 
 } // namespace
 
-std::unique_ptr<DesktopRequests> answerDesktop(const RequestRouter &router)
+std::unique_ptr<DesktopRequests> answerDesktop(const RequestRouter &router, ShortcutActions &shortcuts)
 {
-    auto desktop = DesktopRequests::create(QStringLiteral(OSTRELLE_APPLICATION_ID), names());
-    const auto perform = [&router](const DesktopAction &action, const ActivationToken &token) {
-        router.answer(requestOf(action, token), [](const QByteArray &) {});
-    };
+    const QList<DesktopAction> known = actions(router, shortcuts);
+    auto desktop = DesktopRequests::create(QStringLiteral(OSTRELLE_APPLICATION_ID), namesOf(known));
     QObject::connect(desktop.get(), &DesktopRequests::activated, desktop.get(),
-                     [perform](const ActivationToken &token) { perform(kShowItself, token); });
+                     [&router](const ActivationToken &token) { open(router, {}, token); });
     QObject::connect(desktop.get(), &DesktopRequests::actionRequested, desktop.get(),
-                     [perform](const QString &name, const ActivationToken &token) {
-                         for (const DesktopAction &action : kActions) {
-                             if (name == QLatin1StringView(action.name))
-                                 perform(action, token);
+                     [known](const QString &name, const ActivationToken &token) {
+                         for (const DesktopAction &action : known) {
+                             if (action.name == name)
+                                 action.perform(token);
                          }
                      });
     return desktop;

@@ -6,9 +6,10 @@ namespace ostrelle {
 
 class DesktopRequests;
 class RequestRouter;
+class ShortcutActions;
 
-/// Lets the desktop ask for what the actions of the desktop entry do: each is a request as a command would send it.
-/// The router outlives the answer.
-std::unique_ptr<DesktopRequests> answerDesktop(const RequestRouter &router);
+/// Lets the desktop ask for what the actions of the desktop entry do, as commands and shortcuts do it. Both arguments
+/// outlive the answer.
+std::unique_ptr<DesktopRequests> answerDesktop(const RequestRouter &router, ShortcutActions &shortcuts);
 
 } // namespace ostrelle
