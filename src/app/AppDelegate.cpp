@@ -32,6 +32,7 @@
 #include "records/ClipboardStore.h"
 #include "shortcuts/ShortcutService.h"
 #include "updates/UpdateService.h"
+#include "windows/SettingsWindowController.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -104,6 +105,9 @@ void AppDelegate::startCommands()
     m_server->listen(AppPaths::controlSocket());
     m_desktop = answerDesktop(m_router, m_services.shortcutActions());
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
+    const auto showSettings = [this] { m_services.settingsWindow().show(SettingsSection::General); };
+    connect(&m_services.panel(), &NotchPanel::settingsRequested, this, showSettings);
+    connect(&m_services.panel(), &NotchPanel::settingsButtonPressed, this, showSettings);
 }
 
 void AppDelegate::commitData()

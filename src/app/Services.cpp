@@ -4,6 +4,7 @@
 #include "clipboard/ClipboardService.h"
 #include "clipboard/MediaClipImages.h"
 #include "core/ForegroundSession.h"
+#include "core/LaunchAtLogin.h"
 #include "core/SettingsHaptics.h"
 #include "core/SettingsStore.h"
 #include "files/AssetShelfService.h"
@@ -45,8 +46,10 @@
 #include "shortcuts/ShortcutService.h"
 #include "updates/FeedProcess.h"
 #include "updates/UpdateService.h"
+#include "windows/SettingsWindowController.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <algorithm>
 
@@ -439,6 +442,30 @@ ColorService &Services::colors()
 {
     return ensure(m_colors, [this] {
         return std::make_unique<ColorService>(defaults(), platform().colourPicker(), controller());
+    });
+}
+
+LaunchAtLogin &Services::launchAtLogin()
+{
+    return ensure(m_launchAtLogin, [this] {
+        m_loginItem = LoginItem::create(QStringLiteral(OSTRELLE_APPLICATION_ID),
+                                        QCoreApplication::applicationDirPath() + QStringLiteral("/ostrelle"));
+        return std::make_unique<LaunchAtLogin>(*m_loginItem);
+    });
+}
+
+SettingsWindowController &Services::settingsWindow()
+{
+    return ensure(m_settingsWindow, [this] {
+        return std::make_unique<SettingsWindowController>(SettingsSurroundings{.settings = settings(),
+                                                                               .appearance = appearance(),
+                                                                               .scheduler = scheduler(),
+                                                                               .launchAtLogin = launchAtLogin(),
+                                                                               .clipboard = clipboard(),
+                                                                               .pasteboard = platform().clipboard(),
+                                                                               .popups = platform().popups(),
+                                                                               .quit = [] { QGuiApplication::quit(); }},
+                                                          controller(), foreground(), platform().ordinaryWindows());
     });
 }
 

@@ -28,6 +28,8 @@ class ForegroundSession;
 class FrameClock;
 class Haptics;
 class ImageInspector;
+class LaunchAtLogin;
+class LoginItem;
 class MediaClient;
 class NotchAppearance;
 class NotchController;
@@ -41,6 +43,7 @@ class SaveRetry;
 class SettingsStore;
 class ShortcutActions;
 class ShortcutService;
+class SettingsWindowController;
 class SystemTaskScheduler;
 class TaskScheduler;
 class ThumbnailSource;
@@ -96,6 +99,8 @@ public:
     AudioInspector &audioInspector();
     ColorService &colors();
     UpdateService &updates();
+    LaunchAtLogin &launchAtLogin();
+    SettingsWindowController &settingsWindow();
 
 private:
     void registerTools(ToolRegistry &registry);
@@ -145,6 +150,9 @@ private:
     std::unique_ptr<NotchDropDelegate> m_dropDelegate;
     std::unique_ptr<ShortcutActions> m_shortcutActions;
     std::unique_ptr<ShortcutService> m_shortcuts;
+    std::unique_ptr<LoginItem> m_loginItem;
+    std::unique_ptr<LaunchAtLogin> m_launchAtLogin;
+    std::unique_ptr<SettingsWindowController> m_settingsWindow;
 };
 
 } // namespace ostrelle

@@ -158,6 +158,41 @@ QBindable<QMap<QString, QSizeF>> SettingsStore::bindableDisplayNotch()
     return &std::as_const(m_displayNotch);
 }
 
+QBindable<bool> SettingsStore::bindableHapticFeedback()
+{
+    return &std::as_const(m_hapticFeedback);
+}
+
+QBindable<bool> SettingsStore::bindableCatchDraggedFiles()
+{
+    return &std::as_const(m_catchDraggedFiles);
+}
+
+QBindable<bool> SettingsStore::bindableIgnoreConcealed()
+{
+    return &std::as_const(m_ignoreConcealed);
+}
+
+QBindable<bool> SettingsStore::bindableClearOnQuit()
+{
+    return &std::as_const(m_clearOnQuit);
+}
+
+QBindable<QStringList> SettingsStore::bindableExcludedApps()
+{
+    return &std::as_const(m_excludedApps);
+}
+
+QBindable<QList<KestroModule>> SettingsStore::bindableModuleOrder()
+{
+    return &std::as_const(m_moduleOrder);
+}
+
+QBindable<QSet<KestroModule>> SettingsStore::bindableEnabledModules()
+{
+    return &std::as_const(m_enabledModules);
+}
+
 bool SettingsStore::showAutomatically() const
 {
     return m_showAutomatically.value();

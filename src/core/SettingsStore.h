@@ -31,6 +31,13 @@ public:
     QBindable<int> bindableClipboardLimit();
     QBindable<QMap<QString, QSizeF>> bindableDisplayNotch();
     QBindable<bool> bindableAutoCheckUpdates();
+    QBindable<bool> bindableHapticFeedback();
+    QBindable<bool> bindableCatchDraggedFiles();
+    QBindable<bool> bindableIgnoreConcealed();
+    QBindable<bool> bindableClearOnQuit();
+    QBindable<QStringList> bindableExcludedApps();
+    QBindable<QList<KestroModule>> bindableModuleOrder();
+    QBindable<QSet<KestroModule>> bindableEnabledModules();
 
     bool showAutomatically() const;
     AnimationIntensity animationIntensity() const;

@@ -10,6 +10,9 @@
 namespace ostrelle {
 namespace {
 
+constexpr char kRoleProperty[] = "ostrelleAccessibleRole";
+constexpr char kValueProperty[] = "ostrelleAccessibleValue";
+
 /// Any role; a button keeps what Qt would give it for its own: whether it is checked, and the press.
 class RoleInterface final : public QAccessibleWidget
 {
@@ -25,6 +28,12 @@ public:
             state.pressed = self->isDown();
         }
         return state;
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        if (kind == QAccessible::Value)
+            return widget()->property(kValueProperty).toString();
+        return QAccessibleWidget::text(kind);
     }
     QStringList actionNames() const override
     {
@@ -44,8 +53,6 @@ public:
 private:
     QAbstractButton *button() const { return qobject_cast<QAbstractButton *>(widget()); }
 };
-
-constexpr char kRoleProperty[] = "ostrelleAccessibleRole";
 
 /// Qt deletes the interface itself.
 QAccessibleInterface *interfaceWithRole(const QString &, QObject *object)
@@ -72,6 +79,13 @@ void setAccessibleRole(QWidget &widget, QAccessible::Role role)
     // Setting a name already made an interface with Qt's role, which would be kept.
     if (QAccessibleInterface *earlier = QAccessible::queryAccessibleInterface(&widget))
         QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(earlier));
+}
+
+void setAccessibleValue(QWidget &widget, const QString &value)
+{
+    widget.setProperty(kValueProperty, value);
+    QAccessibleValueChangeEvent event(&widget, value);
+    QAccessible::updateAccessibility(&event);
 }
 
 } // namespace ostrelle

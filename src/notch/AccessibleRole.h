@@ -10,4 +10,7 @@ namespace ostrelle {
 /// QWidget::accessibleName and accessibleDescription. Main thread.
 void setAccessibleRole(QWidget &widget, QAccessible::Role role);
 
+/// What a widget with a role of ours has at the moment, in words: the choice of a picker. Tells those who listen.
+void setAccessibleValue(QWidget &widget, const QString &value);
+
 } // namespace ostrelle

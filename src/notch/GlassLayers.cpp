@@ -14,7 +14,6 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kPoolReachShare = 0.6;
 constexpr double kPoolReach = 360;
 constexpr double kDarkVeil = 0.8;
 constexpr double kWash = 0.84;
@@ -136,8 +135,8 @@ std::vector<LaneQuad> glassLayers(const SurfaceState &state, const SurfaceFrame 
     const Layer veil{black, veilOpacity(state.scheme, frame.glass)};
     const Layer wash{laneColor(Theme::detail::unit(0.976, 0.973, 0.984)), washOpacity(state, frame.glass)};
     const GradientSampler poolColors(themeColors(state.theme, state.scheme), {0, height}, {width, 0});
-    const CornerFalloff poolFalloff(frame.size, std::min(kPoolReachShare * width, kPoolReach));
-    const double poolOpacity = frame.glass * cornerOpacity(state.theme, state.scheme);
+    const CornerFalloff poolFalloff(frame.size, std::min(state.emphasis.poolReach * width, kPoolReach));
+    const double poolOpacity = frame.glass * cornerOpacity(state.theme, state.scheme) * state.emphasis.poolStrength;
 
     std::vector<LaneQuad> nodes;
     nodes.reserve(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows));

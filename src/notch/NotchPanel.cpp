@@ -54,6 +54,7 @@ NotchPanel::NotchPanel(NotchController &controller, SettingsStore &settings, Too
     connect(&m_backdrop, &PanelBackdrop::changed, this, &NotchPanel::surfaceMoved);
     connect(&m_root, &NotchRootView::moved, this, &NotchPanel::surfaceMoved);
     connect(&m_root, &NotchRootView::dismissRequested, this, [this] { m_controller.dismiss(); });
+    connect(&m_root, &NotchRootView::settingsRequested, this, &NotchPanel::settingsButtonPressed);
     connect(&m_root, &NotchRootView::aboutToChange, this, [this] {
         if (m_context.appearance.reducesMotion())
             m_crossFade.begin();
@@ -196,15 +197,10 @@ void NotchPanel::makeMenu()
         if (!entries.isEmpty())
             m_menu->addSeparator();
     }
-    const std::pair<QString, QString> later[] = {
-        {QStringLiteral("Settings…"), QStringLiteral("Comes with the settings window")},
-        {QStringLiteral("Welcome…"), QStringLiteral("Comes with the first run")},
-    };
-    for (const auto &[text, toolTip] : later) {
-        QAction *action = m_menu->addAction(text);
-        action->setEnabled(false);
-        action->setToolTip(toolTip);
-    }
+    m_menu->addEntry(QStringLiteral("Settings…"), this, [this] { Q_EMIT settingsRequested(); });
+    QAction *welcome = m_menu->addAction(QStringLiteral("Welcome…"));
+    welcome->setEnabled(false);
+    welcome->setToolTip(QStringLiteral("Comes with the first run"));
     m_menu->addSeparator();
     const QAction *quit = m_menu->addAction(QStringLiteral("Quit Ostrelle"));
     connect(quit, &QAction::triggered, this, &NotchPanel::quitRequested);

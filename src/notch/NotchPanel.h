@@ -40,6 +40,10 @@ public:
 
 Q_SIGNALS:
     void quitRequested();
+    /// By the menu.
+    void settingsRequested();
+    /// By the settings button, which has something to tell when an update is there.
+    void settingsButtonPressed();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -63,9 +63,9 @@ NotchRootView::NotchRootView(const ControlContext &context, NotchViewModel &view
     , m_router(makeChild<DropRouterView>(this, context, viewModel, registry))
 {
     setAttribute(Qt::WA_NoSystemBackground);
-    m_settingsButton.setEnabled(false);
     m_noTools.hide();
     m_router.hide();
+    connect(&m_settingsButton, &QAbstractButton::clicked, this, &NotchRootView::settingsRequested);
     connect(&m_header, &ModuleHeader::backRequested, this, [this] { m_viewModel.backToSelector(); });
     connect(&m_strip, &ModuleStrip::selected, this, [this](KestroModule module) { m_viewModel.select(module); });
 

@@ -48,6 +48,8 @@ Q_SIGNALS:
     void moved();
     /// A visit to a tool ended by itself.
     void dismissRequested();
+    /// The settings button was pressed.
+    void settingsRequested();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

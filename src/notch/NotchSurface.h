@@ -15,6 +15,18 @@ class QPainter;
 
 namespace ostrelle {
 
+/// What keeps a theme recognisable where the surface is painted small. The defaults are the notch's own.
+struct SurfaceEmphasis
+{
+    double poolReach = 0.6; ///< in surface widths
+    double poolStrength = 1;
+    double seamHeight = 1.5;
+    double seamAboveEdge = 8;
+    double rimWidth = 1; ///< of the coloured one
+
+    friend bool operator==(const SurfaceEmphasis &, const SurfaceEmphasis &) = default;
+};
+
 /// Everything the surface is drawn from. Lengths are logical pixels.
 struct SurfaceState
 {
@@ -31,10 +43,11 @@ struct SurfaceState
     /// everything inside the outline is opaque and nothing is painted outside.
     Glass glass = Glass::Snapshot;
     /// The blurred picture of what lies behind, from blurBackdrop().
-    QImage backdrop;
+    QImage backdrop = {};
     /// What the backdrop shows, relative to the surface's top centre. Empty: eight pixels for each of its own, hanging
     /// from that point.
-    QRectF backdropArea;
+    QRectF backdropArea = {};
+    SurfaceEmphasis emphasis = {};
 
     friend bool operator==(const SurfaceState &, const SurfaceState &) = default;
 };

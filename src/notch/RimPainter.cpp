@@ -14,8 +14,8 @@ constexpr float kLipWidth = 0.75F;
 constexpr double kLipOpacity = 0.8;
 constexpr double kLipDark = 0.16;
 constexpr double kLipLight = 0.75;
-/// Of rim and hairline.
-constexpr float kLineWidth = 1;
+/// The rim may be emphasised, the hairline beside it is always the same.
+constexpr float kHairlineWidth = 1;
 constexpr double kRimReachShare = 0.5;
 constexpr double kRimReach = 300;
 /// The rim's colour changes so slowly that it is asked for once in so many pixels.
@@ -58,7 +58,9 @@ RimPainter::RimPainter(const SurfaceState &state, const SurfaceFrame &frame)
     , m_outline(frame)
     , m_gradient(themeColors(state.theme, state.scheme), {0, 0}, {frame.size.width(), frame.size.height()})
     , m_falloff(frame.size, std::min(kRimReachShare * frame.size.width(), kRimReach))
-    , m_reach(kLineWidth * static_cast<float>(frame.scale) / 2 + 0.5F)
+    , m_reach(std::max(kHairlineWidth, static_cast<float>(state.emphasis.rimWidth)) * static_cast<float>(frame.scale) /
+                  2 +
+              0.5F)
 {
 }
 
@@ -117,8 +119,8 @@ void RimPainter::paintColumns(int from, int to, const RowTones &tones, std::span
         const float depth = m_outline.depth(m_outline.sideOf(x), tones.y);
         const float edge = std::abs(depth) < std::abs(tones.y) ? depth : tones.y;
         const float lip = tones.lip * lineCoverage(edge, kLipWidth * scale);
-        const float rimCoverage = lineCoverage(edge, kLineWidth * scale);
-        const float hairlineCoverage = lineCoverage(depth, kLineWidth * scale);
+        const float rimCoverage = lineCoverage(edge, static_cast<float>(m_state.emphasis.rimWidth) * scale);
+        const float hairlineCoverage = lineCoverage(depth, kHairlineWidth * scale);
 
         Quad color = pixelAt(row, x - m_frame.bounds.x());
         color = dark ? least(color + white * splat(lip), white) : over(color, white, lip);

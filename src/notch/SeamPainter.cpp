@@ -14,8 +14,6 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kHeight = 1.5;
-constexpr double kAboveEdge = 8;
 constexpr double kInsetPerRadius = 0.55;
 constexpr double kLeastInset = 10;
 
@@ -40,8 +38,9 @@ SeamPainter::SeamPainter(const SurfaceState &state, const SurfaceFrame &frame)
     , m_opacity(seamOpacity(state.expansion))
 {
     const double inset = std::max(state.bottomRadius * kInsetPerRadius, kLeastInset) * frame.scale;
-    const double height = kHeight * frame.scale;
-    m_line = QRectF(frame.rect.x() + inset, frame.rect.y() + frame.rect.height() - kAboveEdge * frame.scale - height,
+    const double height = state.emphasis.seamHeight * frame.scale;
+    m_line = QRectF(frame.rect.x() + inset,
+                    frame.rect.y() + frame.rect.height() - state.emphasis.seamAboveEdge * frame.scale - height,
                     std::max(0.0, frame.rect.width() - 2 * inset), height);
     if (m_line.isEmpty() || m_line.y() < frame.rect.y())
         m_opacity = 0;
@@ -66,9 +65,10 @@ bool SeamPainter::glowsAt(int deviceRow) const
 void SeamPainter::glowRow(int deviceRow, std::span<float> coverage) const
 {
     const double y = (deviceRow + 0.5 - m_line.center().y()) / m_frame.scale;
-    const auto bar = [y](double deviation) { return blurredBar(y, -kHeight / 2, kHeight / 2, deviation); };
+    const double half = m_state.emphasis.seamHeight / 2;
+    const auto bar = [y, half](double deviation) { return blurredBar(y, -half, half, deviation); };
     // The line hides the part of the inner glow that lies behind it, which grows with the square of its own opacity.
-    const double behindLine = kInnerOpacity * blurredBar(0, -kHeight / 2, kHeight / 2, kInnerDeviation);
+    const double behindLine = kInnerOpacity * blurredBar(0, -half, half, kInnerDeviation);
     const auto inner = static_cast<float>(kInnerOpacity * bar(kInnerDeviation));
     const auto outer = static_cast<float>(
         kOuterOpacity * (bar(kOuterDeviation) + kInnerOpacity * bar(std::hypot(kInnerDeviation, kOuterDeviation))));

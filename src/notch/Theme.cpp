@@ -86,30 +86,6 @@ void setPixelSize(QFont &font, double pixels)
     font.setStretch(static_cast<int>(std::lround(100 * pixels / whole)));
 }
 
-QFont makeFont(double pixels, QFont::Weight weight)
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setFamilies(QStringList{QStringLiteral("Inter")} + font.families());
-    font.setStyleName({});
-    font.setItalic(false);
-    font.setWeight(weight);
-    // Full hinting would round every advance to whole pixels, and so every size to the next.
-    font.setHintingPreference(QFont::PreferVerticalHinting);
-    setPixelSize(font, pixels);
-    return font;
-}
-
-QFont makeMonospacedFont(double pixels)
-{
-    QFont font = makeFont(pixels, QFont::Medium);
-    const QStringList fallback = QFontDatabase::systemFont(QFontDatabase::FixedFont).families();
-    font.setFamilies(QStringList{QStringLiteral("JetBrains Mono")} + fallback +
-                     QStringList{QStringLiteral("monospace")});
-    font.setStyleHint(QFont::Monospace);
-    font.setFixedPitch(true);
-    return font;
-}
-
 } // namespace
 
 QGradientStops accentGradient()
@@ -133,36 +109,60 @@ const Palette &palette(ColorScheme scheme, Contrast contrast)
     return scheme == ColorScheme::Dark ? dark : light;
 }
 
+QFont interfaceFont(double pixels, QFont::Weight weight)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setFamilies(QStringList{QStringLiteral("Inter")} + font.families());
+    font.setStyleName({});
+    font.setItalic(false);
+    font.setWeight(weight);
+    // Full hinting would round every advance to whole pixels, and so every size to the next.
+    font.setHintingPreference(QFont::PreferVerticalHinting);
+    setPixelSize(font, pixels);
+    return font;
+}
+
+QFont monospacedFont(double pixels)
+{
+    QFont font = interfaceFont(pixels, QFont::Medium);
+    const QStringList fallback = QFontDatabase::systemFont(QFontDatabase::FixedFont).families();
+    font.setFamilies(QStringList{QStringLiteral("JetBrains Mono")} + fallback +
+                     QStringList{QStringLiteral("monospace")});
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+    return font;
+}
+
 QFont font(FontRole role)
 {
     switch (role) {
     case FontRole::Title: {
-        QFont font = makeFont(14, QFont::DemiBold);
+        QFont font = interfaceFont(14, QFont::DemiBold);
         font.setLetterSpacing(QFont::AbsoluteSpacing, -0.1);
         return font;
     }
     case FontRole::Body:
-        return makeFont(12.5, QFont::Normal);
+        return interfaceFont(12.5, QFont::Normal);
     case FontRole::BodyMedium:
-        return makeFont(12.5, QFont::Medium);
+        return interfaceFont(12.5, QFont::Medium);
     case FontRole::Caption:
-        return makeFont(11, QFont::Normal);
+        return interfaceFont(11, QFont::Normal);
     case FontRole::CaptionMedium:
-        return makeFont(11, QFont::Medium);
+        return interfaceFont(11, QFont::Medium);
     case FontRole::Micro:
-        return makeFont(10, QFont::Medium);
+        return interfaceFont(10, QFont::Medium);
     case FontRole::SectionLabel: {
-        QFont font = makeFont(10, QFont::DemiBold);
+        QFont font = interfaceFont(10, QFont::DemiBold);
         font.setLetterSpacing(QFont::AbsoluteSpacing, 0.6);
         font.setCapitalization(QFont::AllUppercase);
         return font;
     }
     case FontRole::Mono:
-        return makeMonospacedFont(12);
+        return monospacedFont(12);
     case FontRole::MonoLarge:
         break;
     }
-    return makeMonospacedFont(15);
+    return monospacedFont(15);
 }
 
 } // namespace ostrelle::Theme

@@ -73,5 +73,10 @@ const Palette &palette(ColorScheme scheme, Contrast contrast = Contrast::Normal)
 /// JetBrains Mono or the desktop's monospaced one. Main thread.
 QFont font(FontRole role);
 
+/// The same families at any size, for the windows, whose scale is finer.
+QFont interfaceFont(double pixels, QFont::Weight weight);
+/// Medium.
+QFont monospacedFont(double pixels);
+
 } // namespace Theme
 } // namespace ostrelle

@@ -21,6 +21,7 @@ class Frontmost;
 class Haptics;
 class HotKeys;
 class KeyboardLayout;
+class OrdinaryWindows;
 class OutsideActivity;
 class PanelHost;
 class PointerNear;
@@ -56,6 +57,7 @@ public:
     virtual AlertSound &alertSound() = 0;
     virtual KeyboardLayout &keyboardLayout() = 0;
     virtual HotKeys &hotKeys() = 0;
+    virtual OrdinaryWindows &ordinaryWindows() = 0;
 
     /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The
     /// process ends with a non-zero status right after it.

@@ -30,7 +30,7 @@ class Accessibility(unittest.TestCase):
         tile = seen["push button", "Clipboard"]
         self.assertIn("checked", tile["states"])
         self.assertEqual(tile["description"], "Everything you've copied, one keystroke away.")
-        self.assertNotIn("enabled", seen["push button", "Settings"]["states"])
+        self.assertIn("enabled", seen["push button", "Settings"]["states"])
 
         seen = self.objects("push button", "Color", "Press")
         wait_until(lambda: self.program.status()["selection"] == "color", "pressing a tile shows its tool")

@@ -323,8 +323,11 @@ void NotchPanelTest::menuOffersOnlyWhatExists()
     QCOMPARE(fixture.platform.popups().position(), QPointF(450, 10));
     const QList<QAction *> actions = menu->actions();
     QCOMPARE(actions.size(), 4);
-    QVERIFY(!actions[0]->isEnabled() && !actions[1]->isEnabled() && actions[2]->isSeparator());
-    QVERIFY(!actions[0]->toolTip().isEmpty() && menu->toolTipsVisible());
+    QVERIFY(actions[0]->isEnabled() && !actions[1]->isEnabled() && actions[2]->isSeparator());
+    QVERIFY(!actions[1]->toolTip().isEmpty() && menu->toolTipsVisible());
+    const QSignalSpy settings(&fixture.notch, &NotchPanel::settingsRequested);
+    actions[0]->trigger();
+    QTRY_COMPARE(settings.count(), 1);
     QSignalSpy quit(&fixture.notch, &NotchPanel::quitRequested);
     actions[3]->trigger();
     QCOMPARE(quit.count(), 1);

@@ -14,6 +14,7 @@
 #include "support/FakeHaptics.h"
 #include "support/FakeHotKeys.h"
 #include "support/FakeKeyboardLayout.h"
+#include "support/FakeOrdinaryWindows.h"
 #include "support/FakeOutsideActivity.h"
 #include "support/FakePanelHost.h"
 #include "support/FakePointerNear.h"
@@ -50,6 +51,7 @@ public:
     FakeAlertSound &alertSound() override { return m_alertSound; }
     FakeKeyboardLayout &keyboardLayout() override { return m_keyboardLayout; }
     FakeHotKeys &hotKeys() override { return m_hotKeys; }
+    FakeOrdinaryWindows &ordinaryWindows() override { return m_ordinaryWindows; }
 
     void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
     /// The display goes away.
@@ -75,6 +77,7 @@ private:
     FakeAlertSound m_alertSound;
     FakeKeyboardLayout m_keyboardLayout;
     FakeHotKeys m_hotKeys;
+    FakeOrdinaryWindows m_ordinaryWindows;
     std::function<void()> m_displayLost;
 };
 

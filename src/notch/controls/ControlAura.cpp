@@ -5,9 +5,10 @@
 
 namespace ostrelle {
 
-ControlAura::ControlAura(QWidget &control, std::function<void(QPainter &)> paint, QWidget *parent)
+ControlAura::ControlAura(QWidget &control, int reach, std::function<void(QPainter &)> paint, QWidget *parent)
     : QRubberBand(QRubberBand::Rectangle, parent)
     , m_control(control)
+    , m_reach(reach)
     , m_paint(std::move(paint))
 {
     control.installEventFilter(this);
@@ -19,7 +20,7 @@ void ControlAura::follow()
     const bool isWithin = parentWidget()->isAncestorOf(&m_control);
     if (isWithin) {
         const QRect place(m_control.mapTo(parentWidget(), QPoint()), m_control.size());
-        setGeometry(place.adjusted(-kReach, -kReach, kReach, kReach));
+        setGeometry(place.adjusted(-m_reach, -m_reach, m_reach, m_reach));
     }
     setVisible(isWithin && m_control.isVisible());
 }
@@ -43,7 +44,7 @@ void ControlAura::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(kReach, kReach);
+    painter.translate(m_reach, m_reach);
     m_paint(painter);
 }
 

@@ -15,11 +15,9 @@ class ControlAura : public QRubberBand
 {
     Q_OBJECT
 public:
-    /// How far it reaches beyond the control on each side, logical pixels.
-    static constexpr int kReach = 11;
-
-    /// `paint` gets a painter in the control's coordinates. `parent` is the control's, or one around it.
-    ControlAura(QWidget &control, std::function<void(QPainter &)> paint, QWidget *parent);
+    /// `reach` is how far it goes beyond the control on each side, logical pixels. `paint` gets a painter in the
+    /// control's coordinates. `parent` is the control's, or one around it.
+    ControlAura(QWidget &control, int reach, std::function<void(QPainter &)> paint, QWidget *parent);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -33,6 +31,7 @@ private:
     void follow();
 
     QWidget &m_control;
+    int m_reach;
     std::function<void(QPainter &)> m_paint;
 };
 

@@ -146,7 +146,7 @@ void NotchButton::updateAura()
         const auto paint = [this](QPainter &painter) { paintAura(painter); };
         m_aura = &makeChild<ControlAura>(
             &groundFor(*this, ringRect().adjusted(-kRingWidth / 2, -kRingWidth / 2, kRingWidth / 2, kRingWidth / 2)),
-            *this, paint);
+            *this, auraReach(), paint);
     }
     if (m_aura)
         m_aura->update();

@@ -45,6 +45,8 @@ protected:
     /// Whether paintGlow() has something to paint around shape() at the moment; updateAura() when the answer changed.
     virtual bool isGlowing() const { return false; }
     virtual void paintGlow(QPainter &painter) const;
+    /// How far ring and glow go beyond the button, logical pixels; always the same.
+    virtual int auraReach() const { return 11; }
     void updateAura();
 
     bool event(QEvent *event) override;

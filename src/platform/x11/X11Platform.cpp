@@ -20,6 +20,7 @@
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11IconTheme.h"
 #include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11OrdinaryWindows.h"
 #include "platform/x11/X11OutsideActivity.h"
 #include "platform/x11/X11PanelHost.h"
 #include "platform/x11/X11PointerNear.h"
@@ -60,6 +61,7 @@ struct X11Platform::Services
     X11AlertSound alertSound;
     X11Keyboard keyboard;
     std::unique_ptr<HotKeys> hotKeys;
+    X11OrdinaryWindows ordinaryWindows;
 };
 
 X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath)
@@ -79,6 +81,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , colourPicker(screens, rawPointer, scheduler)
     , alertSound(*watch)
     , keyboard(*watch, scheduler)
+    , ordinaryWindows(*watch)
 {
     QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
                      [this](const QString &name) { fileIcons.setTheme(name); });
@@ -203,6 +206,11 @@ KeyboardLayout &X11Platform::keyboardLayout()
 HotKeys &X11Platform::hotKeys()
 {
     return *m_services->hotKeys;
+}
+
+OrdinaryWindows &X11Platform::ordinaryWindows()
+{
+    return m_services->ordinaryWindows;
 }
 
 void X11Platform::setDisplayLostHandler(std::function<void()> handler)

@@ -34,6 +34,7 @@ public:
     AlertSound &alertSound() override;
     KeyboardLayout &keyboardLayout() override;
     HotKeys &hotKeys() override;
+    OrdinaryWindows &ordinaryWindows() override;
     void setDisplayLostHandler(std::function<void()> handler) override;
 
 private:

@@ -1,0 +1,74 @@
+#include "windows/LiftedRow.h"
+
+#include "notch/NotchAppearance.h"
+#include "notch/controls/ColorMix.h"
+#include "notch/controls/OuterGlow.h"
+#include "records/Motion.h"
+#include "windows/WindowColors.h"
+
+#include <QPainter>
+
+#include <utility>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kRadius = 11;
+constexpr double kShadowOffset = 14;
+constexpr double kShadowDeviation = 15;
+constexpr double kShadowDark = 0.5;
+constexpr double kShadowLight = 0.22;
+constexpr int kReach = 60; ///< of the shadow, offset included
+constexpr double kSettleResponse = 0.22;
+
+} // namespace
+
+LiftedRow::LiftedRow(const ControlContext &context, const QPixmap &picture, QWidget *parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_picture(picture)
+    , m_progress(context, 0, [this] {
+        place(m_start + (m_end - m_start) * m_progress.value());
+        if (!m_progress.isMoving() && m_done)
+            std::exchange(m_done, {})();
+    })
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    resize(m_picture.deviceIndependentSize().toSize() + QSize(2 * kReach, 2 * kReach));
+}
+
+void LiftedRow::place(const QPointF &corner)
+{
+    m_corner = corner;
+    move(corner.toPoint() - QPoint(kReach, kReach));
+}
+
+void LiftedRow::follow(const QPointF &corner)
+{
+    place(corner);
+}
+
+void LiftedRow::settle(const QPointF &corner, std::function<void()> done)
+{
+    m_start = m_corner;
+    m_end = corner;
+    m_done = std::move(done);
+    m_progress.animateTo(1, Motion::damped(kSettleResponse));
+}
+
+void LiftedRow::paintEvent(QPaintEvent *)
+{
+    const NotchAppearance &appearance = m_context.appearance;
+    const WindowColors &colors = WindowColors::of(appearance);
+    const QRectF box(QPointF(kReach, kReach), m_picture.deviceIndependentSize());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double shadow = appearance.scheme() == ColorScheme::Dark ? kShadowDark : kShadowLight;
+    paintOuterGlow(painter, box.translated(0, kShadowOffset), kRadius, kShadowDeviation, faded(Qt::black, shadow));
+    painter.setPen(QPen(colors.menuOutline, 1));
+    painter.setBrush(colors.lifted);
+    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    painter.drawPixmap(box.topLeft(), m_picture);
+}
+
+} // namespace ostrelle

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "notch/controls/AnimatedNumber.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <functional>
+
+namespace ostrelle {
+
+/// A row under a drag: above everything, with a shadow, where the pointer holds it. Passes the pointer through.
+class LiftedRow : public QWidget
+{
+    Q_OBJECT
+public:
+    /// `picture` is the row's content without what lies behind it. `parent` covers all places that it can be at.
+    LiftedRow(const ControlContext &context, const QPixmap &picture, QWidget *parent);
+
+    /// The row's top left corner in the parent's coordinates.
+    void follow(const QPointF &corner);
+    /// Slides there and calls `done`.
+    void settle(const QPointF &corner, std::function<void()> done);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void place(const QPointF &corner);
+
+    ControlContext m_context;
+    QPixmap m_picture;
+    QPointF m_corner;
+    QPointF m_start;
+    QPointF m_end;
+    std::function<void()> m_done;
+    AnimatedNumber m_progress;
+};
+
+} // namespace ostrelle

@@ -1,0 +1,217 @@
+#include "windows/ToolList.h"
+
+#include "foundation/MakeChild.h"
+#include "records/Motion.h"
+#include "windows/LiftedRow.h"
+#include "windows/ToolRow.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ostrelle {
+namespace {
+
+constexpr double kMoveResponse = 0.22;
+constexpr double kPixelRest = 0.25;
+
+} // namespace
+
+ToolList::ToolList(const ControlContext &context, QWidget *parent)
+    : QWidget(parent)
+    , m_context(context)
+{
+}
+
+ToolList::~ToolList() = default;
+
+QList<KestroModule> ToolList::order() const
+{
+    QList<KestroModule> order;
+    for (const Entry &entry : m_entries)
+        order.append(entry.row->module());
+    return order;
+}
+
+/// The list may hold a tool more than once, as a settings file can: rows are told apart by their places.
+void ToolList::showOrder(const QList<KestroModule> &order)
+{
+    if (order == this->order())
+        return;
+    endDrag();
+    for (const Entry &entry : m_entries)
+        entry.row->deleteLater();
+    m_entries.clear();
+    for (const KestroModule module : order) {
+        auto &row = makeChild<ToolRow>(this, m_context, module);
+        row.showState(m_enabled.contains(module));
+        row.installEventFilter(this);
+        connect(&row, &ToolRow::switched, this, [this, module](bool isShown) { Q_EMIT switched(module, isShown); });
+        row.show();
+        m_entries.push_back(
+            {&row, std::make_unique<AnimatedNumber>(
+                       m_context, static_cast<double>(m_entries.size()) * ToolRow::kHeight,
+                       [this, &row] { place(m_entries[static_cast<std::size_t>(indexOf(&row))]); }, kPixelRest)});
+        place(m_entries.back());
+    }
+    setFixedHeight(static_cast<int>(m_entries.size()) * ToolRow::kHeight);
+}
+
+void ToolList::showEnabled(const QSet<KestroModule> &enabled)
+{
+    m_enabled = enabled;
+    for (const Entry &entry : m_entries)
+        entry.row->showState(enabled.contains(entry.row->module()));
+}
+
+int ToolList::indexOf(const QObject *row) const
+{
+    const auto found =
+        std::find_if(m_entries.begin(), m_entries.end(), [row](const Entry &entry) { return entry.row == row; });
+    return found == m_entries.end() ? -1 : static_cast<int>(found - m_entries.begin());
+}
+
+void ToolList::place(const Entry &entry) const
+{
+    entry.row->setGeometry(0, static_cast<int>(std::lround(entry.y->value())), width(), ToolRow::kHeight);
+}
+
+void ToolList::resizeEvent(QResizeEvent *)
+{
+    for (const Entry &entry : m_entries)
+        place(entry);
+}
+
+void ToolList::move(int from, int to)
+{
+    const auto first = m_entries.begin();
+    if (from < to)
+        std::rotate(first + from, first + from + 1, first + to + 1);
+    else
+        std::rotate(first + to, first + from, first + from + 1);
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        m_entries[i].y->animateTo(static_cast<double>(i) * ToolRow::kHeight, Motion::damped(kMoveResponse));
+    // Tab follows what is seen.
+    for (std::size_t i = 0; i + 1 < m_entries.size(); ++i)
+        setTabOrder(&m_entries[i].row->control(), &m_entries[i + 1].row->control());
+    Q_EMIT reordered(order());
+}
+
+void ToolList::keyPressEvent(QKeyEvent *event)
+{
+    const int step = event->key() == Qt::Key_Up ? -1 : event->key() == Qt::Key_Down ? 1 : 0;
+    if (step == 0 || !event->modifiers().testFlag(Qt::AltModifier)) {
+        event->ignore();
+        return;
+    }
+    for (int i = 0; i < static_cast<int>(m_entries.size()); ++i) {
+        if (!m_entries[static_cast<std::size_t>(i)].row->control().hasFocus())
+            continue;
+        if (i + step >= 0 && i + step < static_cast<int>(m_entries.size()))
+            move(i, i + step);
+        return;
+    }
+}
+
+bool ToolList::eventFilter(QObject *watched, QEvent *event)
+{
+    // While a row is held the keys are not those of what has the focus.
+    if (m_lifted != nullptr && m_dragged != nullptr &&
+        (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride)) {
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && event->type() == QEvent::KeyPress)
+            cancel();
+        return true;
+    }
+    const int index = indexOf(watched);
+    if (index < 0)
+        return QWidget::eventFilter(watched, event);
+    const auto *mouse = static_cast<QMouseEvent *>(event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        if (mouse->button() == Qt::LeftButton)
+            press(index, mouse->position().toPoint());
+        return true;
+    case QEvent::MouseMove:
+        drag(mouse->position().toPoint() + static_cast<QWidget *>(watched)->pos());
+        return true;
+    case QEvent::MouseButtonRelease:
+        if (mouse->button() == Qt::LeftButton)
+            release();
+        return true;
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+void ToolList::press(int index, const QPoint &position)
+{
+    endDrag();
+    m_dragged = m_entries[static_cast<std::size_t>(index)].row;
+    m_grip = position;
+    m_pressed = position + m_dragged->pos();
+}
+
+void ToolList::lift()
+{
+    m_startIndex = indexOf(m_dragged);
+    m_lifted = &makeChild<LiftedRow>(window(), m_context, m_dragged->picture());
+    m_lifted->show();
+    m_dragged->setLifted(true);
+    qApp->installEventFilter(this);
+}
+
+void ToolList::drag(const QPoint &position)
+{
+    if (m_dragged == nullptr)
+        return;
+    if (m_lifted == nullptr) {
+        if ((position - m_pressed).manhattanLength() < QApplication::startDragDistance())
+            return;
+        lift();
+    }
+    m_lifted->follow(mapTo(window(), position - m_grip));
+    const int target = std::clamp(position.y() / ToolRow::kHeight, 0, static_cast<int>(m_entries.size()) - 1);
+    const int index = indexOf(m_dragged);
+    if (target != index)
+        move(index, target);
+}
+
+void ToolList::release()
+{
+    if (m_lifted == nullptr)
+        m_dragged = nullptr;
+    else
+        settle();
+}
+
+void ToolList::settle()
+{
+    qApp->removeEventFilter(this);
+    const QPoint place(0, indexOf(m_dragged) * ToolRow::kHeight);
+    m_lifted->settle(mapTo(window(), place), [this] { endDrag(); });
+}
+
+void ToolList::cancel()
+{
+    if (const int index = indexOf(m_dragged); index != m_startIndex)
+        move(index, m_startIndex);
+    settle();
+}
+
+void ToolList::endDrag()
+{
+    qApp->removeEventFilter(this);
+    if (m_lifted != nullptr) {
+        m_lifted->hide();
+        m_lifted->deleteLater();
+        m_lifted = nullptr;
+    }
+    if (m_dragged != nullptr)
+        m_dragged->setLifted(false);
+    m_dragged = nullptr;
+}
+
+} // namespace ostrelle

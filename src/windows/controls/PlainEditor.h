@@ -1,0 +1,51 @@
+#pragma once
+
+#include "notch/controls/ControlContext.h"
+
+#include <QTextEdit>
+
+#include <memory>
+
+namespace ostrelle {
+
+class ClipboardPort;
+class NotchMenu;
+class Popups;
+
+/// Several lines of plain text in a monospaced font, in a container of their own. Cutting, copying and pasting go
+/// through the program's own way to the clipboard, which never waits for another program.
+class PlainEditor : public QTextEdit
+{
+    Q_OBJECT
+public:
+    PlainEditor(const ControlContext &context, ClipboardPort &pasteboard, Popups &popups, QWidget *parent);
+    ~PlainEditor() override;
+
+    /// Shows a text that was not typed: nothing is emitted, and there is nothing to undo.
+    void showText(const QString &text);
+
+Q_SIGNALS:
+    void edited(const QString &text);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void applyLooks();
+    void setLines();
+    void copySelection();
+    void cutSelection();
+    void pasteText();
+
+    ControlContext m_context;
+    ClipboardPort &m_pasteboard;
+    Popups &m_popups;
+    std::unique_ptr<NotchMenu> m_menu; ///< the latest one
+    bool m_isShowing = false;
+};
+
+} // namespace ostrelle
