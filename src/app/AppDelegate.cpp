@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/AutostartRequests.h"
 #include "app/ClipboardRequests.h"
 #include "app/ColorPickRequest.h"
 #include "app/ColorRequests.h"
@@ -72,6 +73,8 @@ void AppDelegate::applicationDidFinishLaunching()
     if (m_start.openNotch)
         m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,
                                         NotchController::Opening::Explicit);
+    if (m_start.settings)
+        m_services.settingsWindow().show(*m_start.settings);
     m_services.updates().startBackgroundChecks();
 }
 
@@ -98,16 +101,21 @@ void AppDelegate::startCommands()
                         m_services.platform().fileOpening());
     addColorRequests(m_router, m_services.colors(), m_services.defaults());
     addColorPickRequest(m_router, m_services.colors());
-    addSettingsRequests(m_router, m_services.settings());
+    addSettingsRequests(m_router, m_services.settings(),
+                        [this](SettingsSection section) { m_services.settingsWindow().show(section); });
+    addAutostartRequests(m_router, m_services.launchAtLogin());
     addShortcutsRequests(m_router, m_services.shortcuts());
     addUpdateRequests(m_router, m_services.updates());
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
     m_desktop = answerDesktop(m_router, m_services.shortcutActions());
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
-    const auto showSettings = [this] { m_services.settingsWindow().show(SettingsSection::General); };
-    connect(&m_services.panel(), &NotchPanel::settingsRequested, this, showSettings);
-    connect(&m_services.panel(), &NotchPanel::settingsButtonPressed, this, showSettings);
+    connect(&m_services.panel(), &NotchPanel::settingsRequested, this,
+            [this] { m_services.settingsWindow().show(SettingsSection::General); });
+    connect(&m_services.panel(), &NotchPanel::settingsButtonPressed, this, [this] {
+        const bool hasUpdate = std::holds_alternative<updateStates::Available>(m_services.updates().state());
+        m_services.settingsWindow().show(hasUpdate ? SettingsSection::About : SettingsSection::General);
+    });
 }
 
 void AppDelegate::commitData()

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "app/RequestRouter.h"
+#include "records/SettingsSection.h"
 
 #include <QObject>
 #include <QPropertyNotifier>
 
 #include <memory>
+#include <optional>
 
 namespace ostrelle {
 
@@ -23,7 +25,8 @@ public:
     {
         bool isLocked = false; ///< false: the lock of the data folder cannot be taken
         bool openNotch = false;
-        QString tool; ///< raw value, or empty for the selector
+        QString tool;                            ///< raw value, or empty for the selector
+        std::optional<SettingsSection> settings; ///< opens the window
     };
 
     AppDelegate(Services &services, Start start, QObject *parent = nullptr);

@@ -457,15 +457,20 @@ LaunchAtLogin &Services::launchAtLogin()
 SettingsWindowController &Services::settingsWindow()
 {
     return ensure(m_settingsWindow, [this] {
-        return std::make_unique<SettingsWindowController>(SettingsSurroundings{.settings = settings(),
-                                                                               .appearance = appearance(),
-                                                                               .scheduler = scheduler(),
-                                                                               .launchAtLogin = launchAtLogin(),
-                                                                               .clipboard = clipboard(),
-                                                                               .pasteboard = platform().clipboard(),
-                                                                               .popups = platform().popups(),
-                                                                               .quit = [] { QGuiApplication::quit(); }},
-                                                          controller(), foreground(), platform().ordinaryWindows());
+        return std::make_unique<SettingsWindowController>(
+            SettingsSurroundings{.settings = settings(),
+                                 .appearance = appearance(),
+                                 .scheduler = scheduler(),
+                                 .launchAtLogin = launchAtLogin(),
+                                 .shortcuts = shortcuts(),
+                                 .keyboardLayout = platform().keyboardLayout(),
+                                 .updates = updates(),
+                                 .opening = platform().fileOpening(),
+                                 .clipboard = clipboard(),
+                                 .pasteboard = platform().clipboard(),
+                                 .popups = platform().popups(),
+                                 .quit = [] { QGuiApplication::quit(); }},
+            controller(), foreground(), platform().ordinaryWindows());
     });
 }
 

@@ -29,8 +29,17 @@ RequestAnswer setValue(SettingsStore &settings, const QString &key, const QJsonV
 
 } // namespace
 
-void addSettingsRequests(RequestRouter &router, SettingsStore &settings)
+void addSettingsRequests(RequestRouter &router, SettingsStore &settings,
+                         const std::function<void(SettingsSection section)> &open)
 {
+    router.add(QStringLiteral("settings.open"), [open](const QJsonObject &request) {
+        const QString name = request[u"section"].toString();
+        const auto section = settingsSectionFromRawValue(name);
+        if (!name.isEmpty() && !section)
+            return RequestAnswer::wrongUsage(QStringLiteral("settings: unknown section %1").arg(name));
+        open(section.value_or(SettingsSection::General));
+        return RequestAnswer::done();
+    });
     router.add(QStringLiteral("settings.list"), [&settings](const QJsonObject &) {
         QJsonObject values;
         for (const SettingKey &key : allSettingKeys())

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/AutostartRun.h"
 #include "app/ColorPickRun.h"
 #include "app/LogFormat.h"
 #include "app/Services.h"
@@ -62,7 +63,8 @@ StartArguments parse(const QStringList &arguments)
     const QCommandLineOption lockOption(QStringLiteral("lock-descriptor"), {}, QStringLiteral("fd"));
     const QCommandLineOption openOption(QStringLiteral("open"), {}, QStringLiteral("tool"));
     const QCommandLineOption pickOption(QStringLiteral("pick-color"), {}, QStringLiteral("format"));
-    parser.addOptions({lockOption, openOption, pickOption});
+    const QCommandLineOption settingsOption(QStringLiteral("settings"), {}, QStringLiteral("section"));
+    parser.addOptions({lockOption, openOption, pickOption, settingsOption});
     if (!parser.parse(arguments)) {
         result.problem = parser.errorText();
         return result;
@@ -73,6 +75,9 @@ StartArguments parse(const QStringList &arguments)
     }
     result.start.openNotch = parser.isSet(openOption);
     result.start.tool = parser.value(openOption);
+    if (parser.isSet(settingsOption))
+        result.start.settings =
+            settingsSectionFromRawValue(parser.value(settingsOption)).value_or(SettingsSection::General);
     if (parser.isSet(lockOption)) {
         const int descriptor = parser.value(lockOption).toInt();
         if (descriptor >= 0)
@@ -99,6 +104,8 @@ int main(int argc, char **argv)
     installLogFormat();
     if (argc == 2 && std::strcmp(argv[1], "--key-names") == 0)
         return printKeyNames();
+    if (isAutostartRun(argc, argv))
+        return runAutostartOnce(argc, argv);
     if (isUpdateCheck(argc, argv))
         return checkForUpdateOnce(argc, argv, deployment());
     QString problem;

@@ -1,5 +1,6 @@
 #include "command/CommandTable.h"
 
+#include "command/AutostartCommands.h"
 #include "command/ClipboardCommands.h"
 #include "command/ColorCommands.h"
 #include "command/ColorPickCommand.h"
@@ -151,6 +152,16 @@ std::vector<CommandSpec> makeTable()
          CommandSpec::kAnyNumber,
          runInspect,
          {text("[--no-tempo]"), text("[--jobs N]"), text("[--recursive]"), text("[-0]")}},
+        {text("settings"),
+         {},
+         text("Open the settings window; start the program when it is not running"),
+         text("NAME is one of general, modules, shortcuts, appearance, privacy, about. A window that is open comes to "
+              "the\nfront as it is."),
+         false,
+         0,
+         0,
+         runSettings,
+         {text("[--section NAME]")}},
         {text("settings list"), {}, text("All settings with their values"), {}, true, 0, 0, runSettingsList},
         {text("settings get"), text("KEY"), text("The value of a setting, as JSON"), {}, false, 1, 1, runSettingsGet},
         {text("settings set"), text("KEY VALUE"), text("Change a setting; takes effect at once"), kValueHelp, false, 2,
@@ -185,6 +196,16 @@ std::vector<CommandSpec> makeTable()
          1,
          runThumbnail,
          {text("[--size N]"), text("--output FILE.png")}},
+        {text("autostart on"), {}, text("Start with the session"), {}, false, 0, 0, runAutostartOn},
+        {text("autostart off"), {}, text("Start with the session no more"), {}, false, 0, 0, runAutostartOff},
+        {text("autostart status"),
+         {},
+         text("Whether the program starts with the session"),
+         text("Prints \"on\", \"off\", or \"requires approval\" when it was switched off by the desktop's settings."),
+         false,
+         0,
+         0,
+         runAutostartStatus},
         {text("update check"),
          {},
          text("Ask the update server for a newer version"),

@@ -48,6 +48,8 @@ QString helpText(const QString &topic)
         QString text = QStringLiteral("Usage: ostrelle %1\n\n%2.\n").arg(usageOf(command), command.summary);
         if (!command.details.isEmpty())
             text += command.details + QLatin1Char('\n');
+        if (const QString more = commandLines(topic); !topic.isEmpty() && !more.isEmpty())
+            text += QLatin1Char('\n') + more;
         return text;
     }
     if (!topic.isEmpty())

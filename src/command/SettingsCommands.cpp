@@ -3,12 +3,14 @@
 #include "command/CommandLine.h"
 #include "command/ControlClient.h"
 #include "command/Output.h"
+#include "command/StartProgram.h"
 #include "command/StoreSteps.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
 #include "records/SettingJson.h"
 #include "records/SettingKeys.h"
 #include "records/SettingValues.h"
+#include "records/SettingsSection.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -51,6 +53,15 @@ QJsonObject currentValues()
 }
 
 } // namespace
+
+ExitStatus runSettings(const Invocation &invocation)
+{
+    const QString section = invocation.options.value(QStringLiteral("--section"));
+    if (!section.isEmpty() && !settingsSectionFromRawValue(section))
+        return fail(ExitStatus::WrongUsage,
+                    QStringLiteral("settings: unknown section %1; see ostrelle settings --help").arg(section));
+    return openSettingsOrBecome(section);
+}
 
 ExitStatus runSettingsList(const Invocation &invocation)
 {

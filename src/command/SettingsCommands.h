@@ -4,6 +4,8 @@
 
 namespace ostrelle {
 
+/// Opens the window.
+ExitStatus runSettings(const Invocation &invocation);
 ExitStatus runSettingsList(const Invocation &invocation);
 ExitStatus runSettingsGet(const Invocation &invocation);
 ExitStatus runSettingsSet(const Invocation &invocation);

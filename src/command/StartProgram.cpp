@@ -19,10 +19,9 @@ namespace ostrelle {
 
 namespace {
 
-ExitStatus handOver(ControlClient &client, const QString &tool)
+ExitStatus handOver(ControlClient &client, const QString &verb, const QJsonObject &arguments)
 {
-    const ControlAnswer answer = client.ask(
-        QStringLiteral("open"), tool.isEmpty() ? QJsonObject() : QJsonObject{{QStringLiteral("tool"), tool}});
+    const ControlAnswer answer = client.ask(verb, arguments);
     return answer.status == ExitStatus::Done ? ExitStatus::Done : fail(answer.status, answer.error);
 }
 
@@ -40,24 +39,35 @@ ExitStatus execute(QByteArrayList arguments)
 }
 
 /// `lockDescriptor` is -1 where the folder cannot be written: the program runs all the same and says so.
-ExitStatus becomeProgram(int lockDescriptor, const QString &tool, bool openAtStart)
+ExitStatus becomeProgram(int lockDescriptor, const QByteArrayList &more)
 {
-    QByteArrayList arguments{"--lock-descriptor=" + QByteArray::number(lockDescriptor)};
-    if (openAtStart)
-        arguments << "--open=" + tool.toUtf8();
-    return execute(std::move(arguments));
+    return execute(QByteArrayList{"--lock-descriptor=" + QByteArray::number(lockDescriptor)} + more);
+}
+
+/// Asks the running program, or becomes it with these arguments.
+ExitStatus askOrBecome(const QString &verb, const QJsonObject &request, const QByteArrayList &arguments)
+{
+    StoreAccess access = accessStores();
+    if (auto *client = std::get_if<ControlClient>(&access))
+        return handOver(*client, verb, request);
+    if (auto *lock = std::get_if<DataFolderLock>(&access))
+        return becomeProgram(lock->passOn(), arguments);
+    return becomeProgram(-1, arguments);
 }
 
 } // namespace
 
 ExitStatus openOrBecome(const QString &tool, bool openAtStart)
 {
-    StoreAccess access = accessStores();
-    if (auto *client = std::get_if<ControlClient>(&access))
-        return handOver(*client, tool);
-    if (auto *lock = std::get_if<DataFolderLock>(&access))
-        return becomeProgram(lock->passOn(), tool, openAtStart);
-    return becomeProgram(-1, tool, openAtStart);
+    const QJsonObject request = tool.isEmpty() ? QJsonObject() : QJsonObject{{QStringLiteral("tool"), tool}};
+    return askOrBecome(QStringLiteral("open"), request,
+                       openAtStart ? QByteArrayList{"--open=" + tool.toUtf8()} : QByteArrayList());
+}
+
+ExitStatus openSettingsOrBecome(const QString &section)
+{
+    return askOrBecome(QStringLiteral("settings.open"), {{QStringLiteral("section"), section}},
+                       {"--settings=" + section.toUtf8()});
 }
 
 ExitStatus becomeOneShot(const QByteArrayList &arguments)

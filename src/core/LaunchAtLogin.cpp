@@ -27,6 +27,20 @@ bool LaunchAtLogin::requiresApproval() const
     return m_item.status() == LoginItem::Status::RequiresApproval;
 }
 
+QString LaunchAtLogin::statusText() const
+{
+    switch (m_item.status()) {
+    case LoginItem::Status::Enabled:
+        return QStringLiteral("on");
+    case LoginItem::Status::RequiresApproval:
+        return QStringLiteral("requires approval");
+    case LoginItem::Status::NotRegistered:
+    case LoginItem::Status::NotFound:
+        break;
+    }
+    return QStringLiteral("off");
+}
+
 void LaunchAtLogin::setEnabled(bool isEnabled)
 {
     setEnabled(isEnabled, this, [](const QString &) {});

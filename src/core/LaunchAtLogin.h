@@ -16,6 +16,8 @@ public:
     bool isEnabled() const;
     /// It was registered, and the user or the desktop has switched it off.
     bool requiresApproval() const;
+    /// "on", "off" or "requires approval".
+    QString statusText() const;
     /// Nothing when it is so already. A change that fails is logged and not tried again.
     void setEnabled(bool isEnabled);
     /// The same, and tells when it is done; `problem` is empty when nothing went wrong.

@@ -31,9 +31,14 @@ public:
     }
     QString text(QAccessible::Text kind) const override
     {
+        const QString value = widget()->property(kValueProperty).toString();
         if (kind == QAccessible::Value)
-            return widget()->property(kValueProperty).toString();
-        return QAccessibleWidget::text(kind);
+            return value;
+        const QString text = QAccessibleWidget::text(kind);
+        if (kind != QAccessible::Description || value.isEmpty())
+            return text;
+        // The bridge passes no values that are words.
+        return text.isEmpty() ? value : value + QStringLiteral(". ") + text;
     }
     QStringList actionNames() const override
     {

@@ -22,8 +22,8 @@ public:
     /// What went wrong, in words; empty when nothing did.
     using Answer = std::function<void(const QString &problem)>;
 
-    /// The one of this desktop; needs no display. `applicationId` is what the desktop knows the program by, `command` the
-    /// path of the executable that starts with the session.
+    /// The one of this desktop; needs no display. `applicationId` is what the desktop knows the program by, `command`
+    /// the path of the executable that starts with the session.
     static std::unique_ptr<LoginItem> create(const QString &applicationId, const QString &command);
 
     using QObject::QObject;

@@ -4,8 +4,11 @@
 #include "foundation/MakeChild.h"
 #include "notch/AccessibleRole.h"
 #include "notch/NotchAppearance.h"
+#include "platform/FileOpening.h"
+#include "updates/UpdateService.h"
 #include "windows/ProgramMark.h"
 #include "windows/TextRow.h"
+#include "windows/UpdateRow.h"
 #include "windows/WindowColors.h"
 #include "windows/controls/PushButton.h"
 
@@ -67,14 +70,25 @@ AboutSection::AboutSection(const ControlContext &context, const SettingsSurround
     : SettingsPage(context, parent)
 {
     addContent(makeChild<Header>(this, this->context()));
-    addUpdates(around.settings);
+    addUpdates(around);
     addPrivacy();
     addQuit(around.quit);
 }
 
-void AboutSection::addUpdates(SettingsStore &settings)
+void AboutSection::addUpdates(const SettingsSurroundings &around)
 {
+    SettingsStore &settings = around.settings;
+    UpdateService &updates = around.updates;
     SettingsGroup &group = addGroup(QStringLiteral("Updates"));
+    auto &row = makeChild<UpdateRow>(&group.container(), context());
+    group.addRow(row);
+    const auto show = [&row, &updates, &settings] { row.showState(updates, settings); };
+    follow<UpdateState>(updates.bindableState(), show);
+    follow<bool>(settings.bindableAutoCheckUpdates(), show);
+    connect(&row, &UpdateRow::checkRequested, &updates, [&updates] { updates.check(UpdateService::Check::Manual); });
+    connect(&row, &UpdateRow::skipRequested, &updates, &UpdateService::skip);
+    connect(&row, &UpdateRow::downloadRequested, this,
+            [&opening = around.opening](const QUrl &address) { opening.openAddress(address, {}); });
     addSwitch(group,
               {.title = QStringLiteral("Check for updates automatically"),
                .subtitle = QStringLiteral("On launch, and every six hours after that.")},

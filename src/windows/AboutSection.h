@@ -14,7 +14,7 @@ public:
 private:
     class Header;
 
-    void addUpdates(SettingsStore &settings);
+    void addUpdates(const SettingsSurroundings &around);
     void addPrivacy();
     void addQuit(const std::function<void()> &quit);
 };

@@ -3,6 +3,7 @@
 #include "core/LaunchAtLogin.h"
 #include "core/SettingsStore.h"
 #include "foundation/MakeChild.h"
+#include "shortcuts/ShortcutService.h"
 #include "windows/controls/PopupPicker.h"
 #include "windows/controls/SegmentedPicker.h"
 #include "windows/controls/SwitchButton.h"
@@ -51,6 +52,7 @@ GeneralSection::GeneralSection(const ControlContext &context, const SettingsSurr
     : SettingsPage(context, parent)
     , m_settings(around.settings)
     , m_launch(around.launchAtLogin)
+    , m_shortcuts(around.shortcuts)
     , m_behavior(addGroup(QStringLiteral("Behavior")))
 {
     addLaunchRow();
@@ -68,6 +70,7 @@ GeneralSection::GeneralSection(const ControlContext &context, const SettingsSurr
               m_settings.bindableHapticFeedback(), [this](bool on) { m_settings.setHapticFeedback(on); });
     addMotion();
     follow<bool>(m_settings.bindableShowAutomatically(), [this] { showFooter(); });
+    follow<KeyCombos>(m_shortcuts.bindableCombos(), [this] { showFooter(); });
 }
 
 void GeneralSection::addLaunchRow()
@@ -128,7 +131,13 @@ void GeneralSection::showLaunch()
 
 void GeneralSection::showFooter()
 {
-    if (m_launch.requiresApproval())
+    const bool isReachable =
+        m_settings.showAutomatically() || m_shortcuts.combos().contains(ShortcutAction::ToggleNotch);
+    if (!isReachable)
+        m_behavior.setFooter(
+            QStringLiteral("With this off, set an Open Notch shortcut so you can still reach your tools."),
+            SettingsGroup::FooterKind::Warning);
+    else if (m_launch.requiresApproval())
         m_behavior.setFooter(QStringLiteral("Login item is turned off in System Settings ▸ General ▸ Login Items."),
                              SettingsGroup::FooterKind::Warning);
     else

@@ -25,6 +25,7 @@ private:
 
     SettingsStore &m_settings;
     LaunchAtLogin &m_launch;
+    ShortcutService &m_shortcuts;
     SettingsGroup &m_behavior;
     SwitchButton *m_launchSwitch = nullptr;
 };

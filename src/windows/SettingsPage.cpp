@@ -37,9 +37,11 @@ void SettingsPage::addContent(QWidget &widget)
     m_layout.insertWidget(m_layout.count() - 1, &widget); // before the stretch
 }
 
-void SettingsPage::addControl(SettingsGroup &group, const SettingsRow::Content &content, QWidget &control)
+SettingsRow &SettingsPage::addControl(SettingsGroup &group, const SettingsRow::Content &content, QWidget &control)
 {
-    group.addRow(makeChild<SettingsRow>(&group.container(), m_context, content, &control));
+    auto &row = makeChild<SettingsRow>(&group.container(), m_context, content, &control);
+    group.addRow(row);
+    return row;
 }
 
 SwitchButton &SettingsPage::addSwitch(SettingsGroup &group, const SettingsRow::Content &content,

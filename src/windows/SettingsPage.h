@@ -28,7 +28,7 @@ protected:
 
     SettingsGroup &addGroup(const QString &title, SettingsGroup::Container container = SettingsGroup::Container::Card);
     void addContent(QWidget &widget);
-    void addControl(SettingsGroup &group, const SettingsRow::Content &content, QWidget &control);
+    SettingsRow &addControl(SettingsGroup &group, const SettingsRow::Content &content, QWidget &control);
     /// A row with a switch that shows a setting and assigns it.
     SwitchButton &addSwitch(SettingsGroup &group, const SettingsRow::Content &content, QBindable<bool> setting,
                             const std::function<void(bool)> &assign);

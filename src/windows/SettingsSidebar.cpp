@@ -34,8 +34,6 @@ SettingsSidebar::SettingsSidebar(const ControlContext &context, SettingsSection 
     setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(QStringLiteral("Sections"));
     for (const SettingsSection each : kAllSettingsSections) {
-        if (each == SettingsSection::Shortcuts)
-            continue; // there are none yet
         auto &row = makeChild<SidebarRow>(this, context, each);
         connect(&row, &QAbstractButton::clicked, this, [this, each] { Q_EMIT chosen(each); });
         m_rows.push_back(&row);

@@ -6,11 +6,15 @@ namespace ostrelle {
 
 class ClipboardPort;
 class ClipboardService;
+class FileOpening;
+class KeyboardLayout;
 class LaunchAtLogin;
 class NotchAppearance;
 class Popups;
 class SettingsStore;
+class ShortcutService;
 class TaskScheduler;
+class UpdateService;
 
 /// What the settings window shows and changes. All of it outlives the window.
 struct SettingsSurroundings
@@ -19,6 +23,10 @@ struct SettingsSurroundings
     NotchAppearance &appearance;
     TaskScheduler &scheduler;
     LaunchAtLogin &launchAtLogin;
+    ShortcutService &shortcuts;
+    const KeyboardLayout &keyboardLayout;
+    UpdateService &updates;
+    FileOpening &opening;
     ClipboardService &clipboard;
     ClipboardPort &pasteboard;
     Popups &popups;

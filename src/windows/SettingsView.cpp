@@ -8,6 +8,7 @@
 #include "windows/ModulesSection.h"
 #include "windows/PrivacySection.h"
 #include "windows/SettingsSidebar.h"
+#include "windows/ShortcutsSection.h"
 #include "windows/WindowColors.h"
 #include "windows/controls/PageScroll.h"
 
@@ -54,10 +55,11 @@ QWidget &SettingsView::makePage()
 {
     switch (m_section) {
     case SettingsSection::General:
-    case SettingsSection::Shortcuts:
         return makeChild<GeneralSection>(m_page, m_context, m_around);
     case SettingsSection::Modules:
         return makeChild<ModulesSection>(m_page, m_context, m_around);
+    case SettingsSection::Shortcuts:
+        return makeChild<ShortcutsSection>(m_page, m_context, m_around);
     case SettingsSection::Appearance:
         return makeChild<AppearanceSection>(m_page, m_context, m_around);
     case SettingsSection::Privacy:

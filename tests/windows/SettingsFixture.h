@@ -5,7 +5,12 @@
 #include "core/ForegroundSession.h"
 #include "core/LaunchAtLogin.h"
 #include "records/ClipboardStore.h"
+#include "shortcuts/ShortcutActions.h"
+#include "shortcuts/ShortcutService.h"
 #include "support/FakeClipImages.h"
+#include "support/FakeFeedSource.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeKeyboardLayout.h"
 #include "support/FakeLoginItem.h"
 #include "windows/SettingsWindowController.h"
 #include "windows/controls/PopupPicker.h"
@@ -16,7 +21,7 @@
 namespace ostrelle {
 
 /// The settings window over the real stores, on a desktop of fakes.
-struct SettingsFixture : ControlFixture
+struct SettingsFixture : ControlFixture, private ShortcutActions
 {
     FakeLoginItem loginItem;
     LaunchAtLogin launch{loginItem};
@@ -25,10 +30,24 @@ struct SettingsFixture : ControlFixture
     ClipboardStore store{folder.path()};
     ClipboardService history{settings, clipboard, store, clock, images};
     int quits = 0;
+    FakeHotKeys hotKeys;
+    FakeKeyboardLayout layout;
+    QStringList doings; ///< of shortcuts
+    ShortcutService shortcuts{database, hotKeys, layout, *this};
+    FakeFeedSource updateServer;
+    UpdateService updates{settings,
+                          clock,
+                          updateServer,
+                          {QUrl(QStringLiteral("https://feed.example/version.json")),
+                           QUrl(QStringLiteral("https://home.example/")), QStringLiteral("1.4")}};
     SettingsWindowController controllerOfWindow{SettingsSurroundings{.settings = settings,
                                                                      .appearance = appearance,
                                                                      .scheduler = clock,
                                                                      .launchAtLogin = launch,
+                                                                     .shortcuts = shortcuts,
+                                                                     .keyboardLayout = layout,
+                                                                     .updates = updates,
+                                                                     .opening = platform.fileOpening(),
                                                                      .clipboard = history,
                                                                      .pasteboard = clipboard,
                                                                      .popups = platform.popups(),
@@ -38,6 +57,7 @@ struct SettingsFixture : ControlFixture
     SettingsFixture()
     {
         history.finishLoading();
+        shortcuts.start();
         controller.start(panel);
     }
 
@@ -87,6 +107,11 @@ struct SettingsFixture : ControlFixture
         platform.popups().menu()->close();
         settle();
     }
+
+private:
+    void toggleNotch(const ActivationToken &) override { doings << QStringLiteral("toggle"); }
+    void openClipboard(const ActivationToken &) override { doings << QStringLiteral("clipboard"); }
+    void pickColor(const ActivationToken &) override { doings << QStringLiteral("color"); }
 };
 
 } // namespace ostrelle

@@ -217,9 +217,7 @@ void SettingsWindowTest::theSidebarIsMovedThroughByKeys()
 void SettingsWindowTest::everyControlHasANameAndIsReachedByTab_data()
 {
     QTest::addColumn<SettingsSection>("section");
-    for (const SettingsSection section :
-         {SettingsSection::General, SettingsSection::Modules, SettingsSection::Appearance, SettingsSection::Privacy,
-          SettingsSection::About})
+    for (const SettingsSection section : kAllSettingsSections)
         QTest::newRow(qPrintable(title(section))) << section;
 }
 

@@ -15,6 +15,13 @@ ControlAura::ControlAura(QWidget &control, int reach, std::function<void(QPainte
     follow();
 }
 
+void ControlAura::end()
+{
+    m_control.removeEventFilter(this);
+    hide();
+    deleteLater();
+}
+
 void ControlAura::follow()
 {
     const bool isWithin = parentWidget()->isAncestorOf(&m_control);

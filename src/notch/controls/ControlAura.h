@@ -18,6 +18,8 @@ public:
     /// `reach` is how far it goes beyond the control on each side, logical pixels. `paint` gets a painter in the
     /// control's coordinates. `parent` is the control's, or one around it.
     ControlAura(QWidget &control, int reach, std::function<void(QPainter &)> paint, QWidget *parent);
+    /// Gone at once, deleted later: the toolkit may be going through the widgets, to hide them for example.
+    void end();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

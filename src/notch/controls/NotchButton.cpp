@@ -139,7 +139,9 @@ void NotchButton::updateAura()
 {
     const bool ring = m_showsRing && hasFocus();
     if (!ring && !isGlowing()) {
-        delete m_aura;
+        if (m_aura)
+            m_aura->end();
+        m_aura.clear();
         return;
     }
     if (!m_aura && parentWidget() != nullptr) {

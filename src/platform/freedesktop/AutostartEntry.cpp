@@ -91,8 +91,7 @@ QString AutostartEntry::path() const
 
 LoginItem::Status AutostartEntry::status() const
 {
-    const QString found =
-        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, fileName());
+    const QString found = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, fileName());
     QFile file(found);
     if (found.isEmpty()) {
         return LoginItem::Status::NotRegistered;
@@ -121,8 +120,7 @@ QString AutostartEntry::write(const QString &mark) const
                        "TryExec=%2\n"
                        "Terminal=false\n"
                        "%3\n")
-            .arg(quoted(m_command), QString(m_command).replace(u'\\', QStringLiteral("\\\\")), mark,
-                                     m_applicationId);
+            .arg(quoted(m_command), QString(m_command).replace(u'\\', QStringLiteral("\\\\")), mark, m_applicationId);
     if (!file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0 || !file.commit()) {
         return file.errorString();
     }

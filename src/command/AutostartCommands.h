@@ -1,0 +1,11 @@
+#pragma once
+
+#include "command/CommandTable.h"
+
+namespace ostrelle {
+
+ExitStatus runAutostartOn(const Invocation &invocation);
+ExitStatus runAutostartOff(const Invocation &invocation);
+ExitStatus runAutostartStatus(const Invocation &invocation);
+
+} // namespace ostrelle
