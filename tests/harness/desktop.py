@@ -29,7 +29,7 @@ OPENBOX = """<?xml version="1.0"?>
 
 class Desktop:
     def __init__(self, width=1920, height=1080, wm="openbox", compositor=True, bus=True, environment=None,
-                 depth=24):
+                 depth=24, server=()):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="ostrelle-desktop-"))
         self.home = self.folder / "home"
         self.runtime = self.folder / "run"
@@ -48,7 +48,7 @@ class Desktop:
             **(environment or {}),
         }
         try:
-            self._start_server(width, height, depth)
+            self._start_server(width, height, depth, server)
             if bus:
                 self._start_bus()
             if wm:
@@ -89,12 +89,12 @@ class Desktop:
         return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True,
                               timeout=options.pop("timeout", 30), **options).stdout
 
-    def _start_server(self, width, height, depth):
+    def _start_server(self, width, height, depth, options):
         frames = self.folder / "frames"
         frames.mkdir()
         read_end, write_end = os.pipe()
         self.spawn("Xvfb", ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x{depth}", "-noreset",
-                            "-nolisten", "tcp", "-fbdir", str(frames), "-dpi", "96"], pass_fds=[write_end])
+                            "-nolisten", "tcp", "-fbdir", str(frames), "-dpi", "96", *options], pass_fds=[write_end])
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             number = pipe.readline().strip()

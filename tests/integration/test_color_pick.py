@@ -119,6 +119,20 @@ class ColorPick(unittest.TestCase):
             program.wait_phase("expanded")
             self.use_everything(desktop)
 
+    def test_the_panel_stays_open_while_its_user_picks_elsewhere(self):
+        desktop = self.desktop_of()
+        with Program(desktop) as program:
+            program.call("open", "color")
+            program.wait_phase("expanded")
+            loupe = self.opened(desktop, (300, 700))
+            self.assertTrue(program.status()["sampling"])
+            desktop.run("xdotool", "click", "1")
+            self.assertEqual(loupe.answer()[1], hexadecimal(colour_at(300, 700)))
+            program.hear()
+            self.assertEqual((program.status()["phase"], program.status()["sampling"]), ("expanded", False))
+            self.check_free(desktop)
+            program.wait_phase("idle")
+
     def test_wrong_usage(self):
         program = Program(Desktop(320, 200, wm=None, compositor=False, bus=False), start=False)
         self.addCleanup(program.desktop.close)
@@ -195,6 +209,13 @@ class ColorPick(unittest.TestCase):
             desktop.run("xdotool", "click", "1")
             self.assertEqual(loupe.answer()[1], hexadecimal(shown))
             self.assertEqual(full.clicks(), 0)
+
+    def test_without_shared_memory(self):
+        desktop = self.desktop_of(environment={"QT_SCALE_FACTOR": "2"}, server=("-extension", "MIT-SHM"))
+        loupe = self.opened(desktop, (300, 400), scale=2)
+        loupe.move(901, 707)
+        desktop.run("xdotool", "click", "1")
+        self.assertEqual(loupe.answer(), (0, hexadecimal(colour_at(901, 707)), ""))
 
     def test_deep_colour_keeps_its_bits(self):
         desktop = Desktop(640, 480, wm=None, compositor=False, bus=False, depth=30)

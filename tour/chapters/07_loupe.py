@@ -45,6 +45,7 @@ def run(album):
             album.add(around(stage, *corner), f"in-the-corner-{look}")
             escape(stage, loupe)
             stage.open("color")
+            stage.look(height=420)
             loupe = Loupe(stage.desktop, tile)
             album.add(stage.look(height=420), f"over-the-notch-{look}")
             escape(stage, loupe)

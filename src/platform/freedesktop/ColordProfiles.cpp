@@ -21,9 +21,9 @@ namespace ostrelle {
 
 namespace {
 
-constexpr int kDeadline = 2000;                     // ms
+constexpr int kColordDeadline = 2000;               // ms
 constexpr qint64 kLargestProfile = 4 * 1024 * 1024; // bytes; tables of a screen have some hundred thousand
-constexpr auto kService = "org.freedesktop.ColorManager";
+constexpr auto kColordService = "org.freedesktop.ColorManager";
 
 bool isSystemBusThere()
 {
@@ -33,14 +33,14 @@ bool isSystemBusThere()
 
 QDBusMessage question(const QString &path, const QString &interface, const QString &member)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(QString::fromLatin1(kService), path, interface, member);
+    QDBusMessage message = QDBusMessage::createMethodCall(QString::fromLatin1(kColordService), path, interface, member);
     message.setAutoStartService(false);
     return message;
 }
 
 QString interfaceOf(const char *object)
 {
-    return QString::fromLatin1(kService) + QLatin1String(object);
+    return QString::fromLatin1(kColordService) + QLatin1String(object);
 }
 
 } // namespace
@@ -85,7 +85,7 @@ void ColordProfiles::begin(const QDBusConnection &bus, const QStringList &output
 
 void ColordProfiles::ask(const QDBusMessage &question, std::function<void(const QDBusMessage &)> replied)
 {
-    auto &watcher = makeChild<QDBusPendingCallWatcher>(this, m_bus->asyncCall(question, kDeadline));
+    auto &watcher = makeChild<QDBusPendingCallWatcher>(this, m_bus->asyncCall(question, kColordDeadline));
     connect(&watcher, &QDBusPendingCallWatcher::finished, this,
             [replied = std::move(replied)](QDBusPendingCallWatcher *finished) {
                 finished->deleteLater();
@@ -107,8 +107,8 @@ void ColordProfiles::askProperty(const QString &path, const QString &interface, 
 
 void ColordProfiles::findDevice(const QString &output)
 {
-    QDBusMessage message = question(QStringLiteral("/org/freedesktop/ColorManager"), QString::fromLatin1(kService),
-                                    QStringLiteral("FindDeviceByProperty"));
+    QDBusMessage message = question(QStringLiteral("/org/freedesktop/ColorManager"),
+                                    QString::fromLatin1(kColordService), QStringLiteral("FindDeviceByProperty"));
     message << QStringLiteral("XRANDR_name") << output;
     ask(message, [this, output](const QDBusMessage &device) {
         const QString path = device.arguments().value(0).value<QDBusObjectPath>().path();

@@ -8,7 +8,7 @@ namespace ostrelle {
 
 namespace {
 
-constexpr std::uint32_t kAllPlanes = ~0U;
+constexpr std::uint32_t kEveryPlane = ~0U;
 
 } // namespace
 
@@ -42,7 +42,7 @@ bool X11DesktopCapture::readShared(xcb_connection_t *connection, xcb_window_t ro
         return false;
     }
     const auto cookie = xcb_shm_get_image(connection, root, 0, 0, static_cast<std::uint16_t>(m_area.width()),
-                                          static_cast<std::uint16_t>(m_area.height()), kAllPlanes,
+                                          static_cast<std::uint16_t>(m_area.height()), kEveryPlane,
                                           XCB_IMAGE_FORMAT_Z_PIXMAP, segment->id(), 0);
     xcb_generic_error_t *error = nullptr;
     const XcbReply<xcb_shm_get_image_reply_t> reply(xcb_shm_get_image_reply(connection, cookie, &error));
@@ -59,7 +59,7 @@ bool X11DesktopCapture::readSent(xcb_connection_t *connection, xcb_window_t root
 {
     const auto cookie =
         xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 0, 0, static_cast<std::uint16_t>(m_area.width()),
-                      static_cast<std::uint16_t>(m_area.height()), kAllPlanes);
+                      static_cast<std::uint16_t>(m_area.height()), kEveryPlane);
     xcb_generic_error_t *error = nullptr;
     const XcbReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection, cookie, &error));
     const XcbReply<xcb_generic_error_t> ownedError(error);

@@ -9,7 +9,7 @@ namespace ostrelle {
 
 namespace {
 
-constexpr std::uint32_t kMostWords = 1024 * 1024; // of four bytes
+constexpr std::uint32_t kMostProfileWords = 1024 * 1024; // of four bytes
 
 QByteArray bytesOf(const std::uint8_t *data, int length)
 {
@@ -18,7 +18,8 @@ QByteArray bytesOf(const std::uint8_t *data, int length)
 
 QByteArray rootProperty(WatchConnection &connection, xcb_atom_t property)
 {
-    const auto cookie = xcb_get_property(connection.xcb(), 0, connection.root(), property, XCB_ATOM_ANY, 0, kMostWords);
+    const auto cookie =
+        xcb_get_property(connection.xcb(), 0, connection.root(), property, XCB_ATOM_ANY, 0, kMostProfileWords);
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection.xcb(), cookie, nullptr));
     const auto bytes = propertyBytes(reply.get());
     return {bytes.data(), static_cast<qsizetype>(bytes.size())};
@@ -27,7 +28,7 @@ QByteArray rootProperty(WatchConnection &connection, xcb_atom_t property)
 QByteArray outputProperty(WatchConnection &connection, xcb_randr_output_t output)
 {
     const auto cookie = xcb_randr_get_output_property(connection.xcb(), output, connection.atom("_ICC_PROFILE"),
-                                                      XCB_ATOM_ANY, 0, kMostWords, 0, 0);
+                                                      XCB_ATOM_ANY, 0, kMostProfileWords, 0, 0);
     const XcbReply<xcb_randr_get_output_property_reply_t> reply(
         xcb_randr_get_output_property_reply(connection.xcb(), cookie, nullptr));
     if (!reply || reply->format != 8) {

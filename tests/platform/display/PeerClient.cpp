@@ -168,6 +168,13 @@ void PeerClient::paint(xcb_window_t window, const QImage &image)
     synchronize();
 }
 
+void PeerClient::killOwnerOfTopmost()
+{
+    const XcbReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), root()), nullptr));
+    xcb_kill_client(xcb(), xcb_query_tree_children(tree.get())[xcb_query_tree_children_length(tree.get()) - 1]);
+    synchronize();
+}
+
 void PeerClient::close(xcb_window_t window)
 {
     m_managed.removeAll(window);

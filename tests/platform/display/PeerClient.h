@@ -32,6 +32,8 @@ public:
     xcb_window_t open(const QRect &frame, Kind kind, const QByteArray &name = "peer");
     void paint(xcb_window_t window, const QImage &image);
     void close(xcb_window_t window);
+    /// The server ends the connection of whoever made the topmost window, as xkill does.
+    void killOwnerOfTopmost();
     /// The user chooses the window, as in a taskbar.
     void activate(xcb_window_t window);
     /// Reserves a strip at the top of the desktop between two columns.

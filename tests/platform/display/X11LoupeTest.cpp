@@ -201,7 +201,7 @@ void X11LoupeTest::arrangeScreens(std::initializer_list<const char *> arguments)
 void X11LoupeTest::givesPointerAndKeyboardBack_data()
 {
     QTest::addColumn<QString>("ending");
-    for (const char *ending : {"click", "right click", "Return", "Escape", "context", "screens"}) {
+    for (const char *ending : {"click", "right click", "Return", "Escape", "context", "screens", "connection"}) {
         QTest::newRow(ending) << QString::fromLatin1(ending);
     }
 }
@@ -217,6 +217,8 @@ void X11LoupeTest::givesPointerAndKeyboardBack()
         m_peer->click(3);
     } else if (ending == QStringLiteral("context")) {
         m_context.reset();
+    } else if (ending == QStringLiteral("connection")) {
+        m_peer->killOwnerOfTopmost();
     } else if (ending == QStringLiteral("screens")) {
         arrangeScreens({"--setmonitor", "half", "960/300x1080/300+0+0", "screen"});
     } else {
