@@ -31,7 +31,7 @@ constexpr int kBackgroundNiceness = 10;
 
 /// Where the kernel lets sessions take turns (sched(7), autogroup), niceness counts within a session only. Beside ten
 /// others that wanted to compute, a thread that wakes 110 times a second was up to 66 ms late with a nice helper in its
-/// session, and never more than 17 with one in a session of its own: not more than without any.
+/// session; with one in a session of its own it was no later than without any.
 void makeSessionNice(pid_t pid)
 {
     const FileDescriptor file(::open(("/proc/" + std::to_string(pid) + "/autogroup").c_str(), O_WRONLY | O_CLOEXEC));
