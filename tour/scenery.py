@@ -57,12 +57,13 @@ class Scenery:
         _draw(wallpaper, width, height, [f"gradient:{colors['sky'][0]}-{colors['sky'][1]}"])
         self.wallpaper = Peer(desktop, "Wallpaper", (0, 0, width, height), wallpaper, "desktop")
         window = desktop.folder / "window.png"
-        size = (1180 * scale, 620 * scale)
+        size = (round(1180 * scale), round(620 * scale))
+        bar_height = round(24 * scale)
         _draw(window, *size, _window_commands(*size, colors, scale))
-        self.window = Peer(desktop, "Editor", ((width - size[0]) // 2 + 90 * scale, 92 * scale, *size), window)
+        self.window = Peer(desktop, "Editor", ((width - size[0]) // 2 + round(90 * scale), round(92 * scale), *size), window)
         bar = desktop.folder / "bar.png"
-        _draw(bar, width, 24 * scale, [f"xc:{colors['bar']}"])
-        self.bar = Peer(desktop, "Bar", (0, 0, width, 24 * scale), bar, "dock")
+        _draw(bar, width, bar_height, [f"xc:{colors['bar']}"])
+        self.bar = Peer(desktop, "Bar", (0, 0, width, bar_height), bar, "dock")
         desktop.run("xprop", "-id", self.bar.window, "-f", "_NET_WM_STRUT_PARTIAL", "32c", "-set", "_NET_WM_STRUT_PARTIAL",
-                    f"0, 0, {24 * scale}, 0, 0, 0, 0, 0, 0, {width - 1}, 0, 0")
+                    f"0, 0, {bar_height}, 0, 0, 0, 0, 0, 0, {width - 1}, 0, 0")
         self.window.activate()

@@ -11,7 +11,7 @@ from scenery import Scenery
 class Stage:
     def __init__(self, dark=True, scale=1, width=1920, height=1080, compositor=True):
         self.scale = scale
-        self.desktop = Desktop(width * scale, height * scale, compositor=compositor,
+        self.desktop = Desktop(round(width * scale), round(height * scale), compositor=compositor,
                                environment={"QT_SCALE_FACTOR": str(scale)} if scale != 1 else None)
         try:
             self.scenery = Scenery(self.desktop, dark, scale)
@@ -27,8 +27,8 @@ class Stage:
 
     def look(self, width=760, height=210):
         """The notch and what is around it, once it has come to rest."""
-        s = self.scale
-        return self.desktop.settled(self.middle() - width * s // 2, 0, width * s, height * s)
+        width, height = round(width * self.scale), round(height * self.scale)
+        return self.desktop.settled(self.middle() - width // 2, 0, width, height)
 
     def point(self, x, y):
         """Moves the pointer to a point given from the middle of the screen's top edge, logical pixels."""

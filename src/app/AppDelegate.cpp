@@ -34,6 +34,7 @@
 #include "shortcuts/ShortcutService.h"
 #include "updates/UpdateService.h"
 #include "windows/SettingsWindowController.h"
+#include "windows/onboarding/OnboardingWindowController.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -70,6 +71,8 @@ void AppDelegate::applicationDidFinishLaunching()
         m_services.clipboard().start();
     m_phaseNotifier = m_services.viewModel().bindablePhase().addNotifier([this] { forgetUndo(); });
     startCommands();
+    if (m_start.openWelcome || !settings.hasCompletedOnboarding())
+        m_services.onboardingWindow().show();
     if (m_start.openNotch)
         m_services.controller().present(moduleFromRawValue(m_start.tool), NotchController::Focus::Take,
                                         NotchController::Opening::Explicit);
@@ -103,6 +106,7 @@ void AppDelegate::startCommands()
     addColorPickRequest(m_router, m_services.colors());
     addSettingsRequests(m_router, m_services.settings(),
                         [this](SettingsSection section) { m_services.settingsWindow().show(section); });
+    addWelcomeRequest(m_router, [this] { m_services.onboardingWindow().show(); });
     addAutostartRequests(m_router, m_services.launchAtLogin());
     addShortcutsRequests(m_router, m_services.shortcuts());
     addUpdateRequests(m_router, m_services.updates());
@@ -112,6 +116,7 @@ void AppDelegate::startCommands()
     connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
     connect(&m_services.panel(), &NotchPanel::settingsRequested, this,
             [this] { m_services.settingsWindow().show(SettingsSection::General); });
+    connect(&m_services.panel(), &NotchPanel::welcomeRequested, this, [this] { m_services.onboardingWindow().show(); });
     connect(&m_services.panel(), &NotchPanel::settingsButtonPressed, this, [this] {
         const bool hasUpdate = std::holds_alternative<updateStates::Available>(m_services.updates().state());
         m_services.settingsWindow().show(hasUpdate ? SettingsSection::About : SettingsSection::General);

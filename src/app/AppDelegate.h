@@ -27,6 +27,7 @@ public:
         bool openNotch = false;
         QString tool;                            ///< raw value, or empty for the selector
         std::optional<SettingsSection> settings; ///< opens the window
+        bool openWelcome = false;                ///< the first run's window, also when it was completed
     };
 
     AppDelegate(Services &services, Start start, QObject *parent = nullptr);

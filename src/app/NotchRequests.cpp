@@ -46,4 +46,12 @@ void addNotchRequests(RequestRouter &router, NotchController &controller, std::f
     });
 }
 
+void addWelcomeRequest(RequestRouter &router, const std::function<void()> &open)
+{
+    router.add(QStringLiteral("welcome"), [open](const QJsonObject &) {
+        open();
+        return RequestAnswer::done();
+    });
+}
+
 } // namespace ostrelle

@@ -14,4 +14,7 @@ class RequestRouter;
 void addNotchRequests(RequestRouter &router, NotchController &controller, std::function<QJsonObject()> status,
                       std::function<void()> quit);
 
+/// "welcome": calls `open`, which shows the window of the first run.
+void addWelcomeRequest(RequestRouter &router, const std::function<void()> &open);
+
 } // namespace ostrelle

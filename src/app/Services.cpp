@@ -47,6 +47,7 @@
 #include "updates/FeedProcess.h"
 #include "updates/UpdateService.h"
 #include "windows/SettingsWindowController.h"
+#include "windows/onboarding/OnboardingWindowController.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -470,6 +471,16 @@ SettingsWindowController &Services::settingsWindow()
                                  .pasteboard = platform().clipboard(),
                                  .popups = platform().popups(),
                                  .quit = [] { QGuiApplication::quit(); }},
+            controller(), foreground(), platform().ordinaryWindows());
+    });
+}
+
+OnboardingWindowController &Services::onboardingWindow()
+{
+    return ensure(m_onboardingWindow, [this] {
+        return std::make_unique<OnboardingWindowController>(
+            OnboardingSurroundings{
+                .settings = settings(), .appearance = appearance(), .scheduler = scheduler(), .shortcuts = shortcuts()},
             controller(), foreground(), platform().ordinaryWindows());
     });
 }

@@ -36,6 +36,7 @@ class NotchController;
 class NotchDropDelegate;
 class NotchPanel;
 class NotchViewModel;
+class OnboardingWindowController;
 class Platform;
 class ProjectsService;
 class RecentThumbnails;
@@ -101,6 +102,7 @@ public:
     UpdateService &updates();
     LaunchAtLogin &launchAtLogin();
     SettingsWindowController &settingsWindow();
+    OnboardingWindowController &onboardingWindow();
 
 private:
     void registerTools(ToolRegistry &registry);
@@ -153,6 +155,7 @@ private:
     std::unique_ptr<LoginItem> m_loginItem;
     std::unique_ptr<LaunchAtLogin> m_launchAtLogin;
     std::unique_ptr<SettingsWindowController> m_settingsWindow;
+    std::unique_ptr<OnboardingWindowController> m_onboardingWindow;
 };
 
 } // namespace ostrelle

@@ -64,7 +64,8 @@ StartArguments parse(const QStringList &arguments)
     const QCommandLineOption openOption(QStringLiteral("open"), {}, QStringLiteral("tool"));
     const QCommandLineOption pickOption(QStringLiteral("pick-color"), {}, QStringLiteral("format"));
     const QCommandLineOption settingsOption(QStringLiteral("settings"), {}, QStringLiteral("section"));
-    parser.addOptions({lockOption, openOption, pickOption, settingsOption});
+    const QCommandLineOption welcomeOption(QStringLiteral("welcome"));
+    parser.addOptions({lockOption, openOption, pickOption, settingsOption, welcomeOption});
     if (!parser.parse(arguments)) {
         result.problem = parser.errorText();
         return result;
@@ -75,6 +76,7 @@ StartArguments parse(const QStringList &arguments)
     }
     result.start.openNotch = parser.isSet(openOption);
     result.start.tool = parser.value(openOption);
+    result.start.openWelcome = parser.isSet(welcomeOption);
     if (parser.isSet(settingsOption))
         result.start.settings =
             settingsSectionFromRawValue(parser.value(settingsOption)).value_or(SettingsSection::General);

@@ -117,4 +117,9 @@ ExitStatus runStatus(const Invocation &invocation)
     return ExitStatus::Done;
 }
 
+ExitStatus runWelcome(const Invocation &)
+{
+    return openWelcomeOrBecome();
+}
+
 } // namespace ostrelle

@@ -9,5 +9,7 @@ ExitStatus runClose(const Invocation &invocation);
 ExitStatus runToggle(const Invocation &invocation);
 ExitStatus runQuit(const Invocation &invocation);
 ExitStatus runStatus(const Invocation &invocation);
+/// Opens the window of the first run.
+ExitStatus runWelcome(const Invocation &invocation);
 
 } // namespace ostrelle

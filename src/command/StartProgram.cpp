@@ -70,6 +70,11 @@ ExitStatus openSettingsOrBecome(const QString &section)
                        {"--settings=" + section.toUtf8()});
 }
 
+ExitStatus openWelcomeOrBecome()
+{
+    return askOrBecome(QStringLiteral("welcome"), {}, {"--welcome"});
+}
+
 ExitStatus becomeOneShot(const QByteArrayList &arguments)
 {
     return execute(arguments);

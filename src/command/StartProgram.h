@@ -15,6 +15,9 @@ ExitStatus openOrBecome(const QString &tool, bool openAtStart);
 /// first one.
 ExitStatus openSettingsOrBecome(const QString &section);
 
+/// Shows the first run, by the running program or by becoming it.
+ExitStatus openWelcomeOrBecome();
+
 /// Becomes the program for one task without a notch, beside one that may run; returns only when it cannot be started.
 ExitStatus becomeOneShot(const QByteArrayList &arguments);
 

@@ -1,7 +1,6 @@
 #include "notch/ModuleTile.h"
 
 #include "notch/AccessibleRole.h"
-#include "notch/Glyph.h"
 #include "notch/ModuleChromeMetrics.h"
 #include "notch/NotchAppearance.h"
 #include "notch/Plate.h"
@@ -12,21 +11,12 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include <cmath>
+#include <algorithm>
 
 namespace ostrelle {
 namespace {
 
-constexpr QSizeF kTile{78, 50};
-constexpr double kMarkWidth = 22;
 constexpr double kMarkHeight = 20;
-constexpr double kMarkSymbolSize = 11.2;
-constexpr double kTileSymbolSize = 16;
-constexpr double kSymbolBox = 20;
-constexpr double kCaptionGap = 5;
-constexpr double kCaptionHeight = 14;
-/// The symbol's centre lies this far above the tile's, so that symbol and caption together are centred.
-constexpr double kSymbolRise = (kCaptionGap + kCaptionHeight) / 2;
 constexpr double kHoverScale = 1.03;
 constexpr double kPressedScale = 0.97;
 constexpr double kPressedOpacity = 0.8;
@@ -104,9 +94,7 @@ void ModuleTile::setLook(const StripLook &look, const QPointF &centre)
 
 QRectF ModuleTile::shape() const
 {
-    const double open = m_look.openness;
-    const QSizeF size(between(kMarkWidth, kTile.width(), open), m_look.content > 0 ? kTile.height() : kMarkHeight);
-    return {m_centre - QPointF(size.width(), size.height()) / 2, size};
+    return tileShape({.module = m_module, .centre = m_centre, .openness = m_look.openness, .content = m_look.content});
 }
 
 double ModuleTile::cornerRadius() const
@@ -153,37 +141,28 @@ void ModuleTile::paintEvent(QPaintEvent *)
     painter.translate(m_centre);
     painter.scale(scale, scale);
     painter.translate(-m_centre);
-    paintPlateUnder(painter);
-
-    // Whole device pixels at both ends of the way, so that the symbol is crisp where it rests.
-    const double ratio = devicePixelRatioF();
-    const double rise = std::round(kSymbolRise * ratio) / ratio * m_look.openness;
-    const double size = between(kMarkSymbolSize, kTileSymbolSize, m_look.openness);
-    const QPointF symbol = m_centre - QPointF(0, rise);
-    const QRectF box(symbol - QPointF(kSymbolBox, kSymbolBox) / 2, QSizeF(kSymbolBox, kSymbolBox));
-    const QColor color = contentColor();
-    paintGlyph(painter, ostrelle::symbol(m_module), box, size, GlyphWeight::Medium, color);
-
-    if (m_look.content <= 0)
-        return;
-    painter.setFont(Theme::font(FontRole::CaptionMedium));
-    painter.setPen(faded(color, m_look.content));
-    const QRectF caption(m_centre.x() - kTile.width() / 2, box.bottom() + kCaptionGap, kTile.width(), kCaptionHeight);
-    painter.drawText(caption, Qt::AlignCenter | Qt::TextDontClip, tileCaption(m_module));
-    paintBadge(painter, QPointF(m_centre.x(), box.top()));
+    const TilePicture tile = picture();
+    paintTile(painter, tile, devicePixelRatioF());
+    if (m_look.content > 0)
+        paintBadge(painter, QPointF(m_centre.x(), tileSymbolBox(tile, devicePixelRatioF()).top()));
 }
 
-void ModuleTile::paintPlateUnder(QPainter &painter) const
+TilePicture ModuleTile::picture() const
 {
+    TilePicture tile{.module = m_module,
+                     .centre = m_centre,
+                     .openness = m_look.openness,
+                     .content = m_look.content,
+                     .color = contentColor()};
     const Theme::Palette &palette = appearance().palette();
     // In a tool the strip paints the active tile's plate, which slides, and the others have one only under the pointer.
     const double resting = m_look.content * (1 - m_look.toolness);
     const double hover = m_look.content * hoverAmount() * (1 - m_activity.value() * m_look.toolness);
     if (resting <= 0 && hover <= 0)
-        return;
-    const QColor rest = faded(palette.tileTint, resting);
-    const QColor fill = mixed(rest, palette.hoverTint, hover);
-    paintPlate(painter, shape(), fill, faded(palette.plateEdge, std::max(resting, hover)));
+        return tile;
+    tile.plate = mixed(faded(palette.tileTint, resting), palette.hoverTint, hover);
+    tile.plateEdge = faded(palette.plateEdge, std::max(resting, hover));
+    return tile;
 }
 
 void ModuleTile::paintBadge(QPainter &painter, const QPointF &symbolTop) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notch/TilePainting.h"
 #include "notch/controls/NotchButton.h"
 #include "records/KestroModule.h"
 #include "records/ModuleBadge.h"
@@ -52,7 +53,7 @@ protected:
 private:
     void applyForm();
     QColor contentColor() const;
-    void paintPlateUnder(QPainter &painter) const;
+    TilePicture picture() const;
     void paintBadge(QPainter &painter, const QPointF &symbolTop) const;
 
     KestroModule m_module;

@@ -198,9 +198,7 @@ void NotchPanel::makeMenu()
             m_menu->addSeparator();
     }
     m_menu->addEntry(QStringLiteral("Settings…"), this, [this] { Q_EMIT settingsRequested(); });
-    QAction *welcome = m_menu->addAction(QStringLiteral("Welcome…"));
-    welcome->setEnabled(false);
-    welcome->setToolTip(QStringLiteral("Comes with the first run"));
+    m_menu->addEntry(QStringLiteral("Welcome…"), this, [this] { Q_EMIT welcomeRequested(); });
     m_menu->addSeparator();
     const QAction *quit = m_menu->addAction(QStringLiteral("Quit Ostrelle"));
     connect(quit, &QAction::triggered, this, &NotchPanel::quitRequested);

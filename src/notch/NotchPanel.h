@@ -42,6 +42,8 @@ Q_SIGNALS:
     void quitRequested();
     /// By the menu.
     void settingsRequested();
+    /// By the menu.
+    void welcomeRequested();
     /// By the settings button, which has something to tell when an update is there.
     void settingsButtonPressed();
 

@@ -2,12 +2,17 @@
 
 #include "platform/ActivationToken.h"
 
+#include <memory>
+
+class QPainterPath;
 class QWidget;
 
 namespace ostrelle {
 
-/// The program's windows other than the panel: with a frame, a taskbar entry and the keyboard, like those of any
-/// application. Main thread.
+class OwnFrame;
+
+/// The program's windows other than the panel: with a taskbar entry and the keyboard, like those of any application.
+/// Main thread.
 class OrdinaryWindows
 {
 public:
@@ -15,6 +20,9 @@ public:
 
     /// Shows the window, or brings it to the front, and makes it the active one.
     virtual void present(QWidget &window, const ActivationToken &token) = 0;
+    /// For a window that paints its frame by itself, before it was ever shown. `outline` is in the widget's
+    /// coordinates. The window lives longer than the frame.
+    virtual std::unique_ptr<OwnFrame> makeOwnFrame(QWidget &window, const QPainterPath &outline) = 0;
 };
 
 } // namespace ostrelle

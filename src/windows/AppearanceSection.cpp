@@ -44,7 +44,7 @@ void AppearanceSection::addThemes()
     SettingsGroup &group = addGroup(QStringLiteral("Notch theme"));
     group.setFooter(QStringLiteral("The gradient washed through the glass, pooled in its corners and lit along its "
                                    "bottom edge."));
-    auto &grid = makeChild<ThemeGrid>(&group.container(), context());
+    auto &grid = makeChild<ThemeGrid>(&group.container(), context(), ThemeGrid::Measures{});
     group.addRow(grid);
     follow<NotchTheme>(m_settings.bindableNotchTheme(), [this, &grid] { grid.showTheme(m_settings.notchTheme()); });
     connect(&grid, &ThemeGrid::chosen, this, [this](NotchTheme theme) { m_settings.setNotchTheme(theme); });

@@ -2,28 +2,24 @@
 
 #include "foundation/MakeChild.h"
 
-#include <QMargins>
-
 #include <algorithm>
 
 namespace ostrelle {
 namespace {
 
-constexpr QMargins kPadding(8, 8, 8, 6);
 constexpr int kGap = 10;
-constexpr int kLeastCell = 118;
-constexpr ThemeSwatch::Measures kMeasures;
 
 } // namespace
 
-ThemeGrid::ThemeGrid(const ControlContext &context, QWidget *parent)
+ThemeGrid::ThemeGrid(const ControlContext &context, const Measures &measures, QWidget *parent)
     : QWidget(parent)
+    , m_measures(measures)
 {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     for (const NotchTheme theme : kAllNotchThemes) {
-        auto &swatch = makeChild<ThemeSwatch>(this, context, theme, kMeasures);
+        auto &swatch = makeChild<ThemeSwatch>(this, context, theme, measures.swatch);
         connect(&swatch, &QAbstractButton::clicked, this, [this, theme] { Q_EMIT chosen(theme); });
         m_swatches.push_back(&swatch);
     }
@@ -39,26 +35,34 @@ void ThemeGrid::showTheme(NotchTheme theme)
 
 int ThemeGrid::columns(int width) const
 {
-    return std::max(1, (width - kPadding.left() - kPadding.right() + kGap) / (kLeastCell + kGap));
+    return std::max(1, (room(width) + kGap) / (m_measures.leastCell + kGap));
+}
+
+int ThemeGrid::room(int width) const
+{
+    return width - m_measures.padding.left() - m_measures.padding.right();
 }
 
 int ThemeGrid::heightForWidth(int width) const
 {
     const int across = columns(width);
     const int rows = (static_cast<int>(m_swatches.size()) + across - 1) / across;
-    return kPadding.top() + rows * kMeasures.height() + (rows - 1) * kGap + kPadding.bottom();
+    const QMargins &padding = m_measures.padding;
+    return padding.top() + rows * m_measures.swatch.height() + (rows - 1) * kGap + padding.bottom();
 }
 
 void ThemeGrid::resizeEvent(QResizeEvent *)
 {
     const int across = columns(width());
-    const int room = width() - kPadding.left() - kPadding.right();
+    const int room = this->room(width());
     const int cell = (room - (across - 1) * kGap) / across;
+    const int height = m_measures.swatch.height();
     for (int i = 0; i < static_cast<int>(m_swatches.size()); ++i) {
-        const int column = i % across;
-        m_swatches[static_cast<std::size_t>(i)]->setGeometry(kPadding.left() + column * (cell + kGap),
-                                                             kPadding.top() + i / across * (kMeasures.height() + kGap),
-                                                             cell, kMeasures.height());
+        // What is left over of the room is shared by the gaps, so that both ends are even.
+        const int x = i % across * (room + kGap) / across;
+        const int y = i / across * (height + kGap);
+        m_swatches[static_cast<std::size_t>(i)]->setGeometry(m_measures.padding.left() + x,
+                                                             m_measures.padding.top() + y, cell, height);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "windows/ThemeSwatch.h"
 #include "windows/controls/WrappedText.h"
 
+#include <QMargins>
 #include <QWidget>
 
 #include <vector>
@@ -14,7 +15,14 @@ class ThemeGrid : public QWidget
 {
     Q_OBJECT
 public:
-    ThemeGrid(const ControlContext &context, QWidget *parent);
+    struct Measures
+    {
+        QMargins padding{8, 8, 8, 6};
+        int leastCell = 118; ///< width
+        ThemeSwatch::Measures swatch = {};
+    };
+
+    ThemeGrid(const ControlContext &context, const Measures &measures, QWidget *parent);
 
     void showTheme(NotchTheme theme);
     bool hasHeightForWidth() const override { return true; }
@@ -28,8 +36,10 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    int room(int width) const;
     int columns(int width) const;
 
+    Measures m_measures;
     std::vector<ThemeSwatch *> m_swatches; ///< children
 };
 

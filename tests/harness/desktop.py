@@ -29,12 +29,14 @@ OPENBOX = """<?xml version="1.0"?>
 
 class Desktop:
     def __init__(self, width=1920, height=1080, wm="openbox", compositor=True, bus=True, environment=None,
-                 depth=24, server=()):
+                 depth=24, server=(), first_run=False):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="ostrelle-desktop-"))
         self.home = self.folder / "home"
         self.runtime = self.folder / "run"
         for folder in (self.home, self.runtime):
             folder.mkdir(mode=0o700)
+        if not first_run:
+            self._complete_first_run()
         self._processes = {}
         self.environment = {
             "PATH": os.environ["PATH"],
@@ -58,6 +60,14 @@ class Desktop:
         except BaseException:
             self.close()
             raise
+
+    def _complete_first_run(self):
+        """As if the program had been started here before."""
+        folder = self.home / "config" / "Ostrelle"
+        folder.mkdir(mode=0o700, parents=True)
+        defaults = folder / "defaults.json"
+        defaults.write_text('{"app.hasCompletedOnboarding": true}')
+        defaults.chmod(0o600)
 
     # Processes
 

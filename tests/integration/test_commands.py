@@ -118,7 +118,8 @@ class Commands(unittest.TestCase):
         program.set("appearance.notchTheme", "ember")
         program.set("general.hoverOpenDelay", 0.5)
         with open(path) as file:
-            self.assertEqual(json.load(file), {"appearance.notchTheme": "ember", "general.hoverOpenDelay": 0.5})
+            self.assertEqual(json.load(file), {"app.hasCompletedOnboarding": True, "appearance.notchTheme": "ember",
+                                               "general.hoverOpenDelay": 0.5})
         self.assertEqual(os.stat(path).st_mode & 0o777, 0o600)
         program.set("modules.order", ["assets"])
         with open(path) as file:
@@ -141,7 +142,7 @@ class Commands(unittest.TestCase):
         finally:
             program.stop()
         with open(path) as file:
-            self.assertEqual(json.load(file), {"general.hoverOpenDelay": 0.5})
+            self.assertEqual(json.load(file), {"app.hasCompletedOnboarding": True, "general.hoverOpenDelay": 0.5})
         program.call("settings", "reset", "general.hoverOpenDelay")
 
     def test_signals_end_it_well(self):

@@ -79,7 +79,7 @@ private Q_SLOTS:
     void backLeavesTheTool();
     void saysWhenNoToolIsEnabled();
     void gearTellsOfAnUpdate();
-    void menuOffersOnlyWhatExists();
+    void menuOpensTheWindowsAndQuits();
     void menuBeginsWithWhatTheToolOffers();
     void isIdleWhenNothingMoves();
     void looksAfterMotionAsIfItHadNeverMoved();
@@ -312,7 +312,7 @@ void NotchPanelTest::gearTellsOfAnUpdate()
     QVERIFY(hasDot());
 }
 
-void NotchPanelTest::menuOffersOnlyWhatExists()
+void NotchPanelTest::menuOpensTheWindowsAndQuits()
 {
     PanelFixture fixture;
     fixture.start();
@@ -323,11 +323,13 @@ void NotchPanelTest::menuOffersOnlyWhatExists()
     QCOMPARE(fixture.platform.popups().position(), QPointF(450, 10));
     const QList<QAction *> actions = menu->actions();
     QCOMPARE(actions.size(), 4);
-    QVERIFY(actions[0]->isEnabled() && !actions[1]->isEnabled() && actions[2]->isSeparator());
-    QVERIFY(!actions[1]->toolTip().isEmpty() && menu->toolTipsVisible());
+    QVERIFY(actions[0]->isEnabled() && actions[1]->isEnabled() && actions[2]->isSeparator());
     const QSignalSpy settings(&fixture.notch, &NotchPanel::settingsRequested);
     actions[0]->trigger();
     QTRY_COMPARE(settings.count(), 1);
+    const QSignalSpy welcome(&fixture.notch, &NotchPanel::welcomeRequested);
+    actions[1]->trigger();
+    QTRY_COMPARE(welcome.count(), 1);
     QSignalSpy quit(&fixture.notch, &NotchPanel::quitRequested);
     actions[3]->trigger();
     QCOMPARE(quit.count(), 1);

@@ -1,6 +1,7 @@
 #include "platform/x11/X11OrdinaryWindows.h"
 
 #include "platform/x11/ToolkitConnection.h"
+#include "platform/x11/X11OwnFrame.h"
 
 #include <QWidget>
 
@@ -47,6 +48,11 @@ void X11OrdinaryWindows::present(QWidget &window, const ActivationToken &)
     xcb_change_property(m_watch.xcb(), XCB_PROP_MODE_APPEND, m_timekeeper, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
                         nullptr);
     m_watch.flush();
+}
+
+std::unique_ptr<OwnFrame> X11OrdinaryWindows::makeOwnFrame(QWidget &window, const QPainterPath &outline)
+{
+    return std::make_unique<X11OwnFrame>(m_watch, window, outline);
 }
 
 void X11OrdinaryWindows::activate(xcb_window_t window)

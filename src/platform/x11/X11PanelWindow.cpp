@@ -2,33 +2,16 @@
 
 #include "platform/x11/ToolkitConnection.h"
 #include "platform/x11/WatchConnection.h"
+#include "platform/x11/X11WindowShape.h"
 #include "platform/x11/XcbReply.h"
 
-#include <QTransform>
 #include <QWidget>
 
-#include <cmath>
 #include <cstdint>
-#include <vector>
 
 #include <xcb/shape.h>
 
 namespace ostrelle {
-
-namespace {
-
-std::vector<xcb_rectangle_t> nativeRectangles(const QRegion &region)
-{
-    std::vector<xcb_rectangle_t> rectangles;
-    rectangles.reserve(static_cast<std::size_t>(region.rectCount()));
-    for (const QRect &rect : region) {
-        rectangles.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
-                              static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
-    }
-    return rectangles;
-}
-
-} // namespace
 
 X11PanelWindow::X11PanelWindow(WatchConnection &watch)
     : m_watch(watch)
@@ -100,7 +83,7 @@ void X11PanelWindow::setGlass(PanelHost::Glass glass)
 
 QRegion X11PanelWindow::outlineRegion() const
 {
-    return QRegion(m_outline.toFillPolygon(QTransform::fromScale(m_scale, m_scale)).toPolygon());
+    return nativeRegion(m_outline, m_scale);
 }
 
 void X11PanelWindow::sendInteractiveRect() const
@@ -151,22 +134,8 @@ void X11PanelWindow::sendShape() const
 
 void X11PanelWindow::sendBlurRegion() const
 {
-    xcb_connection_t *connection = toolkitConnection();
-    const xcb_atom_t property = m_watch.atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
-    const QRegion region = m_glass == PanelHost::Glass::Compositor ? outlineRegion() : QRegion();
-    if (region.isEmpty()) {
-        xcb_delete_property(connection, m_id, property); // an empty list would mean the whole window
-        return;
-    }
-    std::vector<std::uint32_t> words;
-    words.reserve(static_cast<std::size_t>(region.rectCount()) * 4);
-    for (const QRect &rect : region) {
-        for (const int value : {rect.x(), rect.y(), rect.width(), rect.height()}) {
-            words.push_back(static_cast<std::uint32_t>(value));
-        }
-    }
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, m_id, property, XCB_ATOM_CARDINAL, 32,
-                        static_cast<std::uint32_t>(words.size()), words.data());
+    setBlurBehind(toolkitConnection(), m_id, m_watch.atom("_KDE_NET_WM_BLUR_BEHIND_REGION"),
+                  m_glass == PanelHost::Glass::Compositor ? outlineRegion() : QRegion());
 }
 
 } // namespace ostrelle

@@ -5,6 +5,7 @@
 #include "notch/controls/TabularText.h"
 #include "windows/WindowColors.h"
 #include "windows/controls/DisabledLook.h"
+#include "windows/controls/KeySigns.h"
 
 #include <QPainter>
 
@@ -21,9 +22,6 @@ constexpr double kRadius = 6;
 constexpr double kRecordingEdge = 1.2;
 constexpr double kPressedOpacity = 0.75;
 constexpr double kFontSize = 12;
-/// The interface's font draws this sign high.
-constexpr QChar kControlSign = u'⌃';
-constexpr double kControlDrop = kFontSize / 5;
 
 QFont labelFont()
 {
@@ -84,13 +82,8 @@ void RecorderButton::paintEvent(QPaintEvent *)
     const QFont font = labelFont();
     painter.setFont(font);
     painter.setPen(m_state == State::NotSet ? colors.text2 : colors.text1);
-    double x = (width() - tabularAdvance(font, text())) / 2;
-    for (const QChar character : text()) {
-        const double advance = tabularAdvance(font, QString(character));
-        const double drop = character == kControlSign ? kControlDrop : 0;
-        drawTabular(painter, QRectF(x, drop, advance, height()), QString(character));
-        x += advance;
-    }
+    const double advance = tabularAdvance(font, text());
+    paintKeySigns(painter, QRectF((width() - advance) / 2, 0, advance, height()), text());
 }
 
 } // namespace ostrelle

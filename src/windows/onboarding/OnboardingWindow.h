@@ -1,0 +1,53 @@
+#pragma once
+
+#include "notch/FrameClock.h"
+#include "platform/OwnFrame.h"
+#include "windows/onboarding/OnboardingView.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace ostrelle {
+
+class OrdinaryWindows;
+
+/// The window of the first run: of a fixed size, without the desktop's frame, moved by its background. Escape and
+/// Ctrl+W close it.
+class OnboardingWindow : public QWidget
+{
+    Q_OBJECT
+public:
+    OnboardingWindow(const OnboardingSurroundings &around, OrdinaryWindows &windows);
+    ~OnboardingWindow() override;
+
+    const OnboardingView &view() const { return m_view; }
+
+Q_SIGNALS:
+    void closed();
+    /// The steps were gone through to their end.
+    void finished();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void forgetGround();
+
+    NotchAppearance &m_appearance;
+    FrameClock m_frames;
+    OnboardingView &m_view;
+    std::unique_ptr<OwnFrame> m_frame;
+    QImage m_ground; ///< null when it must be painted anew
+    std::optional<QPoint> m_pressed;
+};
+
+} // namespace ostrelle

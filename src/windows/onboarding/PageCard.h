@@ -1,0 +1,30 @@
+#pragma once
+
+#include "notch/controls/ControlContext.h"
+
+#include <QWidget>
+
+namespace ostrelle {
+
+/// A plate on which a page groups what belongs together.
+class PageCard : public QWidget
+{
+    Q_OBJECT
+public:
+    static constexpr double kRadius = 14;
+
+    PageCard(const ControlContext &context, QWidget *parent);
+
+protected:
+    const NotchAppearance &appearance() const { return m_context.appearance; }
+    void paintGround(QPainter &painter) const;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    ControlContext m_context;
+};
+
+/// The line above a row, from `x` to the card's end.
+void paintRowLine(QPainter &painter, const QWidget &row, const NotchAppearance &appearance, double x);
+
+} // namespace ostrelle
