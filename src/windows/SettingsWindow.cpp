@@ -1,6 +1,7 @@
 #include "windows/SettingsWindow.h"
 
 #include "foundation/MakeChild.h"
+#include "windows/ChildWidgets.h"
 #include "windows/ProgramMark.h"
 
 #include <QCloseEvent>
@@ -27,6 +28,11 @@ SettingsWindow::SettingsWindow(const SettingsSurroundings &around, SettingsSecti
     setAttribute(Qt::WA_QuitOnClose, false);
     setFixedSize(kSize);
     m_view.setGeometry(rect());
+}
+
+SettingsWindow::~SettingsWindow()
+{
+    deleteChildWidgets(*this);
 }
 
 void SettingsWindow::showEvent(QShowEvent *event)

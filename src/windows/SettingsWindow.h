@@ -13,6 +13,7 @@ class SettingsWindow : public QWidget
     Q_OBJECT
 public:
     SettingsWindow(const SettingsSurroundings &around, SettingsSection section);
+    ~SettingsWindow() override;
 
     const SettingsView &view() const { return m_view; }
 

@@ -128,17 +128,17 @@ bool ToolList::eventFilter(QObject *watched, QEvent *event)
     const int index = indexOf(watched);
     if (index < 0)
         return QWidget::eventFilter(watched, event);
-    const auto *mouse = static_cast<QMouseEvent *>(event);
+    const auto mouse = [event] { return static_cast<QMouseEvent *>(event); };
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        if (mouse->button() == Qt::LeftButton)
-            press(index, mouse->position().toPoint());
+        if (mouse()->button() == Qt::LeftButton)
+            press(index, mouse()->position().toPoint());
         return true;
     case QEvent::MouseMove:
-        drag(mouse->position().toPoint() + static_cast<QWidget *>(watched)->pos());
+        drag(mouse()->position().toPoint() + static_cast<QWidget *>(watched)->pos());
         return true;
     case QEvent::MouseButtonRelease:
-        if (mouse->button() == Qt::LeftButton)
+        if (mouse()->button() == Qt::LeftButton)
             release();
         return true;
     default:

@@ -3,6 +3,7 @@
 #include "foundation/MakeChild.h"
 #include "notch/NotchAppearance.h"
 #include "platform/OrdinaryWindows.h"
+#include "windows/ChildWidgets.h"
 #include "windows/ProgramMark.h"
 #include "windows/onboarding/OnboardingGround.h"
 #include "windows/onboarding/OnboardingMeasures.h"
@@ -42,7 +43,10 @@ OnboardingWindow::OnboardingWindow(const OnboardingSurroundings &around, Ordinar
     connect(m_frame.get(), &OwnFrame::backingChanged, this, &OnboardingWindow::forgetGround);
 }
 
-OnboardingWindow::~OnboardingWindow() = default;
+OnboardingWindow::~OnboardingWindow()
+{
+    deleteChildWidgets(*this);
+}
 
 void OnboardingWindow::forgetGround()
 {
