@@ -50,11 +50,35 @@ std::optional<double> bitRateOf(const AVStream &stream)
     return value > 0 ? std::optional(value) : std::nullopt;
 }
 
+/// Whether each frame states the rate, which the container may leave out.
+bool statesRateInFrames(const AVFormatContext &format, AVCodecID codec)
+{
+    switch (codec) {
+    case AV_CODEC_ID_AC3:
+    case AV_CODEC_ID_EAC3:
+    case AV_CODEC_ID_DTS:
+        return true;
+    case AV_CODEC_ID_MP2:
+    case AV_CODEC_ID_MP3:
+        // The first frames may differ from the rest. Still they tell more than the size of a film does.
+        return firstStream(format, AVMEDIA_TYPE_VIDEO) != nullptr;
+    default:
+        return false;
+    }
+}
+
 double secondsOf(const AVFormatContext &format, const AVStream *stream)
 {
     if (format.duration > 0)
         return static_cast<double>(format.duration) / AV_TIME_BASE;
     return stream && stream->duration > 0 ? static_cast<double>(stream->duration) * av_q2d(stream->time_base) : 0;
+}
+
+/// By the headers of container and streams, as far as they can be told.
+bool isTold(const AVFormatContext &format, const AVStream *stream)
+{
+    return isComplete(stream) && secondsOf(format, stream) > 0 &&
+           (bitRateOf(*stream) || !statesRateInFrames(format, stream->codecpar->codec_id));
 }
 
 bool isSingleBit(AVCodecID codec)
@@ -95,7 +119,7 @@ std::optional<AudioFacts> readMediaFacts(ByteSource &source)
     const AVFormatContext &format = container.format();
     // Most headers tell everything; looking into the streams takes much longer.
     const AVStream *stream = firstStream(format, AVMEDIA_TYPE_AUDIO);
-    if ((!isComplete(stream) || secondsOf(format, stream) <= 0) && container.probeStreams())
+    if (!isTold(format, stream) && container.probeStreams())
         stream = firstStream(format, AVMEDIA_TYPE_AUDIO);
     AudioFacts facts;
     if (isComplete(stream))
