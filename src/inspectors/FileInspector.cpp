@@ -35,14 +35,18 @@ void FileInspector::open(const RecentFile &file)
 
 void FileInspector::reject()
 {
+    m_wasRefusedSince = isReading();
     m_isRejected = true;
     m_rejectionEnd = m_scheduler.after(kRejectionShown, this, [this] { m_isRejected = false; });
 }
 
 void FileInspector::accept(const QString &path, const QString &summary)
 {
-    m_rejectionEnd.cancel();
-    m_isRejected = false;
+    // What was offered later stays refused for its time.
+    if (!m_wasRefusedSince) {
+        m_rejectionEnd.cancel();
+        m_isRejected = false;
+    }
     m_recents.record(path, summary);
     m_haptics.tick();
 }
@@ -50,6 +54,7 @@ void FileInspector::accept(const QString &path, const QString &summary)
 void FileInspector::awaitFacts(RequestHandle request, const std::function<void()> &refuse)
 {
     abandon();
+    m_wasRefusedSince = false;
     m_isReading = true;
     m_request = std::move(request);
     m_patience = m_scheduler.after(kPatience, this, refuse);

@@ -72,7 +72,8 @@ private:
     Haptics &m_haptics;
     TaskScheduler &m_scheduler;
     RecentFiles m_recents;
-    int m_offer = 0; ///< counts what takes the place of an open() that waits
+    int m_offer = 0;                ///< counts what takes the place of an open() that waits
+    bool m_wasRefusedSince = false; ///< another file, after the one that is being read was offered
     RequestHandle m_request;
     Task m_patience;
     Task m_rejectionEnd;

@@ -256,8 +256,14 @@ void AudioInspectorTest::aMissingRecentFileLeavesTheOneBeingRead()
     fixture.audio.open(fixture.audio.recents().items().first());
     QTRY_VERIFY(fixture.audio.isRejected());
     QVERIFY(fixture.audio.isReading());
+    fixture.clock.advance(500ms);
     fixture.facts.answer(path);
     QCOMPARE(fixture.audio.inspection().path, path);
+    // The refusal was of the later one.
+    fixture.clock.advance(1499ms);
+    QVERIFY(fixture.audio.isRejected());
+    fixture.clock.advance(1ms);
+    QVERIFY(!fixture.audio.isRejected());
 
     // One that is there takes its place, although the first one is read meanwhile.
     const QString later = fixture.addAudio(QStringLiteral("later.wav"), 90);
