@@ -274,13 +274,13 @@ def image(album, look, stage, pictures, stranger):
                       (pictures["png"], "3840 × 2160 · PNG")])
     tool.show(pictures["png"])
     album.add(tool.look(), f"imageInfo-{look}")
-    tool.refuse(album, look, stranger)
     stage.point(-14, tool.strip + 51)
     album.add(tool.look(), f"imageInfo-recents-{look}")
     tool.expand()
     stage.point(60, tool.strip + 30 + 45)
     album.add(tool.look(), f"imageInfo-all-recents-{look}")
     stage.park()
+    tool.refuse(album, look, stranger)
     stage.close()
 
 
