@@ -34,6 +34,7 @@ QString reasonOf(MediaFailure failure, MediaKind kind, const QByteArray &name)
     case MediaFailure::TimedOut:
         return QStringLiteral("takes too long to read");
     case MediaFailure::HelperLost:
+    case MediaFailure::HelperMissing:
         return QStringLiteral("cannot be read: what was to read it failed");
     default:
         return kind == MediaKind::Audio ? QStringLiteral("holds no audio that can be read")

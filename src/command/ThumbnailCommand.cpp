@@ -35,6 +35,8 @@ QString reasonOf(MediaFailure failure)
         return QStringLiteral("is too large a picture");
     case MediaFailure::TimedOut:
         return QStringLiteral("takes too long");
+    case MediaFailure::HelperMissing:
+        return QStringLiteral("cannot be read: what was to read it failed");
     default:
         return QStringLiteral("is broken");
     }

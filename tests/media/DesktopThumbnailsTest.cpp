@@ -34,6 +34,7 @@ private Q_SLOTS:
     void thumbnailsOfOtherProgramsAreUsed();
     void spoiltThumbnailIsMadeAgain();
     void failuresAreRememberedUntilTheFileChanges();
+    void missingHelpersAreNoFaultOfTheFile();
 
 private:
     PictureResult ask(const QString &path, int side, MediaClient::Links links = MediaClient::Links::Refuse);
@@ -187,6 +188,22 @@ void DesktopThumbnailsTest::failuresAreRememberedUntilTheFileChanges()
     }));
     writeFile(path, encoded(turnable(100, 50), "png"));
     setModified(path, kTime + 1);
+    QVERIFY(!imageOf(ask(path, 100)).isNull());
+}
+
+/// As while the program's files are replaced by an update.
+void DesktopThumbnailsTest::missingHelpersAreNoFaultOfTheFile()
+{
+    const QString path = m_home->path(QStringLiteral("picture.png"));
+    writeFile(path, encoded(turnable(100, 50), "png"));
+    const auto startClient = [this](const QString &helpers) {
+        m_client = std::make_unique<MediaClient>(
+            *m_scheduler, MediaClient::Places{helpers, m_home->path(QStringLiteral("thumbnails"))});
+    };
+    QTest::ignoreMessage(QtWarningMsg, "a media helper could not be reached");
+    startClient(m_home->path());
+    QCOMPARE(std::get<MediaFailure>(ask(path, 100)), MediaFailure::HelperMissing);
+    startClient(helperFolder()); // what the other one had to write is written
     QVERIFY(!imageOf(ask(path, 100)).isNull());
 }
 

@@ -121,8 +121,15 @@ public:
             makeSessionNice(pid);
         const std::lock_guard lock(m_mutex);
         m_pid = pid;
+        m_hasFailed = pid <= 0;
         if (m_isUnwanted)
             killLocked();
+    }
+
+    bool hasFailed()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_hasFailed;
     }
 
     /// Kills it, now or as soon as it is there. Returns a descriptor that is readable when it has ended, which may be
@@ -158,6 +165,7 @@ private:
     /// Guards the rest.
     std::mutex m_mutex;
     pid_t m_pid = -1;
+    bool m_hasFailed = false;
     bool m_isUnwanted = false;
 };
 
@@ -252,6 +260,11 @@ bool HelperConnection::receive(QByteArray &received, qsizetype most)
         return true;
     stopReading();
     return false;
+}
+
+bool HelperConnection::hasFailedToStart() const
+{
+    return m_start->hasFailed();
 }
 
 void HelperConnection::stopReading()

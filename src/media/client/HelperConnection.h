@@ -37,6 +37,8 @@ public:
     /// Appends up to `most` bytes that have come to `received`. False when the process is gone, after which readable()
     /// is silent.
     bool receive(QByteArray &received, qsizetype most);
+    /// Whether the process could not be started; known once receive() has told that it is gone.
+    bool hasFailedToStart() const;
     /// readable() is silent from now on.
     void stopReading();
     /// Kills it, and deletes this object when it is gone. Nothing is emitted any more.

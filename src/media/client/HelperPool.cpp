@@ -89,7 +89,7 @@ bool HelperPool::hand(HelperKind kind, const IsNeeded &isNeeded, quint64 number,
     slot->job = number;
     if (!slot->process->ask(request, file)) {
         // Told from the event loop, as every failure is.
-        slot->deadline = m_scheduler.after(0s, this, [this, slot] { fail(*slot, MediaFailure::HelperLost); });
+        slot->deadline = m_scheduler.after(0s, this, [this, slot] { fail(*slot, MediaFailure::HelperMissing); });
         return true;
     }
     const auto deadline = patience.deadline + (slot->hasAnswered ? 0s : patience.forStart);
@@ -127,7 +127,9 @@ void HelperPool::start(Slot &slot, HelperKind kind)
     slot.kind = kind;
     slot.hasAnswered = false;
     slot.process = &makeChild<HelperProcess>(this, executableOf(kind, m_folder), m_priority);
-    connect(slot.process, &HelperProcess::lost, this, [this, &slot] { fail(slot, MediaFailure::HelperLost); });
+    connect(slot.process, &HelperProcess::lost, this, [this, &slot] {
+        fail(slot, slot.process->hasFailedToStart() ? MediaFailure::HelperMissing : MediaFailure::HelperLost);
+    });
     connect(slot.process, &HelperProcess::answered, this,
             [this, &slot](const HelperAnswer &answer, const QByteArray &payload) {
                 HelperReply reply;

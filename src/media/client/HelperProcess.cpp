@@ -50,6 +50,11 @@ bool HelperProcess::ask(const HelperRequest &request, int file)
     return m_isBusy;
 }
 
+bool HelperProcess::hasFailedToStart() const
+{
+    return m_connection.hasFailedToStart();
+}
+
 void HelperProcess::receive()
 {
     const qsizetype wanted =

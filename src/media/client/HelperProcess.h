@@ -21,6 +21,8 @@ public:
 
     /// Hands it a file, also while it is still starting. False when it cannot be reached any more.
     bool ask(const HelperRequest &request, int file);
+    /// Of a lost one: whether it never ran.
+    bool hasFailedToStart() const;
     /// Kills it, and deletes this object. Nothing is emitted any more.
     void retire();
 

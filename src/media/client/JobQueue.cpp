@@ -82,7 +82,8 @@ bool JobQueue::isAskedAgain(MediaJob &job, const HelperReply &reply)
         learnFrom(job);
         return false;
     }
-    if (reply.failure == MediaFailure::HelperLost || reply.failure == MediaFailure::TimedOut)
+    if (reply.failure == MediaFailure::HelperLost || reply.failure == MediaFailure::HelperMissing ||
+        reply.failure == MediaFailure::TimedOut)
         return false;
     if (job.helper != HelperKind::Extra) {
         job.hasLightAnswered = true;

@@ -319,6 +319,8 @@ void MediaClient::finish(quint64 number, HelperReply reply)
 {
     if (reply.failure == MediaFailure::HelperLost || reply.failure == MediaFailure::TimedOut)
         qCWarning(logMedia, "a media helper was lost on a file");
+    else if (reply.failure == MediaFailure::HelperMissing)
+        qCWarning(logMedia, "a media helper could not be reached");
     // The answer may drop this or any other request, or delete the client.
     const MediaJob job = m_jobs.take(number);
     const QPointer<MediaClient> guard(this);

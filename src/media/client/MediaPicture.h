@@ -27,8 +27,9 @@ enum class MediaFailure {
     Broken,
     TooLarge,
     TimedOut,
-    HelperLost,  ///< the helper died of it, answered nonsense, or could not be started
-    FailedBefore ///< remembered in the desktop's cache, for this state of the file
+    HelperLost,    ///< the helper died of it or answered nonsense
+    HelperMissing, ///< no helper could be started, or it was gone before it had the file
+    FailedBefore   ///< remembered in the desktop's cache, for this state of the file
 };
 
 using PictureResult = std::variant<MediaPicture, MediaFailure>;

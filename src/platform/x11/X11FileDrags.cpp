@@ -177,7 +177,7 @@ void X11FileDrags::conclude()
     const QStringList paths = *m_foreign->paths;
     m_foreign.reset();
     m_isAccepted = false;
-    m_xdnd->finish(!paths.isEmpty());
+    m_xdnd->finish(true); // also without any file: the drop was taken when it was let go
     Q_EMIT dropped(m_position, paths);
 }
 
