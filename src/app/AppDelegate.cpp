@@ -6,6 +6,7 @@
 #include "app/ColorRequests.h"
 #include "app/ControlServer.h"
 #include "app/DesktopActions.h"
+#include "app/ForgetRequest.h"
 #include "app/NotchRequests.h"
 #include "app/ProjectsRequests.h"
 #include "app/Services.h"
@@ -110,6 +111,7 @@ void AppDelegate::startCommands()
     addAutostartRequests(m_router, m_services.launchAtLogin());
     addShortcutsRequests(m_router, m_services.shortcuts());
     addUpdateRequests(m_router, m_services.updates());
+    addForgetRequest(m_router, m_services);
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
     m_desktop = answerDesktop(m_router, m_services.shortcutActions());

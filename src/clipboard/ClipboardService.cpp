@@ -363,7 +363,10 @@ void ClipboardService::eraseAll(bool includingPinned, Saved saved)
     forgetUndo();
     m_isUnsettled = false;
     const QList<QUuid> erased = takeFromList([&](const ClipItem &item) { return includingPinned || !item.pinned; });
-    m_store.settleAndRemove(erased);
+    if (includingPinned)
+        m_store.removeAll();
+    else
+        m_store.settleAndRemove(erased);
     if (saved)
         m_store.whenSaved(this, std::move(saved));
 }

@@ -4,6 +4,7 @@
 #include "command/ClipboardCommands.h"
 #include "command/ColorCommands.h"
 #include "command/ColorPickCommand.h"
+#include "command/ForgetCommand.h"
 #include "command/InspectCommand.h"
 #include "command/NotchCommands.h"
 #include "command/ProjectsCommands.h"
@@ -222,6 +223,20 @@ std::vector<CommandSpec> makeTable()
          0,
          0,
          runUpdateCheck},
+        {text("forget"),
+         {},
+         text("Erase what was copied, staged, shown and picked, for good"),
+         text(
+             "Erases the clipboard history with its pinned entries, the shelf, the recent files, the recent and "
+             "favorite "
+             "colors,\nand what is left of their files that could not be read. Asks first, unless --yes is given, and "
+             "says how much it was.\nWhat stays: the files themselves, settings, shortcuts and pinned folders, what is "
+             "on the clipboard now, and the\npictures of files that the desktop keeps for all programs."),
+         true,
+         0,
+         0,
+         runForget,
+         {text("--all"), text("[--yes]")}},
     };
 }
 

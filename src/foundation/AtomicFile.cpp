@@ -77,6 +77,11 @@ QString temporaryPrefix(const QFileInfo &file)
     return u'.' + file.fileName() + u'.';
 }
 
+QString unreadablePrefix(const QFileInfo &file)
+{
+    return file.completeBaseName() + QStringLiteral(".unreadable-");
+}
+
 } // namespace
 
 std::optional<QString> writeFileAtomically(const QString &path, const QByteArray &bytes)
@@ -120,7 +125,7 @@ QString unreadableName(const QString &path)
 {
     const QFileInfo file(path);
     const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    const QString stem = file.absolutePath() + u'/' + file.completeBaseName() + QStringLiteral(".unreadable-") + time;
+    const QString stem = file.absolutePath() + u'/' + unreadablePrefix(file) + time;
     const QString ending = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
     QString aside = stem + ending;
     for (int copy = 2; QFileInfo::exists(aside); ++copy)
@@ -137,6 +142,19 @@ std::optional<QString> setAsideUnreadable(const QString &path)
     // Of a link the target keeps its mode.
     ::fchmodat(AT_FDCWD, name.constData(), S_IRUSR | S_IWUSR, AT_SYMLINK_NOFOLLOW);
     return aside;
+}
+
+bool removeUnreadable(const QString &path)
+{
+    const QFileInfo file(path);
+    QDir folder(file.absolutePath());
+    const QString prefix = unreadablePrefix(file);
+    bool areGone = true;
+    for (const QString &name : folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System)) {
+        if (name.startsWith(prefix) && QFileInfo(name).suffix() == file.suffix())
+            areGone = folder.remove(name) && areGone;
+    }
+    return areGone;
 }
 
 } // namespace ostrelle

@@ -21,5 +21,8 @@ QString unreadableName(const QString &path);
 /// Renames the file to unreadableName(), for this user only, and returns that; empty when there is no file any more.
 /// Nothing when it cannot be renamed.
 std::optional<QString> setAsideUnreadable(const QString &path);
+/// Removes every file that was kept aside for `path`; false when one is left. Only for who holds the lock of its
+/// folder.
+bool removeUnreadable(const QString &path);
 
 } // namespace ostrelle

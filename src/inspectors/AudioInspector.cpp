@@ -3,6 +3,7 @@
 #include "files/AudioPreview.h"
 #include "inspectors/FactSource.h"
 #include "media_client/MediaKind.h"
+#include "records/RecentFile.h"
 
 namespace ostrelle {
 
@@ -21,7 +22,7 @@ bool AudioInspection::isBpmEstimate() const
 
 AudioInspector::AudioInspector(const Surroundings &surroundings, FactSource &facts, AudioPreview &preview,
                                QObject *parent)
-    : FileInspector(surroundings, QStringLiteral("audioInfo.recents"), parent)
+    : FileInspector(surroundings, QString(kAudioRecentsKey), parent)
     , m_facts(facts)
     , m_preview(preview)
 {

@@ -3,12 +3,13 @@
 #include "files/ThumbnailSource.h"
 #include "inspectors/FactSource.h"
 #include "media_client/MediaKind.h"
+#include "records/RecentFile.h"
 
 namespace ostrelle {
 
 ImageInspector::ImageInspector(const Surroundings &surroundings, FactSource &facts, ThumbnailSource &thumbnails,
                                QObject *parent)
-    : FileInspector(surroundings, QStringLiteral("imageInfo.recents"), parent)
+    : FileInspector(surroundings, QString(kImageRecentsKey), parent)
     , m_facts(facts)
     , m_thumbnails(thumbnails)
 {

@@ -202,6 +202,16 @@ void ClipWriter::settle()
         m_mustErase = true;
 }
 
+void ClipWriter::removeAll()
+{
+    settle();
+    QList<QUuid> ids;
+    for (const StoredClip &clip : m_clips)
+        ids.append(clip.item.id);
+    remove({ids}, Erasure::Final);
+    m_mustErase = true;
+}
+
 void ClipWriter::save()
 {
     if (isSaved())

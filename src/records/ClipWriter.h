@@ -40,6 +40,8 @@ public:
     void trim(const ClipChange::Removed &change);
     void remove(const ClipChange::Removed &change, Erasure erasure);
     void restore(const QList<ClipItem> &items, const QList<QUuid> &order);
+    /// All records, for good; the files are written anew even when there are none.
+    void removeAll();
     void settle();
 
     /// Brings what gathered to the disk; does nothing when that is nothing. After a failure everything stays gathered.

@@ -171,6 +171,11 @@ void ClipboardStore::settleAndRemove(const QList<QUuid> &ids)
     });
 }
 
+void ClipboardStore::removeAll()
+{
+    m_writer->change([](ClipWriter &disk) { disk.removeAll(); });
+}
+
 void ClipboardStore::retry()
 {
     m_writer->queue.post([writer = m_writer.get()] { writer->save(); });

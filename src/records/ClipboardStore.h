@@ -57,6 +57,9 @@ public:
     void settle();
     /// Both at once, so that the files are written anew only once.
     void settleAndRemove(const QList<QUuid> &ids);
+    /// Everything leaves the disk, whatever it was. The files are written anew in any case, so that undecodable ones
+    /// are kept aside.
+    void removeAll();
     /// Tries again what could not be written.
     void retry();
     /// Tells when saving begins to fail and when it works again, on the main thread. One observer.

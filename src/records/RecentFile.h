@@ -9,6 +9,10 @@
 
 namespace ostrelle {
 
+/// Where the tools keep the files that they have shown, in the defaults database.
+inline constexpr QLatin1StringView kImageRecentsKey("imageInfo.recents");
+inline constexpr QLatin1StringView kAudioRecentsKey("audioInfo.recents");
+
 /// A file that a tool has shown.
 struct RecentFile
 {

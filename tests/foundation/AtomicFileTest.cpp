@@ -136,6 +136,13 @@ private Q_SLOTS:
         }
         QCOMPARE(aside.size(), 3);
         QVERIFY(!QFile::exists(m_path));
+
+        const QStringList others = {QStringLiteral("store.unreadable-1.txt"),
+                                    QStringLiteral("restore.unreadable-1.json")};
+        for (const QString &name : others)
+            QVERIFY(!writeFileAtomically(m_folder->filePath(name), "kept"));
+        QVERIFY(removeUnreadable(m_path));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files, QDir::Name | QDir::Reversed), others);
     }
 
 private:
