@@ -1,6 +1,7 @@
 #include "updates/UpdateStatus.h"
 
 #include "core/SettingsStore.h"
+#include "foundation/PrintableText.h"
 #include "updates/UpdateService.h"
 
 #include <QLocale>
@@ -42,9 +43,9 @@ public:
     UpdateStatus operator()(const Available &available) const
     {
         const UpdateRelease &release = available.release;
-        return {QStringLiteral("Version %1 is available").arg(release.version),
+        return {QStringLiteral("Version %1 is available").arg(printable(release.version)),
                 release.notes.isEmpty() ? QStringLiteral("You're on %1.").arg(m_service.currentVersion())
-                                        : release.notes};
+                                        : printable(release.notes)};
     }
     UpdateStatus operator()(const Failed &failed) const
     {

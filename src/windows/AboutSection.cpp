@@ -12,7 +12,6 @@
 #include "windows/WindowColors.h"
 #include "windows/controls/PushButton.h"
 
-#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QPainter>
 
@@ -30,14 +29,14 @@ constexpr double kVersionLine = 15;
 class AboutSection::Header : public QWidget
 {
 public:
-    Header(const ControlContext &context, QWidget *parent)
+    Header(const ControlContext &context, const QString &version, QWidget *parent)
         : QWidget(parent)
         , m_appearance(context.appearance)
     {
         setFixedHeight(static_cast<int>(kMarkSize));
         setAccessibleRole(*this, QAccessible::StaticText);
         setAccessibleName(QStringLiteral("Ostrelle"));
-        setAccessibleDescription(version());
+        setAccessibleDescription(QStringLiteral("Version ") + version);
     }
 
 protected:
@@ -56,12 +55,10 @@ protected:
         paintLine(painter, QStringLiteral("Six small tools, just above your work."), Theme::font(FontRole::Body),
                   kTaglineLine, {x, y}, colors.text1);
         y += kTaglineLine;
-        paintLine(painter, version(), Theme::font(FontRole::Caption), kVersionLine, {x, y}, colors.text2);
+        paintLine(painter, accessibleDescription(), Theme::font(FontRole::Caption), kVersionLine, {x, y}, colors.text2);
     }
 
 private:
-    static QString version() { return QStringLiteral("Version ") + QCoreApplication::applicationVersion(); }
-
     const NotchAppearance &m_appearance;
     QPixmap m_mark; ///< null until it is painted
 };
@@ -69,7 +66,7 @@ private:
 AboutSection::AboutSection(const ControlContext &context, const SettingsSurroundings &around, QWidget *parent)
     : SettingsPage(context, parent)
 {
-    addContent(makeChild<Header>(this, this->context()));
+    addContent(makeChild<Header>(this, this->context(), around.updates.currentVersion()));
     addUpdates(around);
     addPrivacy();
     addQuit(around.quit);

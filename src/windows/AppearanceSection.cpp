@@ -31,12 +31,13 @@ void AppearanceSection::addAppearance()
     const QStringList choices = {QStringLiteral("System"), QStringLiteral("Light"), QStringLiteral("Dark")};
     auto &picker = makeChild<SegmentedPicker>(&group.container(), context(), choices, kSegmentsWidth);
     addControl(group, {.title = QStringLiteral("Light & dark")}, picker);
-    const auto &all = kAllAppearancePreferences;
-    follow<AppearancePreference>(m_settings.bindableAppearance(), [this, &picker, &all] {
+    follow<AppearancePreference>(m_settings.bindableAppearance(), [this, &picker] {
+        const auto &all = kAllAppearancePreferences;
         picker.showCurrent(static_cast<int>(std::find(all.begin(), all.end(), m_settings.appearance()) - all.begin()));
     });
-    connect(&picker, &SegmentedPicker::chosen, this,
-            [this, &all](int index) { m_settings.setAppearance(all.at(static_cast<std::size_t>(index))); });
+    connect(&picker, &SegmentedPicker::chosen, this, [this](int index) {
+        m_settings.setAppearance(kAllAppearancePreferences.at(static_cast<std::size_t>(index)));
+    });
 }
 
 void AppearanceSection::addThemes()

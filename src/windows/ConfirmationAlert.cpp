@@ -5,8 +5,8 @@
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/OuterGlow.h"
 #include "windows/WindowColors.h"
+#include "windows/controls/DropShadow.h"
 #include "windows/controls/PushButton.h"
 #include "windows/controls/WrappedText.h"
 
@@ -36,6 +36,7 @@ constexpr double kButtonHeight = 30;
 constexpr double kButtonGap = 8;
 constexpr double kShadowOffset = 14;
 constexpr double kShadowDeviation = 15;
+constexpr double kShadow = 0.4;
 
 WrappedText textOf(const QString &text)
 {
@@ -78,7 +79,7 @@ ConfirmationAlert::ConfirmationAlert(const ControlContext &context, Content cont
 void ConfirmationAlert::finish()
 {
     hide();
-    if (m_before != nullptr && window()->isAncestorOf(m_before))
+    if (m_before && window()->isAncestorOf(m_before))
         m_before->setFocus(Qt::OtherFocusReason);
     deleteLater();
 }
@@ -138,7 +139,10 @@ void ConfirmationAlert::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(rect(), colors.scrim);
-    paintOuterGlow(painter, box.translated(0, kShadowOffset), kRadius, kShadowDeviation, faded(Qt::black, 0.4));
+    if (m_shadow.isNull() || m_shadow.devicePixelRatio() != devicePixelRatioF())
+        m_shadow = dropShadow(box.size(), kRadius, kShadowDeviation, faded(Qt::black, kShadow), devicePixelRatioF());
+    const double reach = dropShadowReach(kShadowDeviation);
+    painter.drawPixmap(box.topLeft() + QPointF(-reach, kShadowOffset - reach), m_shadow);
     painter.setBrush(colors.menu);
     painter.setPen(QPen(colors.menuOutline, 1));
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);

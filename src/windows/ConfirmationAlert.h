@@ -2,6 +2,8 @@
 
 #include "notch/controls/ControlContext.h"
 
+#include <QPixmap>
+#include <QPointer>
 #include <QWidget>
 
 namespace ostrelle {
@@ -44,7 +46,8 @@ private:
     Content m_content;
     PushButton &m_confirm;
     PushButton &m_cancel;
-    QWidget *m_before; ///< had the focus
+    QPointer<QWidget> m_before; ///< had the focus
+    QPixmap m_shadow;           ///< null until it is painted
 };
 
 } // namespace ostrelle

@@ -2,9 +2,9 @@
 
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/OuterGlow.h"
 #include "records/Motion.h"
 #include "windows/WindowColors.h"
+#include "windows/controls/DropShadow.h"
 
 #include <QPainter>
 
@@ -19,6 +19,7 @@ constexpr double kShadowDeviation = 15;
 constexpr double kShadowDark = 0.5;
 constexpr double kShadowLight = 0.22;
 constexpr int kReach = 60; ///< of the shadow, offset included
+static_assert(kReach > dropShadowReach(kShadowDeviation) + kShadowOffset);
 constexpr double kSettleResponse = 0.22;
 
 } // namespace
@@ -63,8 +64,12 @@ void LiftedRow::paintEvent(QPaintEvent *)
     const QRectF box(QPointF(kReach, kReach), m_picture.deviceIndependentSize());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double shadow = appearance.scheme() == ColorScheme::Dark ? kShadowDark : kShadowLight;
-    paintOuterGlow(painter, box.translated(0, kShadowOffset), kRadius, kShadowDeviation, faded(Qt::black, shadow));
+    if (m_shadow.isNull()) {
+        const double opacity = appearance.scheme() == ColorScheme::Dark ? kShadowDark : kShadowLight;
+        m_shadow = dropShadow(box.size(), kRadius, kShadowDeviation, faded(Qt::black, opacity), devicePixelRatioF());
+    }
+    const double reach = dropShadowReach(kShadowDeviation);
+    painter.drawPixmap(box.topLeft() + QPointF(-reach, kShadowOffset - reach), m_shadow);
     painter.setPen(QPen(colors.menuOutline, 1));
     painter.setBrush(colors.lifted);
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);

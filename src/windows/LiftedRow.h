@@ -30,6 +30,7 @@ private:
 
     ControlContext m_context;
     QPixmap m_picture;
+    QPixmap m_shadow; ///< null until it is painted
     QPointF m_corner;
     QPointF m_start;
     QPointF m_end;

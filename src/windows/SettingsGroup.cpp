@@ -4,8 +4,8 @@
 #include "notch/AccessibleRole.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
-#include "notch/controls/OuterGlow.h"
 #include "windows/WindowColors.h"
+#include "windows/controls/DropShadow.h"
 #include "windows/controls/WrappedText.h"
 
 #include <QPainter>
@@ -180,8 +180,8 @@ void SettingsGroup::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_style == Container::Card)
-        paintOuterGlow(painter, QRectF(m_container.geometry()).translated(0, kShadowOffset), kRadius, kShadowDeviation,
-                       WindowColors::of(m_context.appearance).cardShadow);
+        paintDropShadow(painter, QRectF(m_container.geometry()).translated(0, kShadowOffset), kRadius, kShadowDeviation,
+                        WindowColors::of(m_context.appearance).cardShadow);
 }
 
 void SettingsGroup::addRow(QWidget &row)

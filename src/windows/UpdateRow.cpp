@@ -8,6 +8,7 @@
 #include "windows/WindowColors.h"
 #include "windows/controls/PushButton.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 
 #include <algorithm>
@@ -75,13 +76,25 @@ void UpdateRow::showState(const UpdateService &updates, const SettingsStore &set
     m_download.setVisible(available != nullptr);
     m_check.setVisible(available == nullptr);
     m_check.setEnabled(!isChecking);
-    if (hadFocus && available != nullptr)
-        m_download.setFocus(Qt::OtherFocusReason);
+    handOnFocus(hadFocus, available != nullptr ? m_download : m_check);
     if (m_mark == Mark::Busy && isVisible())
         m_context.clock.add(*this);
     updateGeometry();
     arrange();
     update();
+}
+
+/// The button that a key has pressed is gone or disabled, and what takes its place shall be under the same key.
+void UpdateRow::handOnFocus(bool hadFocus, PushButton &button)
+{
+    if (!button.isEnabled()) {
+        m_stoodIn = hadFocus ? window()->focusWidget() : nullptr;
+        return;
+    }
+    // Unless the user has gone elsewhere meanwhile.
+    if (hadFocus || (m_stoodIn && m_stoodIn == window()->focusWidget()))
+        button.setFocus(Qt::TabFocusReason);
+    m_stoodIn = nullptr;
 }
 
 bool UpdateRow::advance(MonotonicTime now)
@@ -145,6 +158,7 @@ void UpdateRow::arrange()
         button->setGeometry(right - size.width(), static_cast<int>(kPadding), size.width(), size.height());
         right -= size.width() + kButtonGap;
     }
+    m_buttonsX = right + kButtonGap;
 }
 
 void UpdateRow::paintMark(QPainter &painter) const
@@ -175,8 +189,10 @@ void UpdateRow::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     SettingsGroup::paintDivider(painter, *this, m_context.appearance, kPadding);
     paintMark(painter);
-    paintLine(painter, m_status.title, Theme::font(FontRole::BodyMedium), kTitleLine, {textX(), kPadding},
-              colors.text1);
+    const QFont font = Theme::font(FontRole::BodyMedium);
+    const QString title =
+        QFontMetricsF(font).elidedText(m_status.title, Qt::ElideRight, m_buttonsX - kButtonGap - textX());
+    paintLine(painter, title, font, kTitleLine, {textX(), kPadding}, colors.text1);
     subtitle(width()).paint(painter, {kPadding, kPadding + kTitleLine + kSubtitleGap}, colors.text2);
 }
 

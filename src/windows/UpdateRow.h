@@ -5,6 +5,7 @@
 #include "updates/UpdateStatus.h"
 #include "windows/controls/WrappedText.h"
 
+#include <QPointer>
 #include <QUrl>
 #include <QWidget>
 
@@ -44,6 +45,7 @@ private:
     enum class Mark { None, Available, Failed, Busy };
 
     bool advance(MonotonicTime now) override;
+    void handOnFocus(bool hadFocus, PushButton &button);
     void arrange();
     double textX() const;
     void paintMark(QPainter &painter) const;
@@ -54,9 +56,11 @@ private:
     Mark m_mark = Mark::None;
     QUrl m_address;
     MonotonicTime m_now{}; ///< of the frame on screen, for the turning mark
+    int m_buttonsX = 0;
     PushButton &m_skip;
     PushButton &m_download;
     PushButton &m_check;
+    QPointer<QWidget> m_stoodIn; ///< has the focus while the button that had it is disabled
 };
 
 } // namespace ostrelle

@@ -275,6 +275,8 @@ private Q_SLOTS:
         QCOMPARE(shown(), QStringLiteral("Version 1.5 is available|Faster."));
         updates.check(UpdateService::Check::Manual, json("{'version': '2'}"));
         QCOMPARE(shown(), QStringLiteral("Version 2 is available|You're on 1.0."));
+        updates.check(UpdateService::Check::Manual, json("{'version': '2', 'notes': 'Faster.\\nCalmer.'}"));
+        QCOMPARE(shown(), QStringLiteral("Version 2 is available|Faster. Calmer."));
         updates.check(UpdateService::Check::Manual, json("{'version': '1'}"));
         const QRegularExpression current(
             QStringLiteral("^You're up to date\\|Last checked \\d{1,2} [A-Z][a-z]{2} \\d{4}, \\d{1,2}:\\d\\d.*\\.$"));

@@ -39,6 +39,7 @@ void AboutSectionTest::checksAndOffersARelease()
 {
     AboutStage stage;
     QCOMPARE(stage.row().accessibleName(), latin("Version 1.4"));
+    QCOMPARE(stage.find<QWidget>(latin("Ostrelle"))->accessibleDescription(), latin("Version 1.4"));
     const int idle = stage.row().height();
     stage.button(latin("Check Now")).setFocus();
     stage.press(Qt::Key_Return);
@@ -50,7 +51,8 @@ void AboutSectionTest::checksAndOffersARelease()
     QCOMPARE(stage.row().accessibleDescription(), latin("A calmer spring."));
     QVERIFY(stage.row().height() > idle);
     QVERIFY(!stage.offers("Check Now"));
-    stage.click(latin("Download"));
+    QVERIFY(stage.button(latin("Download")).hasFocus());
+    stage.press(Qt::Key_Return);
     QCOMPARE(stage.platform.fileOpening().addresses, QList<QUrl>{QUrl(latin("https://get.example/1.5"))});
 }
 
@@ -60,21 +62,28 @@ void AboutSectionTest::skippingSaysThatNothingIsNewer()
     stage.click(latin("Check Now"));
     stage.updateServer.answer(QByteArray(kNewer));
     stage.settle();
-    stage.click(latin("Skip"));
+    stage.button(latin("Skip")).setFocus();
+    stage.press(Qt::Key_Return);
+    stage.settle();
     QCOMPARE(stage.settings.skippedUpdateVersion(), latin("1.5"));
     QCOMPARE(stage.row().accessibleName(), latin("You're up to date"));
     QVERIFY(stage.offers("Check Now") && !stage.offers("Skip") && !stage.offers("Download"));
+    QVERIFY(stage.button(latin("Check Now")).hasFocus());
 }
 
 void AboutSectionTest::tellsWhyACheckFailed()
 {
     AboutStage stage;
-    stage.click(latin("Check Now"));
+    stage.button(latin("Check Now")).setFocus();
+    stage.press(Qt::Key_Return);
+    stage.press(Qt::Key_Tab); // to what the answer leaves alone
+    const QWidget *gone = stage.window().focusWidget();
     stage.updateServer.answer({.outcome = FeedOutcome::Answered, .status = 503, .body = {}, .message = {}});
     stage.settle();
     QCOMPARE(stage.row().accessibleName(), latin("Couldn't check for updates"));
     QCOMPARE(stage.row().accessibleDescription(), latin("The update server answered 503."));
     QVERIFY(stage.button(latin("Check Now")).isEnabled());
+    QCOMPARE(stage.window().focusWidget(), gone);
 }
 
 void AboutSectionTest::showsThatAutomaticChecksAreOff()

@@ -37,6 +37,8 @@ private Q_SLOTS:
     void thereIsOneWindowWhichComesToTheFrontAsItIs();
     void aClosedWindowGivesEverythingBack_data();
     void aClosedWindowGivesEverythingBack();
+    void canBeClosedWhileItMoves();
+    void aPickerIsAtRestAfterItsMenu();
     void theFirstPageFitsAndRestsWithoutMoving();
     void followsTheAppearance();
 };
@@ -290,6 +292,36 @@ void SettingsWindowTest::aClosedWindowGivesEverythingBack()
     QCOMPARE(stage.foreground.depth(), 1);
     stage.click(latin("Quit Ostrelle"));
     QCOMPARE(stage.quits, 1);
+}
+
+void SettingsWindowTest::canBeClosedWhileItMoves()
+{
+    SettingsFixture stage;
+    QWidget &window = stage.open(SettingsSection::General);
+    stage.click(latin("Haptic feedback"));
+    QTest::mouseClick(&stage.button(latin("Haptic feedback")), Qt::LeftButton);
+    stage.clock.advance(std::chrono::milliseconds(20));
+    QVERIFY(stage.clock.pendingCount() > 0);
+    window.close();
+    stage.settle();
+    QVERIFY(!stage.controllerOfWindow.window());
+    QCOMPARE(stage.clock.pendingCount(), 0);
+}
+
+void SettingsWindowTest::aPickerIsAtRestAfterItsMenu()
+{
+    SettingsFixture stage;
+    stage.open(SettingsSection::General);
+    auto *picker = stage.find<PopupPicker>(latin("Open on hover"));
+    QVERIFY(picker != nullptr);
+    const QImage before = picker->grab().toImage();
+    QTest::mousePress(picker, Qt::LeftButton);
+    stage.settle();
+    QVERIFY(picker->grab().toImage() != before);
+    // The menu keeps what the pointer does from then on to itself.
+    stage.platform.popups().menu()->close();
+    stage.settle();
+    QVERIFY(picker->grab().toImage() == before);
 }
 
 void SettingsWindowTest::theFirstPageFitsAndRestsWithoutMoving()

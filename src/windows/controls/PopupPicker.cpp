@@ -70,7 +70,11 @@ void PopupPicker::open()
     const int width = this->width() + PickerMenu::kTextX - kTextX;
     m_menu = std::make_unique<PickerMenu>(appearance(), m_choices, m_current, width, this);
     connect(m_menu.get(), &PickerMenu::chosen, this, &PopupPicker::choose);
-    connect(m_menu.get(), &QMenu::aboutToHide, this, [this] { setDown(false); });
+    // The menu has the pointer: the button itself hears of no release.
+    connect(m_menu.get(), &QMenu::aboutToHide, this, [this] {
+        setDown(false);
+        Q_EMIT released();
+    });
     const double top = (height() - PickerMenu::rowHeight()) / 2.0 - PickerMenu::rowTop(std::max(m_current, 0));
     m_popups.openMenu(*m_menu, *this, QPointF(kTextX - PickerMenu::kTextX, top));
 }

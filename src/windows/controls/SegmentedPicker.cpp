@@ -4,13 +4,14 @@
 #include "notch/AccessibleRole.h"
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
-#include "notch/controls/OuterGlow.h"
 #include "records/Motion.h"
 #include "windows/WindowColors.h"
 #include "windows/controls/DisabledLook.h"
+#include "windows/controls/DropShadow.h"
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -26,6 +27,19 @@ constexpr double kSeparatorWidth = 0.75;
 constexpr double kSeparatorHeight = 12;
 constexpr double kThumbShadowDeviation = 1.25;
 constexpr double kThumbShadow = 0.22;
+
+/// Only beside the thumb, through which the ground is seen.
+void paintThumbShadow(QPainter &painter, const QRectF &thumb)
+{
+    QPainterPath outside;
+    outside.addRect(thumb.adjusted(-kHeight, -kHeight, kHeight, kHeight));
+    outside.addRoundedRect(thumb, kThumbRadius, kThumbRadius);
+    painter.save();
+    painter.setClipPath(outside, Qt::IntersectClip);
+    paintDropShadow(painter, thumb.translated(0, 1), kThumbRadius, kThumbShadowDeviation,
+                    faded(Qt::black, kThumbShadow));
+    painter.restore();
+}
 
 } // namespace
 
@@ -159,8 +173,7 @@ void SegmentedPicker::paintEvent(QPaintEvent *)
         }
     }
     const QRectF thumb = segmentRect(std::clamp(m_thumb.value(), 0.0, static_cast<double>(m_choices.size()) - 1));
-    paintOuterGlow(painter, thumb.translated(0, 1), kThumbRadius, kThumbShadowDeviation,
-                   faded(Qt::black, kThumbShadow));
+    paintThumbShadow(painter, thumb);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.segment);
     painter.drawRoundedRect(thumb, kThumbRadius, kThumbRadius);

@@ -10,8 +10,8 @@
 #include "notch/PanelFrame.h"
 #include "notch/TilePainting.h"
 #include "notch/controls/ColorMix.h"
+#include "windows/controls/DropShadow.h"
 #include "windows/onboarding/DemoDesktop.h"
-#include "windows/onboarding/DropShadow.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,6 +1,7 @@
-#include "windows/onboarding/DropShadow.h"
+#include "windows/controls/DropShadow.h"
 
 #include <QPainter>
+#include <QPixmap>
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +10,6 @@
 namespace ostrelle {
 namespace {
 
-constexpr double kReach = 3; ///< in deviations
 constexpr double kStep = 0.5;
 
 } // namespace
@@ -17,10 +17,13 @@ constexpr double kStep = 0.5;
 /// Fills on each other, from the widest on, that add up to a Gaussian step of the distance from the edge.
 void paintDropShadow(QPainter &painter, const QRectF &shape, double cornerRadius, double deviation, const QColor &color)
 {
+    if (color.alpha() == 0)
+        return;
+    const double reach = dropShadowReach(deviation);
     double covered = 0;
     painter.save();
     painter.setPen(Qt::NoPen);
-    for (double outward = kReach * deviation; outward > -kReach * deviation; outward -= kStep) {
+    for (double outward = reach; outward > -reach; outward -= kStep) {
         const QRectF box = shape.adjusted(-outward, -outward, outward, outward);
         if (box.isEmpty())
             break;
@@ -33,6 +36,19 @@ void paintDropShadow(QPainter &painter, const QRectF &shape, double cornerRadius
         painter.drawRoundedRect(box, radius, radius);
     }
     painter.restore();
+}
+
+QPixmap dropShadow(const QSizeF &size, double cornerRadius, double deviation, const QColor &color,
+                   double devicePixelRatio)
+{
+    const double reach = dropShadowReach(deviation);
+    QPixmap picture(((size + QSizeF(2 * reach, 2 * reach)) * devicePixelRatio).toSize());
+    picture.setDevicePixelRatio(devicePixelRatio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintDropShadow(painter, QRectF(QPointF(reach, reach), size), cornerRadius, deviation, color);
+    return picture;
 }
 
 } // namespace ostrelle
