@@ -8,8 +8,6 @@ from .waiting import wait_until
 TITLE = "Welcome to Ostrelle"
 STEPS = ("welcome", "reach", "tools", "look", "ready")
 WIDTH, HEIGHT = 600, 560
-# Around the window, for its shadow, logical pixels.
-LEFT, TOP = 72, 48
 
 
 class WelcomeWindow:
@@ -17,10 +15,16 @@ class WelcomeWindow:
         self.desktop, self.scale = desktop, scale
         self.window = wait_until(self.find, "the window of the first run is there")
         wait_until(self.has_focus, "the window of the first run has the keyboard")
-        facts = desktop.run("xwininfo", "-id", self.window)
-        x, y = (int(re.search(rf"Absolute upper-left {axis}:\s+(-?\d+)", facts).group(1)) for axis in "XY")
-        self.x, self.y = x + round(LEFT * scale), y + round(TOP * scale)
+        self.x, self.y = self.place_on_screen()
         self.width, self.height = round(WIDTH * scale), round(HEIGHT * scale)
+
+    def place_on_screen(self):
+        """Where what the user sees as the window begins: around it may lie room for its shadow."""
+        facts = self.desktop.run("xwininfo", "-id", self.window)
+        x, y = (int(re.search(rf"Absolute upper-left {axis}:\s+(-?\d+)", facts).group(1)) for axis in "XY")
+        extents = self.desktop.run("xprop", "-id", self.window, "-notype", "_GTK_FRAME_EXTENTS")
+        left, _, top, _ = (int(number) for number in re.findall(r"\d+", extents))
+        return x + left, y + top
 
     def find(self):
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],

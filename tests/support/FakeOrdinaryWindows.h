@@ -18,6 +18,7 @@ public:
         window.activateWindow();
         ++m_count;
     }
+    bool leavesRoomForShadows() const override { return true; }
     std::unique_ptr<OwnFrame> makeOwnFrame(QWidget &, const QPainterPath &) override
     {
         auto frame = std::make_unique<Frame>(m_backing);

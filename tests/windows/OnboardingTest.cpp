@@ -289,6 +289,14 @@ void OnboardingTest::advancesByItselfUntilAToolIsPicked()
     QCOMPARE(stage.tool(), latin("Image Info"));
     stage.press(Qt::Key_Return);
     QCOMPARE(stage.step(), 3);
+    // From behind, Tab comes to the tool on show.
+    stage.rest();
+    stage.click(latin("Back"));
+    QCOMPARE(stage.window().focusWidget()->accessibleName(), latin("Continue"));
+    stage.press(Qt::Key_Backtab, Qt::ShiftModifier);
+    stage.press(Qt::Key_Backtab, Qt::ShiftModifier);
+    QCOMPARE(stage.window().focusWidget(), &stage.pickerButton());
+    stage.press(Qt::Key_Return);
     // For good.
     stage.rest();
     stage.click(latin("Back"));
@@ -361,7 +369,7 @@ void OnboardingTest::theLookTakesEffectAtOnce()
     OnboardingFixture stage;
     stage.settings.setAppearance(AppearancePreference::Dark);
     QWidget &window = stage.open(3);
-    const QPoint ground = onboarding::contentRect().topLeft() + QPoint(10, 400);
+    const QPoint ground = onboarding::contentRect(onboarding::kShadowRoom).topLeft() + QPoint(10, 400);
     const auto pixel = [&window, ground] { return window.grab().toImage().pixelColor(ground); };
     QCOMPARE(pixel(), QColor(17, 14, 20));
     stage.click(latin("Light"));
@@ -407,9 +415,10 @@ void OnboardingTest::groundLetsNothingThroughThatNobodyBlurs()
     QFETCH(const OwnFrame::Backing, backing);
     QFETCH(const int, inside);
     QFETCH(const bool, hasShadow);
-    const QRect content = onboarding::contentRect();
+    const QRect content = onboarding::contentRect(onboarding::kShadowRoom);
     for (const double ratio : {1.0, 1.25}) {
-        const QImage picture = OnboardingGround{.backing = backing}.picture(ratio);
+        const QImage picture =
+            OnboardingGround{.backing = backing, .shadowRoom = onboarding::kShadowRoom}.picture(ratio);
         const auto alphaAt = [&](const QPoint &at) { return qAlpha(picture.pixel((QPointF(at) * ratio).toPoint())); };
         QVERIFY(std::abs(alphaAt(content.center() + QPoint(0, 100)) - inside) <= 1);
         QCOMPARE(alphaAt({content.center().x(), content.y() + content.height() + 12}) > 20, hasShadow);

@@ -52,6 +52,10 @@ NotchButton::NotchButton(const ControlContext &context, QWidget *parent)
     setAttribute(Qt::WA_NoSystemBackground);
     connect(this, &QAbstractButton::pressed, this, [this] { m_press.animateTo(1, Motion::hover()); });
     connect(this, &QAbstractButton::released, this, [this] { m_press.animateTo(0, Motion::hover()); });
+    connect(this, &QAbstractButton::toggled, this, [this](bool isChecked) {
+        if (isChecked && autoExclusive())
+            becomeOnlyStop();
+    });
 }
 
 NotchButton::~NotchButton()
@@ -105,6 +109,16 @@ bool NotchButton::event(QEvent *event)
         break;
     }
     return QAbstractButton::event(event);
+}
+
+/// Of those that exclude each other Tab reaches the chosen one, from both sides. The toolkit sees to that only once one
+/// of them has had the focus.
+void NotchButton::becomeOnlyStop()
+{
+    for (auto *other : parentWidget()->findChildren<NotchButton *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (other->autoExclusive())
+            other->setFocusPolicy(other == this ? Qt::TabFocus : Qt::NoFocus);
+    }
 }
 
 void NotchButton::setHovered(bool hovered)

@@ -55,6 +55,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void becomeOnlyStop();
     void setHovered(bool hovered);
     void paintAura(QPainter &painter) const;
     QRectF ringRect() const;

@@ -2,9 +2,11 @@
 
 #include "platform/x11/ToolkitConnection.h"
 #include "platform/x11/X11OwnFrame.h"
+#include "platform/x11/XcbReply.h"
 
 #include <QWidget>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrelle {
@@ -48,6 +50,17 @@ void X11OrdinaryWindows::present(QWidget &window, const ActivationToken &)
     xcb_change_property(m_watch.xcb(), XCB_PROP_MODE_APPEND, m_timekeeper, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
                         nullptr);
     m_watch.flush();
+}
+
+bool X11OrdinaryWindows::leavesRoomForShadows() const
+{
+    constexpr std::uint32_t kMost = 4096;
+    const auto cookie =
+        xcb_get_property(m_watch.xcb(), 0, m_watch.root(), m_watch.atom("_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, kMost);
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_watch.xcb(), cookie, nullptr));
+    m_watch.flush();
+    const auto supported = propertyWords(reply.get());
+    return std::find(supported.begin(), supported.end(), m_watch.atom("_GTK_FRAME_EXTENTS")) != supported.end();
 }
 
 std::unique_ptr<OwnFrame> X11OrdinaryWindows::makeOwnFrame(QWidget &window, const QPainterPath &outline)

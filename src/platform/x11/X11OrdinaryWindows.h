@@ -14,6 +14,7 @@ public:
     ~X11OrdinaryWindows() override;
 
     void present(QWidget &window, const ActivationToken &token) override;
+    bool leavesRoomForShadows() const override;
     std::unique_ptr<OwnFrame> makeOwnFrame(QWidget &window, const QPainterPath &outline) override;
 
 private:

@@ -46,10 +46,17 @@ OwnFrame::Backing X11OwnFrame::backing() const
 
 bool X11OwnFrame::eventFilter(QObject *watched, QEvent *event)
 {
-    // Another native window, or another scale of the screen.
-    const bool isNew = event->type() == QEvent::WinIdChange || event->type() == QEvent::ScreenChangeInternal;
-    if (isNew || event->type() == QEvent::Show || event->type() == QEvent::Resize) {
+    switch (event->type()) {
+    case QEvent::WinIdChange:
+    case QEvent::ScreenChangeInternal: // with another scale
+    case QEvent::Resize:
+    case QEvent::Show:
+    // Some window managers copy the shape only when it changes while they manage the window.
+    case QEvent::WindowActivate:
         send();
+        break;
+    default:
+        break;
     }
     return OwnFrame::eventFilter(watched, event);
 }

@@ -114,9 +114,9 @@ QImage content(const OnboardingGround &ground, double ratio)
 }
 
 /// Against such a blur the round corners make no difference that is seen: the product of two blurred bars will do.
-void paintShadow(QImage &image, const QColor &color, double ratio)
+void paintShadow(QImage &image, const QMargins &room, const QColor &color, double ratio)
 {
-    const QRectF box = QRectF(onboarding::contentRect()).translated(0, kShadowOffset);
+    const QRectF box = QRectF(onboarding::contentRect(room)).translated(0, kShadowOffset);
     const auto profile = [ratio](int count, double from, double to) {
         std::vector<float> values(static_cast<std::size_t>(count));
         for (std::size_t i = 0; i < values.size(); ++i)
@@ -139,13 +139,16 @@ void paintShadow(QImage &image, const QColor &color, double ratio)
     }
 }
 
-void paintRims(QPainter &painter, const OnboardingColors &colors)
+void paintRims(QPainter &painter, const QMargins &room, const OnboardingColors &colors)
 {
-    const QRectF box(onboarding::contentRect());
-    const auto stroke = [&painter, &box](double outward, const QBrush &brush) {
+    const QRectF box(onboarding::contentRect(room));
+    // Without room around the window both lie inside.
+    const double edge = room.isNull() ? -kRimWidth : 0;
+    const auto stroke = [&painter, &box, edge](double outward, const QBrush &brush) {
+        const double reach = edge + outward;
         painter.setPen(QPen(brush, kRimWidth));
-        painter.drawRoundedRect(box.adjusted(-outward, -outward, outward, outward), onboarding::kCorner + outward,
-                                onboarding::kCorner + outward);
+        painter.drawRoundedRect(box.adjusted(-reach, -reach, reach, reach), onboarding::kCorner + reach,
+                                onboarding::kCorner + reach);
     };
     painter.setBrush(Qt::NoBrush);
     stroke(kRimWidth / 2, colors.rimOutside);
@@ -160,22 +163,22 @@ void paintRims(QPainter &painter, const OnboardingColors &colors)
 QImage OnboardingGround::picture(double devicePixelRatio) const
 {
     const OnboardingColors &colors = OnboardingColors::of(scheme, contrast);
-    QImage picture = makeImage(onboarding::kWindow, devicePixelRatio);
+    QImage picture = makeImage(onboarding::kContent.grownBy(shadowRoom), devicePixelRatio);
     const bool isCut = backing == OwnFrame::Backing::Opaque;
-    if (isCut)
+    if (isCut || shadowRoom.isNull())
         picture.fill(Qt::transparent);
     else
-        paintShadow(picture, colors.shadow, devicePixelRatio);
+        paintShadow(picture, shadowRoom, colors.shadow, devicePixelRatio);
 
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(devicePixelRatio, devicePixelRatio);
     // Nothing of the shadow shows through the window itself.
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.fillPath(onboarding::outline(), Qt::black);
+    painter.fillPath(onboarding::outline(shadowRoom), Qt::black);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 
-    const QRect place = onboarding::contentRect();
+    const QRect place = onboarding::contentRect(shadowRoom);
     QBrush brush(content(*this, devicePixelRatio));
     brush.setTransform(
         QTransform::fromTranslate(place.x(), place.y()).scale(1 / devicePixelRatio, 1 / devicePixelRatio));
@@ -183,8 +186,8 @@ QImage OnboardingGround::picture(double devicePixelRatio) const
     if (isCut)
         painter.fillRect(place, brush);
     else
-        painter.fillPath(onboarding::outline(), brush);
-    paintRims(painter, colors);
+        painter.fillPath(onboarding::outline(shadowRoom), brush);
+    paintRims(painter, shadowRoom, colors);
     painter.end();
     picture.setDevicePixelRatio(devicePixelRatio);
     return picture;

@@ -5,6 +5,7 @@
 #include "records/NotchTheme.h"
 
 #include <QImage>
+#include <QMargins>
 
 namespace ostrelle {
 
@@ -16,6 +17,7 @@ struct OnboardingGround
     Contrast contrast = Contrast::Normal;
     NotchTheme theme = NotchTheme::Spectrum;
     OwnFrame::Backing backing = OwnFrame::Backing::Translucent;
+    QMargins shadowRoom = {}; ///< none: without a shadow
 
     /// Of the whole window. Some tens of milliseconds at high densities: made once and kept.
     QImage picture(double devicePixelRatio) const;

@@ -7,27 +7,27 @@
 
 namespace ostrelle::onboarding {
 
-// Logical pixels. The content is what the user sees as the window; around it lies room for its shadow.
+// Logical pixels. The content is what the user sees as the window; around it may lie room for its shadow.
 
 inline constexpr QSize kContent{600, 560};
 inline constexpr QMargins kShadowRoom{72, 48, 72, 96};
-inline constexpr QSize kWindow = kContent.grownBy(kShadowRoom);
 inline constexpr double kCorner = 16;
 inline constexpr QSize kPage{600, 504}; ///< above the footer
 inline constexpr int kMargin = 32;      ///< of a page, at both sides
 inline constexpr int kFooterHeight = kContent.height() - kPage.height();
 inline constexpr int kSteps = 5;
 
-inline QRect contentRect()
+/// In the coordinates of a window with this room.
+inline QRect contentRect(const QMargins &room)
 {
-    return {QPoint(kShadowRoom.left(), kShadowRoom.top()), kContent};
+    return {QPoint(room.left(), room.top()), kContent};
 }
 
-/// The content's, in the window's coordinates.
-inline QPainterPath outline()
+/// The content's, likewise.
+inline QPainterPath outline(const QMargins &room)
 {
     QPainterPath path;
-    path.addRoundedRect(contentRect(), kCorner, kCorner);
+    path.addRoundedRect(contentRect(room), kCorner, kCorner);
     return path;
 }
 

@@ -27,6 +27,7 @@ constexpr int kIconSize = 48;
 OnboardingWindow::OnboardingWindow(const OnboardingSurroundings &around, OrdinaryWindows &windows)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
     , m_appearance(around.appearance)
+    , m_room(windows.leavesRoomForShadows() ? onboarding::kShadowRoom : QMargins())
     , m_frames(around.scheduler)
     , m_view(makeChild<OnboardingView>(this, ControlContext{around.appearance, m_frames}, around))
 {
@@ -34,12 +35,12 @@ OnboardingWindow::OnboardingWindow(const OnboardingSurroundings &around, Ordinar
     setWindowIcon(QIcon(ProgramMark{.size = kIconSize}.picture(1)));
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_TranslucentBackground);
-    setFixedSize(onboarding::kWindow);
-    m_view.move(onboarding::contentRect().topLeft());
+    setFixedSize(onboarding::kContent.grownBy(m_room));
+    m_view.move(onboarding::contentRect(m_room).topLeft());
     connect(&m_view, &OnboardingView::finished, this, &OnboardingWindow::finished);
     connect(&m_view, &OnboardingView::closeRequested, this, &QWidget::close);
     connect(&around.appearance, &NotchAppearance::changed, this, &OnboardingWindow::forgetGround);
-    m_frame = windows.makeOwnFrame(*this, onboarding::outline());
+    m_frame = windows.makeOwnFrame(*this, onboarding::outline(m_room));
     connect(m_frame.get(), &OwnFrame::backingChanged, this, &OnboardingWindow::forgetGround);
 }
 
@@ -48,10 +49,23 @@ OnboardingWindow::~OnboardingWindow()
     deleteChildWidgets(*this);
 }
 
+void OnboardingWindow::centreOn(const QPointF &point)
+{
+    move((point - QRectF(onboarding::contentRect(m_room)).center()).toPoint());
+}
+
 void OnboardingWindow::forgetGround()
 {
     m_ground = {};
     update();
+}
+
+bool OnboardingWindow::event(QEvent *event)
+{
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::WindowDeactivate)
+        Q_EMIT deactivated();
+    return handled;
 }
 
 void OnboardingWindow::showEvent(QShowEvent *event)
@@ -95,7 +109,8 @@ void OnboardingWindow::paintEvent(QPaintEvent *event)
         m_ground = OnboardingGround{.scheme = m_appearance.scheme(),
                                     .contrast = m_appearance.contrast(),
                                     .theme = m_appearance.theme(),
-                                    .backing = m_frame->backing()}
+                                    .backing = m_frame->backing(),
+                                    .shadowRoom = m_room}
                        .picture(devicePixelRatioF());
     QPainter painter(this);
     painter.setClipRegion(event->region());

@@ -5,6 +5,7 @@
 #include "windows/onboarding/OnboardingView.h"
 
 #include <QImage>
+#include <QMargins>
 #include <QPoint>
 #include <QWidget>
 
@@ -25,13 +26,18 @@ public:
     ~OnboardingWindow() override;
 
     const OnboardingView &view() const { return m_view; }
+    /// Puts what the user sees as the window around this point.
+    void centreOn(const QPointF &point);
 
 Q_SIGNALS:
     void closed();
+    /// Another window has the keyboard.
+    void deactivated();
     /// The steps were gone through to their end.
     void finished();
 
 protected:
+    bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -43,6 +49,7 @@ private:
     void forgetGround();
 
     NotchAppearance &m_appearance;
+    QMargins m_room; ///< for the shadow
     FrameClock m_frames;
     OnboardingView &m_view;
     std::unique_ptr<OwnFrame> m_frame;

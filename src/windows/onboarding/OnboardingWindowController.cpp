@@ -2,11 +2,16 @@
 
 #include "core/ForegroundSession.h"
 #include "core/SettingsStore.h"
+#include "foundation/TaskScheduler.h"
 #include "notch/NotchController.h"
 #include "platform/OrdinaryWindows.h"
-#include "windows/onboarding/OnboardingMeasures.h"
 
 namespace ostrelle {
+namespace {
+
+constexpr std::chrono::milliseconds kLastMoment{300};
+
+} // namespace
 
 OnboardingWindowController::OnboardingWindowController(OnboardingSurroundings around, NotchController &notch,
                                                        ForegroundSession &foreground, OrdinaryWindows &windows,
@@ -37,24 +42,27 @@ void OnboardingWindowController::show(const ActivationToken &token)
 /// In the middle of the screen that the notch is on, which is the one in use.
 void OnboardingWindowController::placeOnScreen()
 {
-    const std::optional<Screen> screen = m_notch.currentScreen();
-    if (!screen)
-        return;
-    const QPointF middle = QRectF(onboarding::contentRect()).center();
-    m_window->move((screen->frame.center() - middle).toPoint());
+    if (const std::optional<Screen> screen = m_notch.currentScreen())
+        m_window->centreOn(screen->frame.center());
 }
 
 void OnboardingWindowController::forgetWindow()
 {
     m_around.settings.setHasCompletedOnboarding(true);
+    m_lastMoment.cancel();
     // It is the sender.
     m_window.release()->deleteLater();
     m_foreground.end();
 }
 
+/// The window goes when the notch has taken the keyboard from it, or has not within a moment: the window manager hands
+/// the keyboard of a window that closes to another one, and would take it from the notch again.
 void OnboardingWindowController::finish()
 {
-    m_window->close();
+    m_around.settings.setHasCompletedOnboarding(true);
+    const auto close = [this] { m_window->close(); };
+    connect(m_window.get(), &OnboardingWindow::deactivated, this, close);
+    m_lastMoment = m_around.scheduler.after(kLastMoment, m_window.get(), close);
     m_notch.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
 }
 

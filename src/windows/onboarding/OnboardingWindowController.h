@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/Task.h"
 #include "platform/ActivationToken.h"
 #include "windows/onboarding/OnboardingSurroundings.h"
 #include "windows/onboarding/OnboardingWindow.h"
@@ -39,6 +40,7 @@ private:
     ForegroundSession &m_foreground;
     OrdinaryWindows &m_windows;
     std::unique_ptr<OnboardingWindow> m_window;
+    Task m_lastMoment;
 };
 
 } // namespace ostrelle
