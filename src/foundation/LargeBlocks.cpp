@@ -16,4 +16,9 @@ void giveBackLargeBlocks()
     ::mallopt(M_TRIM_THRESHOLD, kLarge);
 }
 
+void giveBackFreeBlocks()
+{
+    ::malloc_trim(0);
+}
+
 } // namespace ostrelle

@@ -8,4 +8,8 @@ namespace ostrelle {
 /// called first in main().
 void giveBackLargeBlocks();
 
+/// Gives back what lies free between blocks in use. For the end of something rare and large, a window for example: it
+/// takes a millisecond, and what is needed again costs page faults.
+void giveBackFreeBlocks();
+
 } // namespace ostrelle

@@ -10,16 +10,15 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <utility>
 
 #include <xcb/shape.h>
 
 namespace ostrelle {
 
-X11OwnFrame::X11OwnFrame(WatchConnection &watch, QWidget &window, QPainterPath outline)
+X11OwnFrame::X11OwnFrame(WatchConnection &watch, QWidget &window, const QPainterPath &outline)
     : m_watch(watch)
     , m_window(window)
-    , m_outline(std::move(outline))
+    , m_outline(outline)
     , m_glass(watch)
 {
     window.winId(); // there must be one to carry the shape from its first moment on the screen

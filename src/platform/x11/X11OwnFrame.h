@@ -16,7 +16,7 @@ class WatchConnection;
 class X11OwnFrame final : public OwnFrame
 {
 public:
-    X11OwnFrame(WatchConnection &watch, QWidget &window, QPainterPath outline);
+    X11OwnFrame(WatchConnection &watch, QWidget &window, const QPainterPath &outline);
 
     Backing backing() const override;
 

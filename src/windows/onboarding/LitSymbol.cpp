@@ -15,22 +15,23 @@ namespace {
 constexpr double kSymbolSquare = 1.25;
 constexpr double kGlowReach = 1.5; ///< in glow radii: three deviations
 
-/// The alpha of an image, blurred along its rows, with rows and columns exchanged.
+/// The alpha of a square image, blurred along its rows, with rows and columns exchanged.
 std::vector<float> blurredAcross(const std::vector<float> &alpha, int side, double deviation)
 {
     const int reach = static_cast<int>(std::ceil(3 * deviation));
     std::vector<float> weights;
     for (int i = -reach; i <= reach; ++i)
         weights.push_back(static_cast<float>(blurredBar(i, -0.5, 0.5, deviation)));
+    const auto at = [side](int x, int y) {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x);
+    };
     std::vector<float> result(alpha.size());
     for (int y = 0; y < side; ++y) {
         for (int x = 0; x < side; ++x) {
             float sum = 0;
             for (int i = std::max(-reach, -x); i <= std::min(reach, side - 1 - x); ++i)
-                sum += weights[static_cast<std::size_t>(i + reach)] *
-                       alpha[static_cast<std::size_t>(y) * static_cast<std::size_t>(side) +
-                             static_cast<std::size_t>(x + i)];
-            result[static_cast<std::size_t>(x) * static_cast<std::size_t>(side) + static_cast<std::size_t>(y)] = sum;
+                sum += weights[static_cast<std::size_t>(i) + static_cast<std::size_t>(reach)] * alpha[at(x + i, y)];
+            result[at(y, x)] = sum;
         }
     }
     return result;

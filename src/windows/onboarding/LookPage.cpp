@@ -49,7 +49,6 @@ void LookPage::addThemes(const ControlContext &context)
 
 void LookPage::addAppearance(const ControlContext &context)
 {
-    const auto &all = kAllAppearancePreferences;
     auto &card = makeChild<PageCard>(this, context);
     card.setGeometry(onboarding::kMargin, kCardTop, onboarding::kPage.width() - 2 * onboarding::kMargin, kCardHeight);
     const QStringList choices = {QStringLiteral("System"), QStringLiteral("Light"), QStringLiteral("Dark")};
@@ -58,9 +57,11 @@ void LookPage::addAppearance(const ControlContext &context)
     auto &row = makeChild<LabelledRow>(&card, context, QStringLiteral("Appearance"), &picker);
     row.setGeometry(card.rect());
 
-    connect(&picker, &SegmentedPicker::chosen, this,
-            [this, &all](int index) { m_settings.setAppearance(all.at(static_cast<std::size_t>(index))); });
-    const auto show = [this, &picker, &all] {
+    connect(&picker, &SegmentedPicker::chosen, this, [this](int index) {
+        m_settings.setAppearance(kAllAppearancePreferences.at(static_cast<std::size_t>(index)));
+    });
+    const auto show = [this, &picker] {
+        const auto &all = kAllAppearancePreferences;
         picker.showCurrent(static_cast<int>(std::find(all.begin(), all.end(), m_settings.appearance()) - all.begin()));
     };
     show();

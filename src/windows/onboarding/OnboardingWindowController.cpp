@@ -2,6 +2,7 @@
 
 #include "core/ForegroundSession.h"
 #include "core/SettingsStore.h"
+#include "foundation/LargeBlocks.h"
 #include "foundation/TaskScheduler.h"
 #include "notch/NotchController.h"
 #include "platform/OrdinaryWindows.h"
@@ -50,6 +51,7 @@ void OnboardingWindowController::forgetWindow()
 {
     m_around.settings.setHasCompletedOnboarding(true);
     m_lastMoment.cancel();
+    connect(m_window.get(), &QObject::destroyed, this, &giveBackFreeBlocks, Qt::QueuedConnection);
     // It is the sender.
     m_window.release()->deleteLater();
     m_foreground.end();
