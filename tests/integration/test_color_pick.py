@@ -133,6 +133,22 @@ class ColorPick(unittest.TestCase):
             self.check_free(desktop)
             program.wait_phase("idle")
 
+    def test_one_of_many_that_start_in_the_same_moment(self):
+        desktop = self.desktop_of(compositor=False, bus=False)
+        program = Program(desktop, start=False)
+        desktop.run("xdotool", "mousemove", "300", "400")
+        for _ in range(8):
+            picks = [subprocess.Popen([program.command, "color", "pick"], env=program.environment,
+                                      stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) for _ in range(4)]
+            for pick in picks:
+                self.addCleanup(pick.kill)
+            wait_until(lambda: sum(pick.poll() is None for pick in picks) == 1, "three have ended")
+            # It takes keys only when it is there: until then they go nowhere.
+            wait_until(lambda: desktop.key("Return") or all(pick.poll() is not None for pick in picks), "picked")
+            told = sorted(pick.communicate() for pick in picks)
+            self.assertEqual(told[:3], [("", "ostrelle: color pick: a loupe is open already\n")] * 3)
+            self.assertEqual(told[3], (hexadecimal(colour_at(300, 400)) + "\n", ""))
+
     def test_wrong_usage(self):
         program = Program(Desktop(320, 200, wm=None, compositor=False, bus=False), start=False)
         self.addCleanup(program.desktop.close)

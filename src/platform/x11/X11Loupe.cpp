@@ -2,6 +2,7 @@
 
 #include "foundation/TaskScheduler.h"
 #include "platform/freedesktop/ColordProfiles.h"
+#include "platform/x11/SelectionOwners.h"
 #include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11RawPointer.h"
 #include "platform/x11/XcbReply.h"
@@ -13,6 +14,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
+
+#include <xcb/xfixes.h>
 
 namespace ostrelle {
 
@@ -33,24 +37,31 @@ xcb_window_t ownerOf(WatchConnection &connection, xcb_atom_t selection)
     return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
 }
 
-bool hasCompositor(WatchConnection &connection)
+xcb_atom_t compositorSelection(WatchConnection &connection)
 {
     const QByteArray name = QByteArray("_NET_WM_CM_S").append(QByteArray::number(connection.screenNumber()));
-    return ownerOf(connection, connection.atom(name.constData())) != XCB_WINDOW_NONE;
+    return connection.atom(name.constData());
+}
+
+LoupeLens::Shadow shadowUnder(xcb_window_t compositor)
+{
+    return compositor == XCB_WINDOW_NONE ? LoupeLens::Shadow::None : LoupeLens::Shadow::Soft;
 }
 
 /// False when another process has it.
 bool claimTheOneLoupe(WatchConnection &connection)
 {
     const xcb_atom_t selection = connection.atom(kSelection);
-    if (ownerOf(connection, selection) != XCB_WINDOW_NONE) {
-        return false;
-    }
     const xcb_window_t owner = xcb_generate_id(connection.xcb());
     xcb_create_window(connection.xcb(), 0, owner, connection.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0,
                       nullptr);
-    xcb_set_selection_owner(connection.xcb(), owner, selection, XCB_CURRENT_TIME);
-    return ownerOf(connection, selection) == owner;
+    xcb_grab_server(connection.xcb()); // two that ask in the same moment would both find it free
+    const bool isFree = ownerOf(connection, selection) == XCB_WINDOW_NONE;
+    if (isFree) {
+        xcb_set_selection_owner(connection.xcb(), owner, selection, XCB_CURRENT_TIME);
+    }
+    xcb_ungrab_server(connection.xcb());
+    return isFree && ownerOf(connection, selection) == owner;
 }
 
 QRegion visibleRegion(const QImage &picture)
@@ -99,9 +110,9 @@ X11Loupe::X11Loupe(std::unique_ptr<WatchConnection> connection, const Screens &s
     , m_scheduler(scheduler)
     , m_handlers(std::move(handlers))
 {
-    m_grab.emplace(
-        *m_connection, scheduler,
-        X11LoupeGrab::Handlers{.taken = [this] { begin(); }, .failed = [this] { end(Ending::Unavailable); }});
+    m_grab.emplace(*m_connection, scheduler,
+                   X11LoupeGrab::Handlers{.taken = [this] { begin(); },
+                                          .failed = [this] { end(m_picked ? Ending::Chosen : Ending::Unavailable); }});
     // What was captured is not what the screens show in their new places.
     connect(&screens, &Screens::changed, this, [this] {
         const QList<Screen> arrangement = m_screens.all();
@@ -129,8 +140,9 @@ void X11Loupe::begin()
             scheduleDraw();
         }
     };
-    m_lensWindow = X11OverlayWindow::create(*m_connection, wasRead);
-    m_labelsWindow = X11OverlayWindow::create(*m_connection, wasRead);
+    const X11OverlayWindow::Handlers handlers{.read = wasRead, .exposed = [this] { scheduleDraw(); }};
+    m_lensWindow = X11OverlayWindow::create(*m_connection, handlers);
+    m_labelsWindow = X11OverlayWindow::create(*m_connection, handlers);
     m_arrangement = m_screens.all();
     if (!m_capture || !m_lensWindow || !m_labelsWindow || m_arrangement.isEmpty()) {
         end(Ending::Unavailable);
@@ -141,7 +153,7 @@ void X11Loupe::begin()
         m_monitors.push_back({m_capture->area(), {}, {}});
     }
     askColord();
-    m_shadow = hasCompositor(*m_connection) ? LoupeLens::Shadow::Soft : LoupeLens::Shadow::None;
+    followCompositor();
     m_rawPointer.disregardPresses();
     m_input.emplace(*m_connection, X11LoupeInput::Handlers{
                                        .moved = [this](const QPoint &position) { moveTo(position); },
@@ -161,6 +173,26 @@ void X11Loupe::begin()
         m_hotSpot = nearestOnScreen(QPoint(pointer->root_x, pointer->root_y));
     }
     draw();
+}
+
+void X11Loupe::followCompositor()
+{
+    const xcb_atom_t selection = compositorSelection(*m_connection);
+    const int ownerEvent = watchSelectionOwners(*m_connection, selection);
+    m_shadow = shadowUnder(ownerOf(*m_connection, selection));
+    m_compositorWatch = m_connection->onEvent([this, selection, ownerEvent](const xcb_generic_event_t &event) {
+        if (ownerEvent == 0 || (event.response_type & 0x7f) != ownerEvent || !m_lensWindow) {
+            return;
+        }
+        const auto &notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
+        const LoupeLens::Shadow shadow = shadowUnder(notify.owner);
+        if (notify.selection == selection && std::exchange(m_shadow, shadow) != shadow) {
+            m_lensWindow->clearShape();
+            m_labelsWindow->clearShape();
+            m_place.reset();
+            scheduleDraw();
+        }
+    });
 }
 
 void X11Loupe::askColord()

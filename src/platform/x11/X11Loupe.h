@@ -5,6 +5,7 @@
 #include "platform/Screens.h"
 #include "platform/loupe/LoupeLabels.h"
 #include "platform/loupe/LoupeLens.h"
+#include "platform/x11/WatchConnection.h"
 #include "platform/x11/X11DesktopCapture.h"
 #include "platform/x11/X11LoupeGrab.h"
 #include "platform/x11/X11LoupeInput.h"
@@ -21,7 +22,6 @@ namespace ostrelle {
 
 class ColordProfiles;
 class TaskScheduler;
-class WatchConnection;
 class X11RawPointer;
 
 /// One loupe, from the question to the answer. It has a connection of its own: with the object, or with the process,
@@ -71,6 +71,8 @@ private:
 
     /// In sRGB, of the pixel at the hot spot.
     PickedColour pointedColour() const;
+    /// It may come or go while the loupe is open.
+    void followCompositor();
     void askColord();
     QPoint nearestOnScreen(const QPoint &position) const;
     /// Soon, from the event loop: this may be the middle of an event of the connection that ends with the loupe.
@@ -87,6 +89,7 @@ private:
     std::vector<X11MonitorProfile> m_monitors; ///< at least one
     std::unique_ptr<ColordProfiles> m_colord;
     LoupeLens::Shadow m_shadow = LoupeLens::Shadow::None;
+    WatchConnection::Subscription m_compositorWatch;
     std::unique_ptr<X11OverlayWindow> m_lensWindow;
     std::unique_ptr<X11OverlayWindow> m_labelsWindow;
     std::optional<Place> m_place;

@@ -37,7 +37,7 @@ std::optional<xcb_visualid_t> visualWithAlpha(const xcb_screen_t &screen)
 
 } // namespace
 
-std::unique_ptr<X11OverlayWindow> X11OverlayWindow::create(WatchConnection &connection, std::function<void()> read)
+std::unique_ptr<X11OverlayWindow> X11OverlayWindow::create(WatchConnection &connection, Handlers handlers)
 {
     const auto visual = visualWithAlpha(connection.screen());
     const xcb_setup_t *setup = xcb_get_setup(connection.xcb());
@@ -46,12 +46,12 @@ std::unique_ptr<X11OverlayWindow> X11OverlayWindow::create(WatchConnection &conn
     if (!visual || setup->image_byte_order != ownOrder) {
         return nullptr;
     }
-    return std::make_unique<X11OverlayWindow>(connection, Visual{*visual, kDepthWithAlpha}, std::move(read));
+    return std::make_unique<X11OverlayWindow>(connection, Visual{*visual, kDepthWithAlpha}, std::move(handlers));
 }
 
-X11OverlayWindow::X11OverlayWindow(WatchConnection &connection, const Visual &visual, std::function<void()> read)
+X11OverlayWindow::X11OverlayWindow(WatchConnection &connection, const Visual &visual, Handlers handlers)
     : m_connection(connection)
-    , m_read(std::move(read))
+    , m_handlers(std::move(handlers))
     , m_id(xcb_generate_id(connection.xcb()))
     , m_colormap(xcb_generate_id(connection.xcb()))
     , m_context(xcb_generate_id(connection.xcb()))
@@ -62,10 +62,12 @@ X11OverlayWindow::X11OverlayWindow(WatchConnection &connection, const Visual &vi
     xcb_create_colormap(xcb, XCB_COLORMAP_ALLOC_NONE, m_colormap, connection.root(), visual.id);
     // Without a background the server leaves the picture alone when the window moves.
     constexpr std::uint32_t kOverrideRedirect = 1;
-    const std::array<std::uint32_t, 4> values{XCB_BACK_PIXMAP_NONE, 0, kOverrideRedirect, m_colormap};
-    xcb_create_window(xcb, visual.depth, m_id, connection.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      visual.id, XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
-                      values.data());
+    const std::array<std::uint32_t, 5> values{XCB_BACK_PIXMAP_NONE, 0, kOverrideRedirect, XCB_EVENT_MASK_EXPOSURE,
+                                              m_colormap};
+    xcb_create_window(
+        xcb, visual.depth, m_id, connection.root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.id,
+        XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+        values.data());
     xcb_create_gc(xcb, m_context, m_id, 0, nullptr);
     // The type keeps compositors from drawing a shadow around the rectangle; no rectangle at all lets clicks through.
     const xcb_atom_t dock = connection.atom("_NET_WM_WINDOW_TYPE_DOCK");
@@ -114,6 +116,11 @@ void X11OverlayWindow::setShape(const QRegion &shape)
                          0, 0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 
+void X11OverlayWindow::clearShape()
+{
+    xcb_shape_mask(m_connection.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, m_id, 0, 0, XCB_PIXMAP_NONE);
+}
+
 void X11OverlayWindow::present(const QPoint &position)
 {
     move(position);
@@ -146,13 +153,18 @@ void X11OverlayWindow::move(const QPoint &position)
 
 void X11OverlayWindow::handle(const xcb_generic_event_t &event)
 {
-    if (!m_segment || (event.response_type & 0x7f) != m_completionEvent) {
-        return;
-    }
-    const auto &completion = reinterpret_cast<const xcb_shm_completion_event_t &>(event);
-    if (completion.drawable == m_id && completion.shmseg == m_segment->id()) {
-        m_isBeingRead = false;
-        m_read();
+    const int type = event.response_type & 0x7f;
+    if (m_segment && type == m_completionEvent) {
+        const auto &completion = reinterpret_cast<const xcb_shm_completion_event_t &>(event);
+        if (completion.drawable == m_id && completion.shmseg == m_segment->id()) {
+            m_isBeingRead = false;
+            m_handlers.read();
+        }
+    } else if (type == XCB_EXPOSE) {
+        const auto &expose = reinterpret_cast<const xcb_expose_event_t &>(event);
+        if (expose.window == m_id && expose.count == 0) {
+            m_handlers.exposed();
+        }
     }
 }
 

@@ -20,10 +20,16 @@ class X11OverlayWindow
     struct Visual;
 
 public:
-    /// Null when the server has no pixels with alpha. `read` is called when the server has read the canvas.
-    static std::unique_ptr<X11OverlayWindow> create(WatchConnection &connection, std::function<void()> read);
+    struct Handlers
+    {
+        std::function<void()> read;    ///< the server has read the canvas
+        std::function<void()> exposed; ///< a part of the picture is lost: it was covered, or a compositor came
+    };
+
+    /// Null when the server has no pixels with alpha.
+    static std::unique_ptr<X11OverlayWindow> create(WatchConnection &connection, Handlers handlers);
     explicit X11OverlayWindow(WatchConnection &connection, const Visual &visual,
-                              std::function<void()> read); ///< only create() knows a visual
+                              Handlers handlers); ///< only create() knows a visual
     ~X11OverlayWindow();
     X11OverlayWindow(const X11OverlayWindow &) = delete;
     X11OverlayWindow &operator=(const X11OverlayWindow &) = delete;
@@ -36,6 +42,8 @@ public:
 
     /// The pixels that there are: without a compositor none can be seen through.
     void setShape(const QRegion &shape);
+    /// All of them are there again.
+    void clearShape();
     /// Shows the canvas with its top left corner there.
     void present(const QPoint &position);
     /// Leaves the picture as it is.
@@ -45,7 +53,7 @@ private:
     void handle(const xcb_generic_event_t &event);
 
     WatchConnection &m_connection;
-    std::function<void()> m_read;
+    Handlers m_handlers;
     xcb_window_t m_id;
     xcb_colormap_t m_colormap;
     xcb_gcontext_t m_context;

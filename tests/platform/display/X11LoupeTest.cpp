@@ -1,3 +1,4 @@
+#include "Compositor.h"
 #include "PeerClient.h"
 #include "PeerKeyboard.h"
 #include "platform/ColourPicker.h"
@@ -29,12 +30,15 @@ private Q_SLOTS:
     void findsEveryCorner_data();
     void findsEveryCorner();
     void showsWhatWasThereBefore();
+    void paintsAgainWhatWasCovered();
+    void hasAShadowWhileThereIsACompositor();
     void givesPointerAndKeyboardBack_data();
     void givesPointerAndKeyboardBack();
     void keepsItsPressesFromEverybodyElse();
     void waitsForAGrabThatEnds();
     void givesUpWhereTheGrabStays_data();
     void givesUpWhereTheGrabStays();
+    void keepsWhatWasGatheredWithoutTheKeyboard();
     void closesTheProgramsOwnMenus();
     void takesTheKeyboardWhileItsShortcutIsHeld();
     void leavesTheLoupeToAnotherProcess();
@@ -186,6 +190,38 @@ void X11LoupeTest::showsWhatWasThereBefore()
     QCOMPARE(m_peer->pressCount(later), 0);
 }
 
+void X11LoupeTest::paintsAgainWhatWasCovered()
+{
+    const QPoint hotSpot(500, 500);
+    open(hotSpot);
+    QImage black(200, 300, QImage::Format_RGB32);
+    black.fill(Qt::black);
+    const xcb_window_t notification = m_peer->open(QRect(400, 400, 200, 300), PeerClient::Kind::OverrideRedirect);
+    m_peer->paint(notification, black);
+    QTRY_VERIFY(!isShownAt(hotSpot));
+    m_peer->close(notification);
+    QTRY_VERIFY(isShownAt(hotSpot));
+}
+
+void X11LoupeTest::hasAShadowWhileThereIsACompositor()
+{
+    const QPoint hotSpot(500, 500);
+    const QPoint beside = hotSpot + QPoint(93, 0) * qApp->devicePixelRatio(); // the outline ends at 88
+    const QColor unshaded = QColor(colourAt(beside));
+    const auto isShaded = [&] {
+        const QColor shown(m_peer->pixel(beside));
+        return shown.value() < unshaded.value() && shown.value() > unshaded.value() / 2;
+    };
+    Compositor compositor;
+    open(hotSpot);
+    QCOMPARE(m_peer->pixel(beside), unshaded.rgb());
+    QVERIFY(compositor.start(*m_peer));
+    QTRY_VERIFY(isShaded());
+    compositor.stop();
+    QTRY_COMPARE(m_peer->pixel(beside), unshaded.rgb());
+    QVERIFY(isShownAt(hotSpot));
+}
+
 void X11LoupeTest::arrangeScreens(std::initializer_list<const char *> arguments)
 {
     QStringList words;
@@ -287,6 +323,19 @@ void X11LoupeTest::givesUpWhereTheGrabStays()
     m_peer->releasePointer();
     m_peer->releaseKeyboard();
     QVERIFY(isEverythingFree());
+}
+
+void X11LoupeTest::keepsWhatWasGatheredWithoutTheKeyboard()
+{
+    const QPoint pointer(500, 500);
+    QVERIFY(m_peer->grabKeyboard());
+    open(pointer);
+    QTest::ignoreMessage(QtWarningMsg, "No colour can be picked: another program holds the keyboard");
+    m_peer->key(kShift, /*down=*/true);
+    m_peer->click();
+    m_peer->key(kShift, /*down=*/false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_ended.size(), 1, 20'000);
+    QVERIFY(isPicked(pointer));
 }
 
 void X11LoupeTest::closesTheProgramsOwnMenus()
