@@ -109,7 +109,7 @@ void AppDelegate::startCommands()
                         [this](SettingsSection section) { m_services.settingsWindow().show(section); });
     addWelcomeRequest(m_router, [this] { m_services.onboardingWindow().show(); });
     addAutostartRequests(m_router, m_services.launchAtLogin());
-    addShortcutsRequests(m_router, m_services.shortcuts());
+    addShortcutsRequests(m_router, m_services.shortcuts(), m_services.defaults());
     addUpdateRequests(m_router, m_services.updates());
     addForgetRequest(m_router, m_services);
     m_server = std::make_unique<ControlServer>(m_router);

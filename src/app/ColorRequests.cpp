@@ -1,8 +1,7 @@
 #include "app/ColorRequests.h"
 
+#include "app/DefaultsEdit.h"
 #include "app/RequestRouter.h"
-#include "foundation/AppPaths.h"
-#include "foundation/DefaultsDatabase.h"
 #include "inspectors/ColorService.h"
 #include "records/ColorText.h"
 
@@ -24,19 +23,7 @@ RequestAnswer withColor(const QJsonObject &request, const std::function<void(con
 void addColorRequests(RequestRouter &router, ColorService &colors, DefaultsDatabase &defaults)
 {
     const auto addEdit = [&](const QString &verb, const RequestRouter::Handler &edit) {
-        router.addLater(
-            verb, [&colors, &defaults, edit](const QJsonObject &request, const RequestRouter::Reply &reply) {
-                const RequestAnswer answer = edit(request);
-                if (answer.status != RequestAnswer::Status::Done) {
-                    reply(answer);
-                    return;
-                }
-                defaults.whenSaved(&colors, [reply, answer](bool isSaved) {
-                    reply(isSaved ? answer
-                                  : RequestAnswer::failed(
-                                        QStringLiteral("color: cannot write %1").arg(AppPaths::defaultsFile())));
-                });
-            });
+        addDefaultsEdit(router, verb, defaults, colors, edit);
     };
     router.add(QStringLiteral("color.list"),
                [&colors](const QJsonObject &) { return RequestAnswer::done(toJson(colors.lists())); });

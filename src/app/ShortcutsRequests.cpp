@@ -1,5 +1,6 @@
 #include "app/ShortcutsRequests.h"
 
+#include "app/DefaultsEdit.h"
 #include "app/RequestRouter.h"
 #include "records/KeyComboText.h"
 #include "shortcuts/ShortcutService.h"
@@ -56,15 +57,18 @@ RequestAnswer setTyped(ShortcutService &shortcuts, ShortcutAction action, const 
 
 } // namespace
 
-void addShortcutsRequests(RequestRouter &router, ShortcutService &shortcuts)
+void addShortcutsRequests(RequestRouter &router, ShortcutService &shortcuts, DefaultsDatabase &defaults)
 {
+    const auto addEdit = [&](const QString &verb, const RequestRouter::Handler &edit) {
+        addDefaultsEdit(router, verb, defaults, shortcuts, edit);
+    };
     router.add(QStringLiteral("shortcuts.list"),
                [&shortcuts](const QJsonObject &) { return RequestAnswer::done(list(shortcuts)); });
-    router.add(QStringLiteral("shortcuts.set"), [&shortcuts](const QJsonObject &request) {
+    addEdit(QStringLiteral("shortcuts.set"), [&shortcuts](const QJsonObject &request) {
         return withAction(
             request, [&](ShortcutAction action) { return setTyped(shortcuts, action, request[u"combo"].toString()); });
     });
-    router.add(QStringLiteral("shortcuts.unset"), [&shortcuts](const QJsonObject &request) {
+    addEdit(QStringLiteral("shortcuts.unset"), [&shortcuts](const QJsonObject &request) {
         return withAction(request, [&](ShortcutAction action) {
             shortcuts.set(std::nullopt, action);
             return RequestAnswer::done();

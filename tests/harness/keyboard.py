@@ -4,7 +4,7 @@ import ctypes
 # As the Linux kernel numbers the keys of a PC board, plus 8.
 CONTROL, SHIFT, ALT, SUPER = 37, 50, 64, 133
 ESCAPE, SPACE, RETURN, CAPS_LOCK, NUM_LOCK, SCROLL_LOCK = 9, 65, 36, 66, 77, 78
-C, V, Y = 54, 55, 29
+C, F, V, Y = 54, 41, 55, 29
 
 
 class Keyboard:

@@ -1,10 +1,12 @@
 """Key combinations that work whatever program is in front."""
 import json
+import resource
+import subprocess
 import unittest
 
 from harness.desktop import OPENBOX, Desktop
 from harness.drag import DragSource, uri
-from harness.keyboard import (CAPS_LOCK, CONTROL, ESCAPE, NUM_LOCK, SCROLL_LOCK, SHIFT, SPACE, SUPER, C, Keyboard, V, Y)
+from harness.keyboard import (CAPS_LOCK, CONTROL, ESCAPE, NUM_LOCK, SCROLL_LOCK, SHIFT, SPACE, SUPER, C, F, Keyboard, V, Y)
 from harness.peer import Peer
 from harness.program import Program
 from harness.waiting import holds_for, wait_until
@@ -107,6 +109,34 @@ class Shortcuts(unittest.TestCase):
                 self.assertEqual((answer.returncode, answer.stderr.count("\n")), (status, 1), arguments)
             self.assertEqual(self.combos(), before)
             self.program.stop()
+
+    def test_a_full_disk(self):
+        """A combination works at once; that it will not be there tomorrow is told, whoever sets it."""
+        self.begin()
+        self.program.stop()
+        defaults = self.desktop.home / "config" / "Ostrelle" / "defaults.json"
+        for step in range(8):  # more than there will be room for
+            self.program.call("color", "add", f"{step}, 0, 0")
+        room = 300
+        failure = (1, f"ostrelle: shortcuts: cannot write {defaults}\n")
+
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (room, room))
+
+        alone = subprocess.run([self.program.command, "shortcuts", "set", "toggleNotch", "Super+F"],
+                               env=self.program.environment, capture_output=True, text=True, preexec_fn=limit)
+        self.assertEqual((alone.returncode, alone.stderr), failure)
+        self.program.start()
+        resource.prlimit(self.program.process.pid, resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY))
+        self.program.expected_lines += ["could not be saved: cannot write"]
+        told = self.program.call("shortcuts", "set", "toggleNotch", "Super+F", check=False)
+        self.assertEqual((told.returncode, told.stderr), failure)
+        self.keyboard.press(SUPER, F)
+        self.shows(None, "it works all the same")
+        resource.prlimit(self.program.process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY,) * 2)
+        self.program.call("shortcuts", "unset", "openClipboard")
+        self.program.stop()
+        self.assertEqual((self.combos()["toggleNotch"], self.combos()["openClipboard"]), ("Super+F", None))
 
     def test_follow_the_layout_by_name_and_not_by_place(self):
         self.begin()
