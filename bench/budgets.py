@@ -2,6 +2,7 @@
 """Measures the running program against its budgets and prints figure and budget side by side; exits 1 when one is missed.
 Usage: bench/budgets.py [--compare] [NAME ...]
 --compare measures the clipboard managers that are installed (parcellite, clipit, copyq, xfce4-clipman) in the same run."""
+import argparse
 import json
 import math
 import os
@@ -565,11 +566,16 @@ MEASURES = {"memory": measure_memory, "memory-images": measure_memory_images,
 
 
 def main():
-    wanted = [word for word in sys.argv[1:] if not word.startswith("--")] or list(MEASURES)
-    for name in wanted:
+    words = argparse.ArgumentParser(description="Prints figure and budget of each; exits 1 when a budget is missed.")
+    words.add_argument("names", metavar="NAME", nargs="*", help=f"all without one; {', '.join(MEASURES)}")
+    words.add_argument("--compare", action="store_true", help="the clipboard managers that are installed, too")
+    wanted = words.parse_args()
+    if unknown := set(wanted.names) - set(MEASURES):
+        words.error(f"there is no {', '.join(unknown)}")
+    for name in wanted.names or MEASURES:
         with Desktop() as desktop:
             MEASURES[name](desktop)
-    if "--compare" in sys.argv:
+    if wanted.compare:
         with Desktop() as desktop:
             compare(desktop)
     sys.exit(0 if all(RESULTS) else 1)

@@ -5,6 +5,7 @@ import os
 import re
 import signal
 import subprocess
+import threading
 import time
 
 from harness.drag import DragSource, uri
@@ -171,40 +172,65 @@ class Sound:
         return bool(self.ask("list", "short", "sink-inputs").strip())
 
 
+def send(what, processes):
+    for process in processes:
+        try:
+            os.kill(process, what)
+        except ProcessLookupError:
+            pass
+
+
+class Standstill:
+    """Time stands still for the helpers of a program, for those too that it starts meanwhile, until go_on()."""
+
+    def __init__(self, program):
+        self._program = program
+        self._stopped = set()
+        self._over = threading.Event()
+        self._stop_new()
+        self._watch = threading.Thread(target=self._keep, daemon=True)
+        self._watch.start()
+
+    def _stop_new(self):
+        new = set(children(self._program)) - self._stopped
+        send(signal.SIGSTOP, new)
+        self._stopped |= new
+
+    def _keep(self):
+        while not self._over.wait(0.001):
+            self._stop_new()
+
+    def go_on(self):
+        self._over.set()
+        self._watch.join()
+        send(signal.SIGCONT, self._stopped)
+
+
 def listen(tool, path):
     """Shows a file and stops time for its helpers while they listen to it; what to start them again with."""
     wire = Wire(tool.stage.program)
     program = tool.stage.program.status()["pid"]
 
-    def send(what, processes):
-        for process in processes:
-            try:
-                os.kill(process, what)
-            except ProcessLookupError:
-                pass
-
     def is_shown(before):
         # They get on by moments, so that what they know is told before they know more.
-        stopped = children(program)
-        send(signal.SIGSTOP, stopped)
+        standstill = Standstill(program)
         if wire.status()["counts"][tool.name] > before:
-            return stopped or True
-        send(signal.SIGCONT, stopped)
-        return False
+            return standstill
+        standstill.go_on()
+        return None
 
     for _ in range(5):
         tool.stage.open(tool.name)
         source = tool.drag(path)
         before = wire.status()["counts"][tool.name]
         source.let_go()
-        stopped = wait_until(lambda: is_shown(before), f"{path.name} is shown", interval=0)
+        standstill = wait_until(lambda: is_shown(before), f"{path.name} is shown", interval=0)
         source.end()
         tool.stage.park()
-        if stopped is not True and tool.facts().get("Tempo") == "Listening…":
+        if tool.facts().get("Tempo") == "Listening…":
             wire.close()
-            return lambda: send(signal.SIGCONT, stopped)
-        if stopped is not True:
-            send(signal.SIGCONT, stopped)
+            return standstill.go_on
+        standstill.go_on()
         forget_all(tool)
     raise AssertionError("the tempo is found before anybody can look")
 
