@@ -133,6 +133,8 @@ class ColorCommands(unittest.TestCase):
             self.program.call("open", "color")
             self.program.wait_phase("expanded")
             surface = self.program.status()["surface"]
+            # Without a compositor what the glass has not reached yet is the window below.
+            self.desktop.settled(surface["x"], surface["y"], surface["width"], surface["height"])
             self.desktop.click(surface["x"] + surface["width"] / 2, surface["y"] + surface["height"] - 53)
             wait_until(lambda: self.program.status()["sampling"], "the button opens the loupe")
             self.desktop.move_pointer(200, 500)
