@@ -16,7 +16,9 @@ STRANGER = "stranger.ostrelle.test"  # of an authority that nobody trusts
 
 def response(body, status="200 OK", *fields):
     body = body if isinstance(body, bytes) else json.dumps(body).encode()
-    head = [f"HTTP/1.1 {status}", f"Content-Length: {len(body)}", "Set-Cookie: taste=sweet; Path=/", *fields]
+    # What is not told of its end is used again, and then meets it.
+    head = [f"HTTP/1.1 {status}", f"Content-Length: {len(body)}", "Connection: close", "Set-Cookie: taste=sweet; Path=/",
+            *fields]
     return "\r\n".join(head).encode() + b"\r\n\r\n" + body
 
 

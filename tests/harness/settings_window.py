@@ -15,6 +15,14 @@ class SettingsWindow:
         program.call("settings", "--section", section)
         self.wait_open()
 
+    @classmethod
+    def opened(cls, desktop, program):
+        """One that something else than this opens."""
+        window = cls.__new__(cls)
+        window.desktop, window.program = desktop, program
+        window.wait_open()
+        return window
+
     def find(self):
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],
                                env=self.desktop.environment, capture_output=True, text=True).stdout.split()

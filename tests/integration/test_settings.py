@@ -287,9 +287,7 @@ class Settings(unittest.TestCase):
         surface = self.program.status()["surface"]
         self.desktop.settled(200, 0, 880, 300)
         self.desktop.click(surface["x"] + surface["width"] - 23, 24 + 5 + 11)
-        window = SettingsWindow.__new__(SettingsWindow)
-        window.desktop, window.program = self.desktop, self.program
-        window.wait_open()
+        window = SettingsWindow.opened(self.desktop, self.program)
         self.assertEqual(self.program.status()["phase"], "idle", "opening it closes the notch")
         self.assertEqual((window.width, window.height), (620, 452))
         self.assertIn(window.window, [f"{int(line.split()[0], 16)}" for line in
@@ -336,9 +334,7 @@ class Settings(unittest.TestCase):
     def test_the_command_starts_the_program_with_the_window(self):
         self.program.stop()
         self.program.start("settings", "--section", "privacy")
-        window = SettingsWindow.__new__(SettingsWindow)
-        window.desktop, window.program = self.desktop, self.program
-        window.wait_open()
+        window = SettingsWindow.opened(self.desktop, self.program)
         self.assertIn("checked", window.control("radio button", "Privacy")["states"])
         window.close()
         answer = self.program.call("settings", "--section", "nowhere", check=False)

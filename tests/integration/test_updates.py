@@ -6,6 +6,7 @@ import unittest
 from harness.desktop import Desktop
 from harness.feed import MIRROR, MISTAKEN, SERVER, STRANGER, FeedServer, deployed_program, endless, redirect, response
 from harness.program import Program
+from harness.settings_window import SettingsWindow
 from harness.waiting import wait_until
 
 NEWER = {"version": "v9.1", "url": "https://get.example/9.1", "notes": "Faster.\x1b[31m", "future": True}
@@ -99,6 +100,7 @@ class Updates(unittest.TestCase):
             program.wait_phase("expanded")
             wait_until(lambda: self.server.requests, "the check after the start", 30)
             wait_until(self.has_dot, "the gear tells of the update")
+            self.offered_by_the_gear()
             text = program.call("update", "check").stdout
             self.assertEqual(text, "Version v9.1 is available\nFaster. [31m\nhttps://get.example/9.1\n")
             self.assertEqual(len(self.server.requests), 2)
@@ -111,6 +113,18 @@ class Updates(unittest.TestCase):
             failed = program.call("update", "check", check=False)
             self.assertEqual((failed.returncode, failed.stdout, failed.stderr),
                              (1, "", "ostrelle: could not check for updates: The update server answered 500.\n"))
+
+    def offered_by_the_gear(self):
+        surface = self.program.status()["surface"]
+        self.desktop.settled(0, 0, self.desktop.frames.width, 300)
+        self.desktop.click(int(surface["x"] + surface["width"]) - 23, int(surface["y"]) + 24 + 5 + 11)
+        window = SettingsWindow.opened(self.desktop, self.program)
+        self.assertIn("checked", window.control("radio button", "About")["states"])
+        self.assertEqual(window.control("panel", "Version v9.1 is available")["description"], "Faster. [31m")
+        window.control("push button", "Download")
+        window.close()
+        self.program.call("open")
+        self.program.wait_phase("expanded")
 
     def has_dot(self):
         surface = self.program.status()["surface"]

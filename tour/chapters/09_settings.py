@@ -9,7 +9,7 @@ def sections(album, stage, window, look, scale):
         if index:
             stage.desktop.key("Down")
         album.add(window.look(), f"{section}-{look}{suffix}")
-        if section in ("appearance", "privacy"):
+        if section in ("appearance", "privacy", "about"):
             window.scroll(8)
             stage.park()
             album.add(window.look(), f"{section}-end-{look}{suffix}")
@@ -53,6 +53,12 @@ def states(album, stage, window, look):
     stage.park()
     album.add(window.look(), f"shortcuts-conflict-{look}")
 
+    window.choose("Appearance")
+    window.look()
+    window.choose("Aurora")
+    album.add(window.look(), f"appearance-theme-{look}")
+    stage.program.set("appearance.notchTheme", "spectrum")
+
     window.choose("Privacy")
     window.look()
     window.click("push button", "Clear history now")
@@ -60,6 +66,12 @@ def states(album, stage, window, look):
     album.add(window.look(), f"privacy-alert-{look}")
     desktop.key("Escape")
     window.look()
+
+    window.choose("About")
+    window.look()
+    window.click("push button", "Check Now")
+    stage.park()
+    album.add(window.look(), f"about-failed-{look}")
 
 
 def run(album):
