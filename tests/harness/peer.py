@@ -50,9 +50,9 @@ class Peer:
         return int(self.tell("click-count")[0])
 
 
-def xclip(desktop, data, target=None):
+def xclip(desktop, data, target=None, selection="clipboard"):
     """Copies bytes with xclip, which goes on serving them in the background."""
-    command = ["xclip", "-selection", "clipboard", "-in"]
+    command = ["xclip", "-selection", selection, "-in"]
     if target:
         command += ["-t", target]
     subprocess.run(command, input=data, env=desktop.environment, check=True, timeout=10,

@@ -235,10 +235,14 @@ class Settings(unittest.TestCase):
         # The page's end, where the excluded applications are.
         window.scroll(8)
         window.click("text", "Excluded Apps")
+        # What lies selected elsewhere is nobody's to wait for.
+        xclip(self.desktop, b"elsewhere", selection="primary")
+        self.desktop.run("xdotool", "click", "2")
         self.desktop.key("ctrl+End", "Return")
         self.desktop.type("  Below ")
         wait_until(lambda: self.value("clipboard.excludedApps")[-1:] == ["Below"], "the identifier is stored")
         self.assertEqual(self.stored()["clipboard.excludedApps"][-1], "Below")
+        self.assertNotIn("elsewhere", " ".join(self.stored()["clipboard.excludedApps"]))
         self.below.activate()
         self.program.hear()
         self.below.copy_text("from an excluded application")

@@ -8,6 +8,7 @@
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTextBlockFormat>
 #include <QTextCursor>
@@ -126,6 +127,13 @@ void PlainEditor::keyPressEvent(QKeyEvent *event)
         event->ignore();
     else
         QTextEdit::keyPressEvent(event);
+}
+
+/// The toolkit would paste what is selected in another program, and wait for that program.
+void PlainEditor::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::MiddleButton)
+        QTextEdit::mouseReleaseEvent(event);
 }
 
 void PlainEditor::contextMenuEvent(QContextMenuEvent *event)
