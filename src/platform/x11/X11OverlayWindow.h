@@ -22,8 +22,9 @@ class X11OverlayWindow
 public:
     struct Handlers
     {
-        std::function<void()> read;    ///< the server has read the canvas
-        std::function<void()> exposed; ///< a part of the picture is lost: it was covered, or a compositor came
+        std::function<void()> read; ///< the server has read the canvas
+        /// A part of the picture is lost. Servers that compose pictures with alpha by themselves keep what was covered.
+        std::function<void()> exposed;
     };
 
     /// Null when the server has no pixels with alpha.

@@ -30,7 +30,6 @@ private Q_SLOTS:
     void findsEveryCorner_data();
     void findsEveryCorner();
     void showsWhatWasThereBefore();
-    void paintsAgainWhatWasCovered();
     void hasAShadowWhileThereIsACompositor();
     void givesPointerAndKeyboardBack_data();
     void givesPointerAndKeyboardBack();
@@ -188,19 +187,6 @@ void X11LoupeTest::showsWhatWasThereBefore()
     QTRY_VERIFY(!m_ended.empty());
     QVERIFY(isPicked(QPoint(900, 500)));
     QCOMPARE(m_peer->pressCount(later), 0);
-}
-
-void X11LoupeTest::paintsAgainWhatWasCovered()
-{
-    const QPoint hotSpot(500, 500);
-    open(hotSpot);
-    QImage black(200, 300, QImage::Format_RGB32);
-    black.fill(Qt::black);
-    const xcb_window_t notification = m_peer->open(QRect(400, 400, 200, 300), PeerClient::Kind::OverrideRedirect);
-    m_peer->paint(notification, black);
-    QTRY_VERIFY(!isShownAt(hotSpot));
-    m_peer->close(notification);
-    QTRY_VERIFY(isShownAt(hotSpot));
 }
 
 void X11LoupeTest::hasAShadowWhileThereIsACompositor()
