@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/AutostartRun.h"
 #include "app/ColorPickRun.h"
+#include "app/DoctorRun.h"
 #include "app/LogFormat.h"
 #include "app/Services.h"
 #include "app/TerminationSignals.h"
@@ -110,6 +111,8 @@ int main(int argc, char **argv)
         return runAutostartOnce(argc, argv);
     if (isUpdateCheck(argc, argv))
         return checkForUpdateOnce(argc, argv, deployment());
+    if (isDoctorRun(argc, argv))
+        return runDoctor(argc, argv);
     QString problem;
     const auto backend = PlatformStart::prepare(&problem);
     if (!backend)

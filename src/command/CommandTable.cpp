@@ -4,6 +4,7 @@
 #include "command/ClipboardCommands.h"
 #include "command/ColorCommands.h"
 #include "command/ColorPickCommand.h"
+#include "command/DoctorCommand.h"
 #include "command/ForgetCommand.h"
 #include "command/InspectCommand.h"
 #include "command/NotchCommands.h"
@@ -223,6 +224,16 @@ std::vector<CommandSpec> makeTable()
          0,
          0,
          runUpdateCheck},
+        {text("doctor"),
+         {},
+         text("What this desktop offers, and what stands in for the rest"),
+         text("Of each thing whether it works, falls back to something simpler or is missing, in plain words. The exit "
+              "status is\n1 when something that matters is missing. With --json one object: \"complete\" and "
+              "\"findings\", of each its\n\"name\", \"state\" and \"text\"."),
+         true,
+         0,
+         0,
+         runDoctor},
         {text("forget"),
          {},
          text("Erase what was copied, staged, shown and picked, for good"),

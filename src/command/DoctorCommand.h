@@ -1,0 +1,9 @@
+#pragma once
+
+#include "command/CommandTable.h"
+
+namespace ostrelle {
+
+ExitStatus runDoctor(const Invocation &invocation);
+
+} // namespace ostrelle
