@@ -16,8 +16,6 @@
 
 namespace ostrelle {
 
-namespace {
-
 /// The panel's window, red where it is painted.
 class RedPanel final : public QWidget
 {
@@ -39,6 +37,8 @@ protected:
     }
     void mousePressEvent(QMouseEvent *event) override { presses.append(event->position()); }
 };
+
+namespace {
 
 /// Cells of random colours, never the panel's.
 QImage mosaic(const QSize &size, int cell)
