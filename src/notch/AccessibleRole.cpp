@@ -31,10 +31,10 @@ public:
     }
     QString text(QAccessible::Text kind) const override
     {
-        const QString value = widget()->property(kValueProperty).toString();
+        QString value = widget()->property(kValueProperty).toString();
         if (kind == QAccessible::Value)
             return value;
-        const QString text = QAccessibleWidget::text(kind);
+        QString text = QAccessibleWidget::text(kind);
         if (kind != QAccessible::Description || value.isEmpty())
             return text;
         // The bridge passes no values that are words.
