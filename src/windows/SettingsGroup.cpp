@@ -5,6 +5,7 @@
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
 #include "windows/WindowColors.h"
+#include "windows/controls/CardGround.h"
 #include "windows/controls/DropShadow.h"
 #include "windows/controls/WrappedText.h"
 
@@ -26,7 +27,6 @@ constexpr double kFooterLine = 15;
 constexpr double kWarningSize = 10.5;
 constexpr double kWarningBox = 13;
 constexpr double kWarningGap = 6;
-constexpr double kEdge = 0.75;
 constexpr double kFocusEdge = 1;
 constexpr double kShadowOffset = 1;
 constexpr double kShadowDeviation = 1;
@@ -78,14 +78,8 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF box(rect());
-        QPainterPath card;
-        card.addRoundedRect(box, kRadius, kRadius);
-        painter.fillPath(card, colors.card);
-        painter.fillPath(card.subtracted(card.translated(0, kEdge)), colors.cardTopEdge);
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(colors.cardOutline, kEdge));
-        const double inset = kEdge / 2;
-        painter.drawRoundedRect(box.adjusted(inset, inset, -inset, -inset), kRadius - inset, kRadius - inset);
+        paintCard(painter, box, kRadius,
+                  {.fill = colors.card, .topEdge = colors.cardTopEdge, .outline = colors.cardOutline});
         // A text editor is the container itself.
         if (const auto *editor = findChild<QTextEdit *>(); editor != nullptr && editor->hasFocus()) {
             painter.setPen(QPen(m_appearance.palette().accentEdge, kFocusEdge));
@@ -208,8 +202,7 @@ void SettingsGroup::paintDivider(QPainter &painter, const QWidget &row, const No
 {
     if (row.y() <= 0)
         return;
-    const double thickness = std::max(kEdge, 1 / row.devicePixelRatioF());
-    painter.fillRect(QRectF(x, 0, row.width() - x, thickness), WindowColors::of(appearance).hairline);
+    paintRowLine(painter, row, appearance, x);
 }
 
 } // namespace ostrelle

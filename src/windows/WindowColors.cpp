@@ -2,25 +2,14 @@
 
 #include "notch/NotchAppearance.h"
 #include "notch/controls/ColorMix.h"
+#include "windows/WindowTints.h"
 
 namespace ostrelle {
 namespace {
 
-QColor white(double opacity)
-{
-    return faded(Qt::white, opacity);
-}
-
-QColor black(double opacity)
-{
-    return faded(Qt::black, opacity);
-}
-
-/// The light appearance's black, with a breath of the accent.
-QColor plum(double opacity)
-{
-    return faded(QColor(38, 12, 30), opacity);
-}
+using windowTints::black;
+using windowTints::plum;
+using windowTints::white;
 
 WindowColors makeDark(Contrast contrast)
 {

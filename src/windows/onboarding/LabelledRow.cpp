@@ -2,8 +2,8 @@
 
 #include "notch/NotchAppearance.h"
 #include "windows/WindowColors.h"
+#include "windows/controls/CardGround.h"
 #include "windows/controls/WrappedText.h"
-#include "windows/onboarding/PageCard.h"
 
 #include <QPainter>
 

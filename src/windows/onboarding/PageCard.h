@@ -24,7 +24,4 @@ private:
     ControlContext m_context;
 };
 
-/// The line above a row, from `x` to the card's end.
-void paintRowLine(QPainter &painter, const QWidget &row, const NotchAppearance &appearance, double x);
-
 } // namespace ostrelle
