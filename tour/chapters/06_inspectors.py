@@ -73,7 +73,7 @@ class Tool:
         self.stage.open(self.name)
         # Until the source has been told that its file is welcome.
         for step in range(3):
-            source.move(self.stage.middle() + 4 * step, CONTENT + 60)
+            source.move(self.stage.middle() + 4 * step, (CONTENT + 60) * self.stage.scale)
             self.stage.program.hear()
         return source
 
@@ -120,7 +120,7 @@ class Tool:
 
     def click(self, x, y):
         """From the middle of the screen's top edge."""
-        self.stage.desktop.click(self.stage.middle() + x, y)
+        self.stage.desktop.click(self.stage.middle() + x * self.stage.scale, y * self.stage.scale)
 
     def expand(self):
         self.click(204, self.strip + 16)
