@@ -1,9 +1,8 @@
 #include "app/DesktopReport.h"
 
 #include "foundation/PrintableText.h"
-#include "foundation/UnixSocket.h"
 #include "media_client/KernelConfinement.h"
-#include "media_client/Playback.h"
+#include "media_client/SoundServerTrial.h"
 #include "platform/BusServices.h"
 #include "records/ShortcutAction.h"
 
@@ -21,7 +20,7 @@ namespace {
 using State = DesktopFinding::State;
 
 constexpr int kStateWidth = 11;
-constexpr int kNameWidth = 12;
+constexpr int kNameWidth = 17;
 
 QString stateName(State state)
 {
@@ -101,15 +100,6 @@ DesktopFinding busFinding(const BusServices &services)
                 : QStringLiteral("There is no session bus: menus and docks start the program by its command.")};
 }
 
-DesktopFinding portalFinding(const BusServices &services)
-{
-    return {QStringLiteral("portal"), services.hasPortal ? State::Works : State::FallsBack,
-            services.hasPortal
-                ? QStringLiteral("Files are chosen in the desktop's own dialog.")
-                : QStringLiteral("There is no desktop portal: files are chosen in a plain dialog, and the "
-                                 "desktop's dark style may go unnoticed.")};
-}
-
 DesktopFinding openingFinding()
 {
     for (const auto &name : {QStringLiteral("xdg-open"), QStringLiteral("gio")}) {
@@ -120,17 +110,27 @@ DesktopFinding openingFinding()
             QStringLiteral("Neither xdg-open nor gio is there: files and folders cannot be opened.")};
 }
 
-DesktopFinding soundFinding(const QString &programs)
+DesktopFinding soundFinding(std::optional<SoundServerAnswer> answer)
 {
     const QString name = QStringLiteral("sound");
-    if (!Playback::isInstalled(programs))
+    if (!answer)
         return {name, State::Missing, QStringLiteral("The player is not installed: sounds cannot be heard.")};
-    if (qEnvironmentVariableIsSet("PULSE_SERVER"))
-        return {name, State::Unknown, QStringLiteral("PULSE_SERVER names a sound server, which was not tried.")};
-    const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/pulse/native");
-    if (UnixSocket::connectTo(socket))
+    const QString server = qEnvironmentVariableIsSet("PULSE_SERVER")
+                               ? QStringLiteral("The sound server that PULSE_SERVER names")
+                               : QStringLiteral("The sound server");
+    const auto consequence = QStringLiteral("sounds are described, but not heard.");
+    switch (*answer) {
+    case SoundServerAnswer::LetIn:
         return {name, State::Works, QStringLiteral("Sounds can be heard.")};
-    return {name, State::FallsBack, QStringLiteral("No sound server answers: sounds are described, but not heard.")};
+    case SoundServerAnswer::Refused:
+        return {name, State::FallsBack,
+                QStringLiteral("%1 is not there, or lets nobody in: %2").arg(server, consequence)};
+    case SoundServerAnswer::Silent:
+        return {name, State::FallsBack, QStringLiteral("%1 does not answer: %2").arg(server, consequence)};
+    case SoundServerAnswer::NoPlayer:
+        break;
+    }
+    return {name, State::Missing, QStringLiteral("The player cannot be started: sounds cannot be heard.")};
 }
 
 QList<DesktopFinding> helperFindings(const QString &programs)

@@ -4,10 +4,13 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace ostrelle {
 
 struct BusServices;
 struct KernelConfinement;
+enum class SoundServerAnswer;
 
 /// One thing that the program takes from the desktop.
 struct DesktopFinding
@@ -40,9 +43,9 @@ struct DesktopReport
 // The findings that need no display. `programs` is the folder of the program's executables.
 DesktopFinding dataFinding(const QString &folder);
 DesktopFinding busFinding(const BusServices &services);
-DesktopFinding portalFinding(const BusServices &services);
 DesktopFinding openingFinding();
-DesktopFinding soundFinding(const QString &programs);
+/// `answer` is the sound server's to a player; nothing when no player is installed.
+DesktopFinding soundFinding(std::optional<SoundServerAnswer> answer);
 QList<DesktopFinding> helperFindings(const QString &programs);
 DesktopFinding confinementFinding(const KernelConfinement &kernel);
 /// `status` is the running program's, empty when none runs.

@@ -1,9 +1,13 @@
 #include "app/DoctorRun.h"
 
 #include "app/DesktopReport.h"
+#include "app/PortalReport.h"
 #include "foundation/AppPaths.h"
+#include "foundation/SystemTaskScheduler.h"
 #include "foundation/UnixSocket.h"
 #include "media_client/KernelConfinement.h"
+#include "media_client/Playback.h"
+#include "media_client/SoundServerTrial.h"
 #include "platform/BusServices.h"
 #include "platform/LoginItem.h"
 #include "platform/PanelHost.h"
@@ -11,6 +15,7 @@
 #include "platform/PlatformStart.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QJsonDocument>
 
 #include <cstdio>
@@ -35,12 +40,9 @@ QJsonObject runningStatus()
     return QJsonDocument::fromJson(answer.value_or(QByteArray())).object()[u"result"].toObject();
 }
 
-QList<DesktopFinding> displayFindings(const QString &backend)
+QList<DesktopFinding> displayFindings(Platform &platform)
 {
-    const auto platform = Platform::create(backend, QString());
-    if (!platform)
-        return {{QStringLiteral("display"), State::Missing, QStringLiteral("The desktop cannot be reached.")}};
-    const PanelHost &host = platform->panelHost();
+    const PanelHost &host = platform.panelHost();
     const bool isBlurred = host.glass() == PanelHost::Glass::Compositor;
     return {{QStringLiteral("display"), State::Works, QStringLiteral("The notch is shown on X11.")},
             {QStringLiteral("compositor"), host.hasCompositor() ? State::Works : State::FallsBack,
@@ -49,6 +51,22 @@ QList<DesktopFinding> displayFindings(const QString &backend)
             {QStringLiteral("blur"), isBlurred ? State::Works : State::FallsBack,
              isBlurred ? QStringLiteral("The compositor blurs what is behind the panel.")
                        : QStringLiteral("A picture of what was behind the panel when it opened is blurred instead.")}};
+}
+
+/// What the sound server says to a player; nothing when there is no player to send.
+std::optional<SoundServerAnswer> soundServerAnswer(const QString &programs)
+{
+    if (!Playback::isInstalled(programs))
+        return std::nullopt;
+    SystemTaskScheduler scheduler;
+    QEventLoop loop;
+    std::optional<SoundServerAnswer> told;
+    const SoundServerTrial trial(scheduler, Playback::usualPlayer(programs), [&](SoundServerAnswer answer) {
+        told = answer;
+        loop.quit();
+    });
+    loop.exec();
+    return told;
 }
 
 DesktopFinding loginFinding(const QString &programs)
@@ -93,12 +111,16 @@ int runDoctor(int argc, char **argv)
     const auto application = backend ? std::unique_ptr<QCoreApplication>(std::make_unique<QApplication>(argc, argv))
                                      : std::make_unique<QCoreApplication>(argc, argv);
     const QString programs = QCoreApplication::applicationDirPath();
+    const auto platform = backend ? Platform::create(*backend, QString()) : nullptr;
+    if (backend && !platform)
+        problem = QStringLiteral("The desktop cannot be reached.");
     const BusServices services = BusServices::look();
     DesktopReport report;
-    report.findings = backend ? displayFindings(*backend)
-                              : QList<DesktopFinding>{{QStringLiteral("display"), State::Missing, problem}};
-    report.findings += {dataFinding(AppPaths::support()), busFinding(services), portalFinding(services),
-                        openingFinding(), soundFinding(programs)};
+    report.findings = platform ? displayFindings(*platform)
+                               : QList<DesktopFinding>{{QStringLiteral("display"), State::Missing, problem}};
+    report.findings += {dataFinding(AppPaths::support()), busFinding(services)};
+    report.findings += portalFindings(services, platform && platform->isGuest());
+    report.findings += {openingFinding(), soundFinding(soundServerAnswer(programs))};
     report.findings += helperFindings(programs);
     report.findings += {confinementFinding(KernelConfinement::ofThisKernel()), shortcutsFinding(runningStatus()),
                         loginFinding(programs)};

@@ -1,14 +1,28 @@
 #pragma once
 
+#include <QStringList>
+
 namespace ostrelle {
 
 /// Which of the services that other programs offer on the session bus are there.
 struct BusServices
 {
-    bool hasBus = false;
-    bool hasPortal = false; ///< runs, or starts when it is asked for
+    enum class Portal {
+        Missing,
+        Silent, ///< one is there, and does not answer
+        Answers ///< runs, or starts when it is asked for
+    };
 
-    /// Waits for the answers of the bus: not for a process that shows something.
+    bool hasBus = false;
+    Portal portal = Portal::Missing;
+    /// What the portal of the desktop and that of documents offer: "FileChooser.OpenFile" and so on, without
+    /// "org.freedesktop.portal.".
+    QStringList portalMethods;
+    /// The program runs in a sandbox, which asks the desktop by the portal only.
+    bool isSandboxed = false;
+
+    /// Waits for the answers of the bus, and some seconds for those of the portals, which it starts: not for a process
+    /// that shows something.
     static BusServices look();
 };
 

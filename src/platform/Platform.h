@@ -59,6 +59,10 @@ public:
     virtual HotKeys &hotKeys() = 0;
     virtual OrdinaryWindows &ordinaryWindows() = 0;
 
+    /// Whether the display server is a guest of another one, as Xwayland is, which keeps the keys and the picture of
+    /// the screens to itself.
+    virtual bool isGuest() const = 0;
+
     /// What must still happen when the display is lost: called once, on the main thread, outside the event loop. The
     /// process ends with a non-zero status right after it.
     virtual void setDisplayLostHandler(std::function<void()> handler) = 0;

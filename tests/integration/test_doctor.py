@@ -1,13 +1,21 @@
 """`ostrelle doctor`: what this desktop offers, told truly on desktops that offer more and less."""
 import json
 import os
+import pathlib
+import signal
+import socket
 import subprocess
 import unittest
 
+import harness
 from harness.desktop import BUILD, Desktop
 from harness.program import Program
+from harness.sound import SoundServer
 
 COMMAND = str(BUILD / "bin" / "ostrelle")
+PORTAL = pathlib.Path(harness.__file__).with_name("portal.py")
+# What the program asks of a portal on an ordinary desktop, and does more simply without.
+USED = {"FileChooser": "OpenFile", "OpenURI": "OpenURI", "Settings": "ReadAll", "FileTransfer": "RetrieveFiles"}
 
 
 def examined(environment):
@@ -54,6 +62,55 @@ class Doctor(unittest.TestCase):
             os.makedirs(other.environment["XDG_RUNTIME_DIR"], mode=0o700)
             other.start()
             self.assertEqual(examined(other.environment)[1]["shortcuts"], "fallsBack")
+
+    def portal(self, desktop, *methods):
+        """A portal that takes the place of one before."""
+        desktop.stop("portal", signal.SIGKILL)
+        portal = desktop.spawn("portal", ["/usr/bin/python3", str(PORTAL), *methods], stdout=subprocess.PIPE)
+        self.assertEqual(portal.stdout.readline(), b"ready\n")
+        return portal
+
+    def test_each_use_of_a_portal(self):
+        desktop = self.desktop(compositor=False)
+
+        def told():
+            status, states = examined(desktop.environment)
+            self.assertEqual(status, 0, states)
+            self.assertEqual([states[name] for name in ("Screenshot", "GlobalShortcuts", "Background")], ["works"] * 3,
+                             "on an X server of its own and outside a sandbox the program does these by itself")
+            return {name: states[name] for name in ("portal", *USED)}
+        self.portal(desktop, *(f"{interface}.{method}" for interface, method in USED.items()))
+        self.assertEqual(told(), dict.fromkeys(("portal", *USED), "works"))
+        # One that has the interface, but not what the program calls there.
+        self.portal(desktop, "Settings.ReadAll", "FileChooser.SaveFile")
+        self.assertEqual(told(), {**dict.fromkeys(USED, "fallsBack"), "portal": "works", "Settings": "works"})
+        # One that never answers.
+        self.portal(desktop, "Settings.ReadAll").send_signal(signal.SIGSTOP)
+        self.addCleanup(desktop.stop, "portal", signal.SIGKILL)
+        self.assertEqual(told(), dict.fromkeys(("portal", *USED), "fallsBack"))
+
+    def test_the_sound_server_is_tried(self):
+        desktop = self.desktop(compositor=False, bus=False)
+
+        def sound(server):
+            return examined({**desktop.environment, **server.environment})[1]["sound"]
+        server = SoundServer(desktop.folder)
+        self.assertEqual(sound(server), "fallsBack", "a name is no server")
+        server.start()
+        self.addCleanup(server.kill)
+        self.assertEqual(sound(server), "works")
+        server.kill()
+        with socket.socket(socket.AF_UNIX) as hung:
+            hung.bind(f"{server.folder}/native")
+            hung.listen()
+            self.assertEqual(sound(server), "fallsBack", "one that never answers")
+        # Found by itself, in its usual place.
+        os.unlink(f"{server.folder}/native")
+        usual = SoundServer(desktop.runtime / "pulse")
+        os.makedirs(usual.folder)
+        usual.start()
+        self.addCleanup(usual.kill)
+        self.assertEqual(examined(desktop.environment)[1]["sound"], "works")
 
     def test_what_matters(self):
         desktop = self.desktop(compositor=False, bus=False)

@@ -53,6 +53,7 @@ public:
     FakeHotKeys &hotKeys() override { return m_hotKeys; }
     FakeOrdinaryWindows &ordinaryWindows() override { return m_ordinaryWindows; }
 
+    bool isGuest() const override { return false; }
     void setDisplayLostHandler(std::function<void()> handler) override { m_displayLost = std::move(handler); }
     /// The display goes away.
     void loseDisplay();

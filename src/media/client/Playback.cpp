@@ -84,7 +84,12 @@ Playback::~Playback() = default;
 
 bool Playback::isInstalled(const QString &helpers)
 {
-    return QFileInfo(executableIn(helpers, true)).isExecutable();
+    return QFileInfo(usualPlayer(helpers)).isExecutable();
+}
+
+QString Playback::usualPlayer(const QString &helpers)
+{
+    return executableIn(helpers, /*isLight=*/true);
 }
 
 void Playback::start(const QString &path)
@@ -153,6 +158,8 @@ void Playback::stop()
 void Playback::takeReport(const PlaybackReport &report)
 {
     switch (report.event) {
+    case PlaybackEvent::Connected:
+        break;
     case PlaybackEvent::Started:
         watch();
         Q_EMIT started(report.length);

@@ -36,6 +36,8 @@ public:
     ~Playback() override;
 
     static bool isInstalled(const QString &helpers);
+    /// The executable that plays most files.
+    static QString usualPlayer(const QString &helpers);
     /// Plays the file at an absolute path from its beginning; what plays before stops at once.
     void start(const QString &path);
     /// Goes to a place in the file, from 0 to its length. Nothing when nothing plays.

@@ -27,7 +27,7 @@ bool isTime(double seconds)
 
 bool isSound(const PlaybackReport &report)
 {
-    return report.magic == kPlaybackMagic && report.event >= PlaybackEvent::Started &&
+    return report.magic == kPlaybackMagic && report.event >= PlaybackEvent::Connected &&
            report.event <= PlaybackEvent::Failed && report.failure <= PlaybackFailure::OutOfMemory &&
            isTime(report.position) && isTime(report.length);
 }

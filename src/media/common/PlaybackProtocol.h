@@ -24,10 +24,11 @@ struct PlaybackCommand
 };
 
 enum class PlaybackEvent : std::uint32_t {
-    Started = 1, ///< the first samples are with the sound server
-    Moved,       ///< a position, several times a second
-    Ended,       ///< the last sample was heard
-    Declined,    ///< the other player may know this kind of file
+    Connected = 1, ///< the sound server has let the player in
+    Started,       ///< the first samples are with the sound server
+    Moved,         ///< a position, several times a second
+    Ended,         ///< the last sample was heard
+    Declined,      ///< the other player may know this kind of file
     Failed,
 };
 

@@ -12,6 +12,13 @@
 namespace ostrelle {
 namespace {
 
+void reportEvent(PlaybackEvent event)
+{
+    PlaybackReport report;
+    report.event = event;
+    ProgramLink::report(report);
+}
+
 void reportFailure(PlaybackFailure failure)
 {
     PlaybackReport report;
@@ -27,9 +34,7 @@ void reportRefusal(DecoderStatus status)
                                                            : PlaybackFailure::Unplayable);
         return;
     }
-    PlaybackReport report;
-    report.event = PlaybackEvent::Declined;
-    ProgramLink::report(report);
+    reportEvent(PlaybackEvent::Declined);
 }
 
 /// Of the process that is connected. It decodes nothing.
@@ -84,6 +89,7 @@ int playFile(const AudioTable &table)
     }
     if (!shutIn())
         return 1;
+    reportEvent(PlaybackEvent::Connected);
     try {
         playWhatComes(*server, *decoder);
     } catch (const std::exception &) {

@@ -62,6 +62,7 @@ struct X11Platform::Services
     X11Keyboard keyboard;
     std::unique_ptr<HotKeys> hotKeys;
     X11OrdinaryWindows ordinaryWindows;
+    bool isGuest;
 };
 
 X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, const QString &keeperPath)
@@ -82,11 +83,12 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , alertSound(*watch)
     , keyboard(*watch, scheduler)
     , ordinaryWindows(*watch)
+    , isGuest(isXwayland(watch->xcb(), watch->root()))
 {
     QObject::connect(&iconTheme, &X11IconTheme::changed, &iconTheme,
                      [this](const QString &name) { fileIcons.setTheme(name); });
     QObject::connect(watch.get(), &WatchConnection::lost, watch.get(), [this] { displayLoss.end(); });
-    if (isXwayland(watch->xcb(), watch->root())) {
+    if (isGuest) {
         hotKeys = std::make_unique<PortalHotKeys>(keyboard);
         colourPicker.useOnlyThePortal();
     } else {
@@ -211,6 +213,11 @@ HotKeys &X11Platform::hotKeys()
 OrdinaryWindows &X11Platform::ordinaryWindows()
 {
     return m_services->ordinaryWindows;
+}
+
+bool X11Platform::isGuest() const
+{
+    return m_services->isGuest;
 }
 
 void X11Platform::setDisplayLostHandler(std::function<void()> handler)

@@ -35,6 +35,7 @@ public:
     KeyboardLayout &keyboardLayout() override;
     HotKeys &hotKeys() override;
     OrdinaryWindows &ordinaryWindows() override;
+    bool isGuest() const override;
     void setDisplayLostHandler(std::function<void()> handler) override;
 
 private:
