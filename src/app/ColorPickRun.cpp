@@ -32,39 +32,34 @@ int failWith(const char *problem)
     return kFailed;
 }
 
-/// A program that was started meanwhile keeps the colours itself; false when none listens.
-bool handOver(const QList<SampledColor> &colors)
+/// A program that was started meanwhile keeps the colour itself; false when none listens.
+bool handOver(const SampledColor &color)
 {
     const FileDescriptor program = UnixSocket::connectTo(AppPaths::controlSocket());
     if (!program || !UnixSocket::isSameUser(program.get()))
         return false;
-    for (const SampledColor &color : colors) {
-        const QJsonObject request{{QStringLiteral("verb"), QStringLiteral("color.add")},
-                                  {QStringLiteral("color"), color.hexString()}};
-        constexpr auto kDeadline = 5s;
-        if (!UnixSocket::sendLine(program.get(), QJsonDocument(request).toJson(QJsonDocument::Compact), kDeadline) ||
-            !UnixSocket::receiveLine(program.get(), kDeadline, 64 * 1024))
-            return false;
-    }
-    return true;
+    const QJsonObject request{{QStringLiteral("verb"), QStringLiteral("color.add")},
+                              {QStringLiteral("color"), color.hexString()}};
+    constexpr auto kDeadline = 5s;
+    return UnixSocket::sendLine(program.get(), QJsonDocument(request).toJson(QJsonDocument::Compact), kDeadline) &&
+           UnixSocket::receiveLine(program.get(), kDeadline, 64 * 1024);
 }
 
-/// False when they cannot be kept.
-bool keep(const QList<SampledColor> &colors)
+/// False when it cannot be kept.
+bool keep(const SampledColor &color)
 {
     for (int attempt = 0; attempt < kRetries; ++attempt) {
         DataFolderLock::Failure failure{};
         if (const auto lock = DataFolderLock::tryTake(AppPaths::support(), &failure)) {
             DefaultsDatabase defaults(AppPaths::defaultsFile());
             ColorLists lists = ColorLists::load(defaults);
-            for (const SampledColor &color : colors)
-                lists.record(color);
+            lists.record(color);
             lists.store(defaults);
             return defaults.flush();
         }
         if (failure == DataFolderLock::Failure::Unavailable)
             return false;
-        if (handOver(colors))
+        if (handOver(color))
             return true;
         // Another command edits, or a program is about to listen.
         ::poll(nullptr, 0, kRetryMilliseconds);
@@ -79,12 +74,18 @@ int runColorPick(const QString &backend, ColorFormat format)
     const std::unique_ptr<Platform> platform = Platform::create(backend, QString());
     if (!platform)
         return failWith("the desktop cannot be reached");
-    QList<SampledColor> picked;
+    std::optional<SampledColor> gathered;
     std::optional<SampledColor> last;
+    bool areKept = true;
     const auto sampled = [](const PickedColour &colour) { return SampledColor{colour.red, colour.green, colour.blue}; };
     QObject context;
     const bool isOpening = platform->colourPicker().pick(
-        &context, {.gathered = [&](const PickedColour &colour) { picked.append(sampled(colour)); },
+        // At once, as the program does: what is erased while the loupe is open is not to come back with its end.
+        &context, {.gathered =
+                       [&](const PickedColour &colour) {
+                           gathered = sampled(colour);
+                           areKept = keep(*gathered) && areKept;
+                       },
                    .finished =
                        [&](std::optional<PickedColour> colour) {
                            if (colour)
@@ -97,11 +98,11 @@ int runColorPick(const QString &backend, ColorFormat format)
     QObject::connect(&signals_, &TerminationSignals::received, &context, [] { QCoreApplication::quit(); });
     QCoreApplication::exec();
 
-    if (last)
-        picked.append(*last);
     const bool isPrinted =
         last && std::puts(colorText(*last, format).toUtf8().constData()) >= 0 && std::fflush(stdout) == 0;
-    if (!picked.isEmpty() && !keep(picked))
+    if (last && last != gathered)
+        areKept = keep(*last) && areKept;
+    if (!areKept)
         failWith("the color is not kept among the recent ones");
     if (!last)
         return failWith("no color was picked");

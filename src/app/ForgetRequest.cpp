@@ -4,6 +4,7 @@
 #include "app/Services.h"
 #include "clipboard/ClipboardService.h"
 #include "files/AssetShelfService.h"
+#include "files/RecentThumbnails.h"
 #include "foundation/DefaultsDatabase.h"
 #include "inspectors/AudioInspector.h"
 #include "inspectors/ColorService.h"
@@ -24,16 +25,17 @@ qsizetype forgetFiles(FileInspector &inspector)
     return count;
 }
 
-/// All but the clipboard history. Each store is written anew, also when it was empty: what was in it may have been
-/// unreadable.
+/// All but the clipboard history, and what was on its way there: nothing comes back afterwards. Each store is written
+/// anew, also when it was empty: what was in it may have been unreadable.
 Forgotten forgetLists(Services &services)
 {
     Forgotten forgotten;
     forgotten.shelfItems = services.shelf().items().size();
-    services.shelf().clear();
-    services.shelf().lapse();
+    services.shelf().eraseAll();
     forgotten.recentFiles = forgetFiles(services.imageInspector()) + forgetFiles(services.audioInspector());
+    services.recentThumbnails().forget();
     ColorService &colors = services.colors();
+    colors.cancelSampling();
     forgotten.recentColors = colors.recents().size();
     forgotten.favoriteColors = colors.favorites().size();
     colors.clearRecents();

@@ -30,8 +30,7 @@ void addShelfRequests(RequestRouter &router, AssetShelfService &shelf)
         });
     });
     addEdit(QStringLiteral("shelf.clear"), [&shelf](const QJsonObject &) {
-        shelf.clear();
-        shelf.lapse();
+        shelf.eraseAll();
         return RequestAnswer::done();
     });
 }

@@ -101,8 +101,7 @@ void ClipboardService::start()
 void ClipboardService::stop()
 {
     m_started.reset();
-    m_poll.cancel();
-    m_captures.clear();
+    passOverUnderway();
 }
 
 void ClipboardService::schedulePoll()
@@ -169,18 +168,20 @@ void ClipboardService::recordImage(CapturedClip clip)
     }
     m_isComparing = true;
     const QByteArray image = clip.image;
-    m_store.findImage(image, candidates, this, [this, clip = std::move(clip)](const std::optional<QUuid> &equal) {
+    const auto take = [this, clip = std::move(clip), number = m_passedOver](const std::optional<QUuid> &equal) {
         m_isComparing = false;
+        const bool isWanted = m_started && number == m_passedOver;
         const int index = equal ? indexOf(*equal) : -1;
-        if (m_started && index >= 0) {
+        if (isWanted && index >= 0) {
             moveToTop(index, clip.item.date);
-        } else if (m_started) {
+        } else if (isWanted) {
             if (m_undo && equal)
                 m_undo->forget(*equal);
             insert(clip);
         }
         recordFinished();
-    });
+    };
+    m_store.findImage(image, candidates, this, take);
 }
 
 void ClipboardService::insert(const CapturedClip &clip)
@@ -362,6 +363,7 @@ void ClipboardService::eraseAll(bool includingPinned, Saved saved)
 {
     forgetUndo();
     m_isUnsettled = false;
+    passOverUnderway();
     const QList<QUuid> erased = takeFromList([&](const ClipItem &item) { return includingPinned || !item.pinned; });
     if (includingPinned)
         m_store.removeAll();
@@ -369,6 +371,15 @@ void ClipboardService::eraseAll(bool includingPinned, Saved saved)
         m_store.settleAndRemove(erased);
     if (saved)
         m_store.whenSaved(this, std::move(saved));
+}
+
+/// What was copied so far and is still being noticed, read or compared.
+void ClipboardService::passOverUnderway()
+{
+    ++m_passedOver;
+    m_captures.clear();
+    m_poll.cancel();
+    m_lastChangeCount = m_port.changeCount();
 }
 
 void ClipboardService::readImage(const QUuid &id, const QObject *context,

@@ -65,6 +65,7 @@ public:
     /// Final erasures by command line, settings or quit. `saved` hears when they are off the disk, or that they cannot
     /// be.
     void erase(const QUuid &id, Saved saved = {});
+    /// What was copied before and is not recorded yet never is.
     void eraseAll(bool includingPinned, Saved saved = {});
 
     /// The raw bytes of an item's image, read off the main thread.
@@ -95,6 +96,7 @@ private:
     QList<QUuid> takeFromList(const std::function<bool(const ClipItem &)> &isTaken);
     void eraseUndoably(const std::function<bool(const ClipItem &)> &isErased);
     void forgetUndo();
+    void passOverUnderway();
     void write(const ClipboardOffer &offer);
     int indexOf(const QUuid &id) const;
 
@@ -113,6 +115,7 @@ private:
     /// In the order of the copies. Each is recorded only when those before it are.
     std::deque<std::unique_ptr<ClipboardCapture>> m_captures;
     bool m_isComparing = false; ///< the store is looking for an equal image of the copy before those
+    int m_passedOver = 0;       ///< how often what was under way was
     int m_writeNumber = 0;
     std::optional<ClipboardUndo> m_undo;
     bool m_isUnsettled = false;

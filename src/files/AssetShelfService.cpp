@@ -89,7 +89,9 @@ void AssetShelfService::add(const QStringList &paths)
 void AssetShelfService::addFirstWaiting()
 {
     const QStringList paths = m_waiting.front();
-    m_presence.ask(paths, this, [this, paths](const QList<FileFacts> &facts) {
+    m_presence.ask(paths, this, [this, paths, erasures = m_erasures](const QList<FileFacts> &facts) {
+        if (erasures != m_erasures)
+            return;
         m_waiting.pop_front();
         addExisting(presentPaths(paths, facts));
         if (!m_waiting.empty())
@@ -123,6 +125,15 @@ void AssetShelfService::clear()
 {
     m_preview.stop();
     removeUndoably({});
+}
+
+void AssetShelfService::eraseAll()
+{
+    ++m_erasures;
+    m_waiting.clear();
+    m_preview.stop();
+    lapse();
+    put({});
 }
 
 void AssetShelfService::removeUndoably(const QList<ShelfItem> &left)

@@ -43,6 +43,8 @@ public:
     /// Removes entries; one step of undo.
     void remove(const QList<QUuid> &ids);
     void clear();
+    /// Removes everything for good, additions whose files are not known yet among it.
+    void eraseAll();
 
     /// Answers when the list as it is now is on the disk, or that it cannot be written. Not when `context` is gone.
     void whenSaved(const QObject *context, std::function<void(bool isSaved)> answer);
@@ -69,6 +71,7 @@ private:
     Haptics &m_haptics;
     /// Additions in their order, until the existence of the first one's files is known.
     std::deque<QStringList> m_waiting;
+    int m_erasures = 0;
     std::optional<ListUndo<ShelfItem>> m_undo;
     Q_OBJECT_BINDABLE_PROPERTY(AssetShelfService, QList<ShelfItem>, m_items)
 };

@@ -20,6 +20,13 @@ void RecentThumbnails::renew(const QString &path)
         request(path);
 }
 
+void RecentThumbnails::forget()
+{
+    m_requests.clear();
+    m_pictures.clear();
+    m_order.clear();
+}
+
 void RecentThumbnails::request(const QString &path)
 {
     m_requests[path] =

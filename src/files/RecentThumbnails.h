@@ -30,6 +30,8 @@ public:
     void load(const QString &path);
     /// Has it made anew: the file may be another one by now. Until then the old one stays.
     void renew(const QString &path);
+    /// Drops all pictures, and what is being made.
+    void forget();
 
 Q_SIGNALS:
     void arrived(const QString &path);

@@ -7,6 +7,7 @@
 #include <QPointer>
 
 #include <chrono>
+#include <utility>
 
 namespace ostrelle {
 namespace {
@@ -32,27 +33,39 @@ void ColorService::sample(const QObject *context, const Completion &completion)
 {
     if (isSampling())
         return;
-    const auto finished = [this, guard = QPointer<const QObject>(context),
-                           completion](const std::optional<PickedColour> &colour) {
-        finish(
-            colour ? std::optional(sampledColor(*colour)) : std::nullopt,
-            guard && completion ? completion : [](const std::optional<SampledColor> &) {});
+    const auto finished = [this](const std::optional<PickedColour> &colour) {
+        finish(colour ? std::optional(sampledColor(*colour)) : std::nullopt);
     };
     const auto gathered = [this](const PickedColour &colour) { record(sampledColor(colour)); };
-    if (!m_picker.pick(this, {.gathered = gathered, .finished = finished}))
+    auto loupe = std::make_unique<QObject>();
+    if (!m_picker.pick(loupe.get(), {.gathered = gathered, .finished = finished}))
         return;
+    m_loupe = std::move(loupe);
+    m_completion = [guard = QPointer<const QObject>(context), completion](const std::optional<SampledColor> &color) {
+        if (guard && completion)
+            completion(color);
+    };
     m_isSampling = true;
     m_controller.suppressAutoCollapse();
 }
 
-void ColorService::finish(const std::optional<SampledColor> &color, const Completion &completion)
+void ColorService::cancelSampling()
 {
+    if (isSampling())
+        finish(std::nullopt);
+}
+
+void ColorService::finish(const std::optional<SampledColor> &color)
+{
+    m_loupe.reset();
     m_isSampling = false;
     m_controller.releaseAutoCollapse(std::chrono::nanoseconds::zero());
     if (color) {
         record(*color);
         Q_EMIT sampled(*color);
     }
+    // Another loupe may be opened from inside.
+    const Completion completion = std::exchange(m_completion, {});
     completion(color);
 }
 

@@ -6,6 +6,7 @@
 #include <QProperty>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace ostrelle {
@@ -39,6 +40,8 @@ public:
     /// Opens the loupe, and keeps the notch open meanwhile. `completion` gets the colour picked last, or nothing; it is
     /// not called while the loupe is open already, or when `context` is gone. All colours picked are recorded.
     void sample(const QObject *context, const Completion &completion);
+    /// Closes the loupe as if no color had been picked.
+    void cancelSampling();
     void record(const SampledColor &color);
     /// One step of undo.
     void toggleFavorite(const SampledColor &color);
@@ -59,7 +62,7 @@ Q_SIGNALS:
     void sampled(const SampledColor &color);
 
 private:
-    void finish(const std::optional<SampledColor> &color, const Completion &completion);
+    void finish(const std::optional<SampledColor> &color);
     void put(const ColorLists &lists);
 
     DefaultsDatabase &m_defaults;
@@ -67,6 +70,9 @@ private:
     NotchController &m_controller;
     QProperty<ColorLists> m_lists;
     QProperty<bool> m_isSampling{false};
+    /// The loupe closes with it.
+    std::unique_ptr<QObject> m_loupe;
+    Completion m_completion;           ///< of the open loupe
     QList<QList<SampledColor>> m_undo; ///< the favorites before each change
 };
 

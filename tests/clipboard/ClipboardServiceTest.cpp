@@ -74,6 +74,7 @@ private Q_SLOTS:
     void undoLapses();
     void aRepeatOfAnErasedItemIsNotDoubledByUndo();
     void finalErasuresAreAcknowledgedOffTheDisk();
+    void erasureCoversWhatIsUnderWay();
     void triesAgainWhileSavingFails();
 
 private:
@@ -580,6 +581,27 @@ void ClipboardServiceTest::finalErasuresAreAcknowledgedOffTheDisk()
     m_service->eraseAll(true, saved);
     QTRY_COMPARE(isSaved, true);
     QCOMPARE(stored(), QByteArray("[]"));
+}
+
+void ClipboardServiceTest::erasureCoversWhatIsUnderWay()
+{
+    m_port->copyPng("image");
+    wait();
+    m_port->copyPng("image");
+    m_scheduler->advance(500ms); // is being compared
+    FakeClipboardPort::Owner slow;
+    slow.text = QStringLiteral("being read");
+    slow.readDelay = 800ms;
+    m_port->copy(slow);
+    m_scheduler->advance(700ms);
+    m_port->copyText(QStringLiteral("not noticed yet"));
+    m_service->eraseAll(true);
+    wait();
+    m_scheduler->advance(5s);
+    QVERIFY(titles().isEmpty());
+    copyText(QStringLiteral("next"));
+    QCOMPARE(titles(), QStringList(QStringLiteral("next")));
+    QCOMPARE(storedTitles(), titles());
 }
 
 void ClipboardServiceTest::triesAgainWhileSavingFails()

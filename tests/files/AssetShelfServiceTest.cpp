@@ -23,6 +23,7 @@ private Q_SLOTS:
     void aDeadMountLosesNothing();
     void removingStopsThePreview();
     void undoBringsBackTheLastRemoval();
+    void erasureCoversWhatIsStillBeingJudged();
     void aThousandFilesAreOneStep();
 
 private:
@@ -207,6 +208,25 @@ void AssetShelfServiceTest::undoBringsBackTheLastRemoval()
     QCOMPARE(paths(), QString());
     QVERIFY(m_store->flush());
     QCOMPARE(JsonListStore<ShelfItem>(m_fixture->folder.path()).load(), QList<ShelfItem>());
+}
+
+void AssetShelfServiceTest::erasureCoversWhatIsStillBeingJudged()
+{
+    m_fixture->files.mount("/net");
+    m_fixture->files.add("/net/far");
+    m_fixture->files.kill("/net");
+    addExisting({QStringLiteral("/a")});
+    shelf().add({QStringLiteral("/net/far")});
+    shelf().add({QStringLiteral("/b")}); // waits for its turn
+    QTRY_COMPARE(m_fixture->files.hangingCount(), 1);
+    shelf().eraseAll();
+    shelf().add({QStringLiteral("/c")});
+    QTRY_COMPARE(paths(), QStringLiteral("/c"));
+    m_fixture->clock.advance(FilePresence::kDeadline);
+    m_fixture->files.revive();
+    shelf().add({QStringLiteral("/d")});
+    QTRY_COMPARE(paths(), QStringLiteral("/d/c"));
+    QVERIFY(!shelf().canUndo());
 }
 
 void AssetShelfServiceTest::aThousandFilesAreOneStep()

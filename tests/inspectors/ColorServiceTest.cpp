@@ -17,6 +17,7 @@ class ColorServiceTest : public TestBase
 private Q_SLOTS:
     void recordsWhatWasPicked();
     void recordsAllThatIsGathered();
+    void aCancelledLoupeLeavesNothing();
     void asksOnceAtATime();
     void forgetsWhoIsGone();
     void keepsTheNotchOpenMeanwhile();
@@ -92,6 +93,22 @@ void ColorServiceTest::recordsAllThatIsGathered()
     fixture.loupe.close();
     QCOMPARE(fixture.answers, QList<std::optional<SampledColor>>{kBlueColor});
     QCOMPARE(fixture.colors->recents(), (QList<SampledColor>{kBlueColor, kOrangeColor}));
+}
+
+void ColorServiceTest::aCancelledLoupeLeavesNothing()
+{
+    ColorsFixture fixture;
+    fixture.openNotch();
+    fixture.colors->cancelSampling();
+    fixture.sample(fixture.panel);
+    fixture.loupe.gather(kOrange);
+    fixture.colors->clearRecents();
+    fixture.colors->cancelSampling();
+    QVERIFY(!fixture.colors->isSampling());
+    QVERIFY(!fixture.loupe.isOpen());
+    QCOMPARE(fixture.answers, QList<std::optional<SampledColor>>{std::nullopt});
+    QCOMPARE(fixture.colors->recents(), QList<SampledColor>());
+    QVERIFY(fixture.closesOnAPressOutside());
 }
 
 void ColorServiceTest::asksOnceAtATime()

@@ -6,8 +6,11 @@ import pty
 import subprocess
 import unittest
 
-from harness.desktop import Desktop
+from harness.desktop import BUILD, Desktop
+from harness.loupe import Loupe
+from harness.peer import xclip
 from harness.program import Program
+from harness.waiting import wait_until
 
 SECRET = "hydrangea"
 # What a file may hold that cannot be decoded.
@@ -99,6 +102,31 @@ class Forget(unittest.TestCase):
             self.assertIn(f"  {line}\n", said)
         self.check_forgotten()
         self.program.call("shelf", "add", self.file)
+        self.program.stop()
+
+    def test_what_is_under_way(self):
+        self.program.start()
+        owner = subprocess.Popen([str(BUILD / "bin" / "peers" / "selection-owner"), "wait", "--text", SECRET],
+                                 env=self.desktop.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(owner.communicate)
+        self.addCleanup(owner.kill)
+        while owner.stdout.readline() != "asked UTF8_STRING\n":
+            self.assertIsNone(owner.poll())
+        loupe = Loupe(self.desktop, (300, 400))
+        self.addCleanup(loupe.kill)
+        self.desktop.run("xdotool", "keydown", "shift", "click", "1", "keyup", "shift")
+        recents = lambda: json.loads(self.program.call("color", "list", "--json").stdout)["recents"]
+        wait_until(recents, "a color is gathered")
+        self.forget("--yes")
+        self.assertEqual(loupe.answer(), (1, "", "ostrelle: color pick: no color was picked"))
+        self.assertEqual(recents(), [])
+        owner.stdin.write("\n")
+        owner.stdin.flush()
+        # Copies are recorded in their order.
+        xclip(self.desktop, b"afterwards")
+        wait_until(self.program.history, "the next copy is recorded")
+        self.assertEqual([clip["text"] for clip in self.program.history()], ["afterwards"])
+        self.assertEqual(self.left(), [])
         self.program.stop()
 
     def test_stores_that_cannot_be_read(self):

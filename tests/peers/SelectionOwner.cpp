@@ -1,6 +1,7 @@
 #include "peers/PeerConnection.h"
 
 #include <cstdio>
+#include <iostream>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -16,10 +17,11 @@ namespace {
 
 using namespace ostrelle;
 
-enum class Mode { Serve, Refuse, HangTargets, HangIncr, DieIncr, Announce4G, Drip, Huge, GarbageTargets, Burst };
+enum class Mode { Serve, Wait, Refuse, HangTargets, HangIncr, DieIncr, Announce4G, Drip, Huge, GarbageTargets, Burst };
 
 const std::map<std::string_view, Mode> kModes{
     {"serve", Mode::Serve},
+    {"wait", Mode::Wait}, // for a line of input before it gives a content
     {"refuse", Mode::Refuse},
     {"hang-targets", Mode::HangTargets},
     {"hang-incr", Mode::HangIncr},     // stops in the middle
@@ -127,9 +129,13 @@ void SelectionOwner::handle(const xcb_selection_request_event_t &request)
         m_peer.notify(request, XCB_ATOM_NONE);
         return;
     }
+    if (m_mode == Mode::Wait && request.target != m_targets) {
+        std::string line;
+        std::getline(std::cin, line);
+    }
     if (request.target == m_targets) {
         putTargets(request);
-    } else if (m_mode == Mode::Serve && content->second.size() <= kChunk) {
+    } else if ((m_mode == Mode::Serve || m_mode == Mode::Wait) && content->second.size() <= kChunk) {
         m_peer.put(request.requestor, request.property, request.target, content->second);
     } else {
         beginIncrements(request, m_mode == Mode::Announce4G ? 0xffffffffU : 0);
@@ -184,6 +190,7 @@ std::string SelectionOwner::nextPiece(const Transfer &transfer)
 {
     switch (m_mode) {
     case Mode::Serve:
+    case Mode::Wait:
         return m_contents[transfer.type].substr(transfer.sent, kChunk);
     case Mode::Drip:
         return ".";
