@@ -159,8 +159,8 @@ void Services::registerTools(ToolRegistry &registry)
     registry.add(KestroModule::Clipboard,
                  {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
                       return makeChild<ClipboardModuleView>(&parent, clipboard(), clipImages(), haptics(),
-                                                            platform().fileIcons(), platform().popups(), scheduler(),
-                                                            context);
+                                                            platform().fileIcons(), platform().clipboard(),
+                                                            platform().popups(), scheduler(), context);
                   },
                   .badge = {},
                   .count = [this]() -> std::optional<int> {
@@ -193,7 +193,8 @@ void Services::registerTools(ToolRegistry &registry)
     registry.add(KestroModule::Projects,
                  {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
                       return makeChild<ProjectsModuleView>(&parent, projects(), filePresence(),
-                                                           platform().fileOpening(), platform().popups(), context);
+                                                           platform().fileOpening(), platform().clipboard(),
+                                                           platform().popups(), context);
                   },
                   .badge = {},
                   .count = [this] { return static_cast<int>(projects().projects().size()); },

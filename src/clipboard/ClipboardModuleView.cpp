@@ -50,8 +50,8 @@ EmptyStateView::Content noItems()
 } // namespace
 
 ClipboardModuleView::ClipboardModuleView(ClipboardService &service, ClipImages &images, Haptics &haptics,
-                                         FileIcons &icons, Popups &popups, TaskScheduler &scheduler,
-                                         const ControlContext &context, QWidget *parent)
+                                         FileIcons &icons, ClipboardPort &pasteboard, Popups &popups,
+                                         TaskScheduler &scheduler, const ControlContext &context, QWidget *parent)
     : ToolView(parent)
     , m_service(service)
     , m_haptics(haptics)
@@ -61,7 +61,7 @@ ClipboardModuleView::ClipboardModuleView(ClipboardService &service, ClipImages &
     , m_history(service)
     , m_results(m_history)
     , m_pictures(service, images)
-    , m_search(makeChild<InlineSearchField>(this, context, QStringLiteral("Search history")))
+    , m_search(makeChild<InlineSearchField>(this, context, pasteboard, QStringLiteral("Search history")))
     , m_list(makeChild<ClipboardListView>(this, context, m_results, m_pictures, icons))
     , m_empty(makeChild<EmptyStateView>(this, context, noItems()))
     , m_count(makeChild<ItemCount>(this, context))

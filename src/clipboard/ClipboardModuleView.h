@@ -13,6 +13,7 @@ class QKeyEvent;
 
 namespace ostrelle {
 
+class ClipboardPort;
 class ClipboardService;
 class EmptyStateView;
 class Haptics;
@@ -30,7 +31,8 @@ class ClipboardModuleView : public ToolView
     Q_OBJECT
 public:
     ClipboardModuleView(ClipboardService &service, ClipImages &images, Haptics &haptics, FileIcons &icons,
-                        Popups &popups, TaskScheduler &scheduler, const ControlContext &context, QWidget *parent);
+                        ClipboardPort &pasteboard, Popups &popups, TaskScheduler &scheduler,
+                        const ControlContext &context, QWidget *parent);
     ~ClipboardModuleView() override;
 
     std::optional<double> wantedBodyHeight() const override;

@@ -18,12 +18,13 @@ constexpr int kTopPadding = 8;
 
 } // namespace
 
-ProjectsListView::ProjectsListView(const ControlContext &context, ProjectsListModel &model, QWidget *parent)
+ProjectsListView::ProjectsListView(const ControlContext &context, ClipboardPort &clipboard, ProjectsListModel &model,
+                                   QWidget *parent)
     : RowListView(context, RowListMeasures{.topPadding = kTopPadding}, parent)
     , m_rows(context, [this](const QUuid &id) { return lookOf(id); })
     , m_actions{&makeAction(0, QStringLiteral("Rename")), &makeAction(1, QStringLiteral("Reveal in Finder")),
                 &makeAction(2, QStringLiteral("Remove"))}
-    , m_field(makeChild<RenameField>(viewport(), context.appearance, QStringLiteral("Name")))
+    , m_field(makeChild<RenameField>(viewport(), context.appearance, clipboard, QStringLiteral("Name")))
     , m_tints(context, [this] { viewport()->update(); })
     , m_actionFades(context,
                     [this] {

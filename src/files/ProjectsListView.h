@@ -10,6 +10,7 @@
 
 namespace ostrelle {
 
+class ClipboardPort;
 class GlyphButton;
 class ProjectsListModel;
 class RenameField;
@@ -20,7 +21,8 @@ class ProjectsListView : public RowListView
 {
     Q_OBJECT
 public:
-    ProjectsListView(const ControlContext &context, ProjectsListModel &model, QWidget *parent);
+    ProjectsListView(const ControlContext &context, ClipboardPort &clipboard, ProjectsListModel &model,
+                     QWidget *parent);
     ~ProjectsListView() override;
 
     QUuid idAt(int row) const override;

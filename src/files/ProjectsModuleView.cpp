@@ -34,7 +34,8 @@ constexpr double kListPadding = 16;
 } // namespace
 
 ProjectsModuleView::ProjectsModuleView(ProjectsService &service, FilePresence &presence, FileOpening &opening,
-                                       Popups &popups, const ControlContext &context, QWidget *parent)
+                                       ClipboardPort &clipboard, Popups &popups, const ControlContext &context,
+                                       QWidget *parent)
     : ToolView(parent)
     , m_service(service)
     , m_presence(presence)
@@ -42,7 +43,7 @@ ProjectsModuleView::ProjectsModuleView(ProjectsService &service, FilePresence &p
     , m_popups(popups)
     , m_context(context)
     , m_projects(service, presence)
-    , m_list(makeChild<ProjectsListView>(this, context, m_projects))
+    , m_list(makeChild<ProjectsListView>(this, context, clipboard, m_projects))
     , m_well(makeChild<DropWell>(this, context))
     , m_prompt(makeChild<ActionPrompt>(&m_well, context,
                                        ActionPrompt::Content{.symbol = QStringLiteral("folder.badge.plus"),

@@ -11,6 +11,7 @@ class QKeyEvent;
 namespace ostrelle {
 
 class ActionPrompt;
+class ClipboardPort;
 class DropOverlay;
 class DropWell;
 class FileOpening;
@@ -25,8 +26,8 @@ class ProjectsModuleView : public ToolView
 {
     Q_OBJECT
 public:
-    ProjectsModuleView(ProjectsService &service, FilePresence &presence, FileOpening &opening, Popups &popups,
-                       const ControlContext &context, QWidget *parent);
+    ProjectsModuleView(ProjectsService &service, FilePresence &presence, FileOpening &opening, ClipboardPort &clipboard,
+                       Popups &popups, const ControlContext &context, QWidget *parent);
     ~ProjectsModuleView() override;
 
     std::optional<double> wantedBodyHeight() const override;

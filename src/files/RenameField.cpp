@@ -16,8 +16,9 @@ constexpr int kExtraHeight = 2;
 
 } // namespace
 
-RenameField::RenameField(const NotchAppearance &appearance, const QString &placeholder, QWidget *parent)
-    : CaretLineEdit(appearance, parent)
+RenameField::RenameField(const NotchAppearance &appearance, ClipboardPort &clipboard, const QString &placeholder,
+                         QWidget *parent)
+    : CaretLineEdit(appearance, clipboard, parent)
 {
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);

@@ -10,7 +10,8 @@ class RenameField : public CaretLineEdit
 {
     Q_OBJECT
 public:
-    RenameField(const NotchAppearance &appearance, const QString &placeholder, QWidget *parent);
+    RenameField(const NotchAppearance &appearance, ClipboardPort &clipboard, const QString &placeholder,
+                QWidget *parent);
 
     bool isRenaming() const { return m_isRenaming; }
     /// Shows the field with the name selected, and takes the focus.

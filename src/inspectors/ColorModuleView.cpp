@@ -13,6 +13,7 @@
 #include "notch/controls/GlyphButton.h"
 #include "notch/controls/NotchMenu.h"
 #include "platform/ClipboardPort.h"
+#include "platform/ClipboardText.h"
 #include "platform/Haptics.h"
 #include "platform/Popups.h"
 #include "records/ColorText.h"
@@ -54,7 +55,7 @@ ColorModuleView::ColorModuleView(const Surroundings &surroundings, const Control
                                 .symbolSize = kPromptSymbolSize}))
     , m_readout(makeChild<ColorReadout>(this, context))
     , m_shelves(makeChild<SwatchShelves>(this, context))
-    , m_field(makeChild<ColorTextField>(this, context))
+    , m_field(makeChild<ColorTextField>(this, context, surroundings.clipboard))
     , m_another(makeChild<GlyphButton>(
           this, context,
           GlyphButton::Content{.symbol = QStringLiteral("eyedropper"), .help = QStringLiteral("Pick another color")}))
@@ -92,7 +93,6 @@ void ColorModuleView::listen()
             });
     connect(&m_field, &ColorTextField::accepted, this, &ColorModuleView::take);
     connect(&m_field, &ColorTextField::closed, this, &ColorModuleView::followField);
-    connect(&m_field, &ColorTextField::pasteWanted, this, &ColorModuleView::paste);
     // Whoever opened the loupe.
     connect(&m_around.colors, &ColorService::sampled, this, &ColorModuleView::setCurrent);
     // Buttons would keep arrow keys for themselves; the one in the header is not in this view.
@@ -262,15 +262,7 @@ void ColorModuleView::type(const QString &text)
 
 void ColorModuleView::paste()
 {
-    m_around.clipboard.snapshot(this, [this](const std::optional<ClipboardSnapshot> &snapshot) {
-        if (!snapshot || !snapshot->formats.contains(ClipboardFormat::Text))
-            return;
-        m_around.clipboard.read(snapshot->changeCount, ClipboardFormat::Text, this,
-                                [this](const ClipboardContent &content) {
-                                    if (content.outcome == ClipboardContent::Outcome::Read)
-                                        takePasted(content.text);
-                                });
-    });
+    readClipboardText(m_around.clipboard, this, [this](const QString &text) { takePasted(text); });
 }
 
 void ColorModuleView::takePasted(const QString &text)

@@ -8,7 +8,6 @@
 
 #include <QFocusEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 
 #include <cmath>
@@ -27,10 +26,10 @@ constexpr int kLongestText = 100;
 
 } // namespace
 
-ColorTextField::ColorTextField(const ControlContext &context, QWidget *parent)
+ColorTextField::ColorTextField(const ControlContext &context, ClipboardPort &clipboard, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
-    , m_field(makeChild<CaretLineEdit>(this, context.appearance))
+    , m_field(makeChild<CaretLineEdit>(this, context.appearance, clipboard))
     , m_shake(context, [this] { arrange(); })
 {
     setAttribute(Qt::WA_NoSystemBackground);
@@ -98,9 +97,7 @@ void ColorTextField::take()
 
 bool ColorTextField::handleKey(const QKeyEvent &event)
 {
-    if (event.matches(QKeySequence::Paste))
-        Q_EMIT pasteWanted();
-    else if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
+    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
         take();
     else if (event.key() == Qt::Key_Escape)
         close();
@@ -114,12 +111,6 @@ bool ColorTextField::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::KeyPress:
         if (handleKey(*static_cast<QKeyEvent *>(event)))
-            return true;
-        break;
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-        // The toolkit would wait for whoever owns the selected text.
-        if (static_cast<QMouseEvent *>(event)->button() == Qt::MiddleButton)
             return true;
         break;
     case QEvent::FocusOut: {

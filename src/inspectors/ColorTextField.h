@@ -11,6 +11,7 @@
 namespace ostrelle {
 
 class CaretLineEdit;
+class ClipboardPort;
 
 /// A field for a colour in words, there only while somebody types one. It shows the colour as soon as the text is one.
 /// Return takes it, or refuses with a shake what is none; so does looking elsewhere, which ends it in any case, as do
@@ -19,7 +20,7 @@ class ColorTextField : public QWidget
 {
     Q_OBJECT
 public:
-    ColorTextField(const ControlContext &context, QWidget *parent);
+    ColorTextField(const ControlContext &context, ClipboardPort &clipboard, QWidget *parent);
     ~ColorTextField() override;
 
     bool isOpen() const { return m_isOpen; }
@@ -33,8 +34,6 @@ public:
 Q_SIGNALS:
     void accepted(const SampledColor &color);
     void closed();
-    /// Reading the clipboard may take a while: who hears this gives the text to insert().
-    void pasteWanted();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

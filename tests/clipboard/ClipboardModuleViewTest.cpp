@@ -41,7 +41,7 @@ struct OpenTool : ClipboardToolFixture
     explicit OpenTool(const QList<Seed> &seeds)
     {
         start(seeds);
-        view.emplace(*service, images, haptics, icons, popups, clock, context, nullptr);
+        view.emplace(*service, images, haptics, icons, port, popups, clock, context, nullptr);
         view->resize(588, static_cast<int>(*view->wantedBodyHeight()) - 106);
         view->show();
         view->activateWindow();

@@ -127,7 +127,7 @@ struct OpenTool : FilesFixture
     FakeFileOpening &opening = platform.fileOpening();
     ProjectsService service{store, presence, haptics, picker, controller};
     QWidget window;
-    ProjectsModuleView view{service, presence, opening, platform.popups(), {appearance, frames}, nullptr};
+    ProjectsModuleView view{service, presence, opening, clipboard, platform.popups(), {appearance, frames}, nullptr};
     QAbstractItemModelTester tester{view.list().model(), QAbstractItemModelTester::FailureReportingMode::QtTest};
 };
 

@@ -5,10 +5,11 @@ import subprocess
 import unittest
 
 from harness.desktop import BUILD, Desktop
-from harness.peer import xclip
+from harness.peer import paste, xclip
 from harness.program import Program
 from harness.waiting import holds_for, wait_until
 
+SEARCH_FIELD_Y = 151  # on the clipboard tool
 OWNER = str(BUILD / "bin" / "peers" / "selection-owner")
 
 
@@ -51,6 +52,24 @@ class Faults(unittest.TestCase):
         holds_for(lambda: self.program.call("status", timeout=2).returncode == 0, "the program answers", 1.0)
         self.next_copy_is_recorded("after the stopped one")
         process.send_signal(signal.SIGCONT)
+
+    def test_text_fields_wait_for_nobody(self):
+        self.program.call("open", "clipboard")
+        wait_until(lambda: self.program.status()["hasFocus"], "the panel has the keyboard")
+        owners = [self.owner("serve", "--selection", selection, "--text", selection)
+                  for selection in ("CLIPBOARD", "PRIMARY")]
+        for owner in owners:
+            owner.send_signal(signal.SIGSTOP)
+        answers_at_once = lambda: self.program.call("status", timeout=2).returncode == 0
+        for provoke in (lambda: self.desktop.click(640, SEARCH_FIELD_Y, button=2), lambda: self.desktop.key("ctrl+v"),
+                        lambda: self.desktop.key("shift+Insert")):
+            provoke()
+            holds_for(answers_at_once, "the program answers", 1.0)
+        self.desktop.type("typed")
+        self.desktop.key("ctrl+a", "ctrl+c")
+        wait_until(lambda: paste(self.desktop) == b"typed", "the field has the keyboard, and what was typed only")
+        for owner in owners:
+            owner.send_signal(signal.SIGCONT)
 
     def test_a_burst(self):
         process = self.owner("burst", "--count", "1000")

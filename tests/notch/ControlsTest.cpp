@@ -54,6 +54,7 @@ private Q_SLOTS:
     void playBadgeKeepsItsPlaceWhileHidden();
     void searchFieldEmptiesItself();
     void searchFieldLetsUnusedKeysPass();
+    void fieldsUseTheProgramsOwnWayToTheClipboard();
     void emptyStateLeavesByFading();
     void edgeFadeKeepsTheMiddleAndClearsTheEdge_data();
     void edgeFadeKeepsTheMiddleAndClearsTheEdge();
@@ -232,7 +233,7 @@ void ControlsTest::playBadgeKeepsItsPlaceWhileHidden()
 void ControlsTest::searchFieldEmptiesItself()
 {
     Stage stage;
-    InlineSearchField search(stage.context, QStringLiteral("Search history"), &stage.ground);
+    InlineSearchField search(stage.context, stage.clipboard, QStringLiteral("Search history"), &stage.ground);
     search.setGeometry(10, 10, 180, InlineSearchField::kHeight);
     stage.ground.show();
     auto *clear = search.findChild<QAbstractButton *>();
@@ -257,10 +258,45 @@ void ControlsTest::searchFieldLetsUnusedKeysPass()
     };
     ControlFixture fixture;
     KeyCatcher catcher;
-    InlineSearchField search(fixture.context, QStringLiteral("Search"), &catcher);
+    InlineSearchField search(fixture.context, fixture.clipboard, QStringLiteral("Search"), &catcher);
     for (const Qt::Key key : {Qt::Key_A, Qt::Key_Escape, Qt::Key_Up, Qt::Key_Down})
         QTest::keyClick(&search.field(), key);
     QCOMPARE(catcher.keys, (QList<int>{Qt::Key_Escape, Qt::Key_Up, Qt::Key_Down}));
+}
+
+void ControlsTest::fieldsUseTheProgramsOwnWayToTheClipboard()
+{
+    Stage stage;
+    InlineSearchField search(stage.context, stage.clipboard, QStringLiteral("Search"), &stage.ground);
+    QLineEdit &field = search.field();
+    const auto offered = [&stage] { return std::get<QString>(*stage.clipboard.offer()); };
+    const qint64 before = stage.clipboard.changeCount();
+    QTest::keyClick(&field, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(stage.clipboard.changeCount(), before); // nothing is selected
+    QTest::keyClicks(&field, QStringLiteral("the ferry"));
+    field.setSelection(4, 5);
+    QTest::keyClick(&field, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(offered(), QStringLiteral("ferry"));
+    QCOMPARE(field.text(), QStringLiteral("the ferry"));
+    field.setSelection(0, 4);
+    QTest::keyClick(&field, Qt::Key_Delete, Qt::ShiftModifier);
+    QCOMPARE(offered(), QStringLiteral("the "));
+    QCOMPARE(field.text(), QStringLiteral("ferry"));
+
+    stage.clipboard.copyText(QStringLiteral("night\nferry"));
+    field.selectAll();
+    QTest::keyClick(&field, Qt::Key_Insert, Qt::ShiftModifier);
+    stage.clock.advance(10ms);
+    QCOMPARE(field.text(), QStringLiteral("night ferry"));
+    // Who hangs keeps nobody waiting.
+    FakeClipboardPort::Owner hung;
+    hung.text = QStringLiteral("never");
+    hung.hangs = true;
+    stage.clipboard.copy(hung);
+    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClicks(&field, QStringLiteral("!"));
+    stage.clock.advance(FakeClipboardPort::kDeadline);
+    QCOMPARE(field.text(), QStringLiteral("night ferry!"));
 }
 
 void ControlsTest::emptyStateLeavesByFading()

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <utility>
 
-// selection-owner MODE [--class CLASS] [--text TEXT] [--type NAME VALUE] [--bytes NAME SIZE] [--marker NAME] [--count
-// N]
+// selection-owner MODE [--selection NAME] [--class CLASS] [--text TEXT] [--type NAME VALUE] [--bytes NAME SIZE]
+// [--marker NAME] [--count N]
 //
-// Owns CLIPBOARD in one of the ways below; with --class, from a window of that class that is active by then. Prints
-// "ready", then "asked TARGET" for each request. --bytes gives so many bytes counting from 0 to 250, in increments when
-// there are many; --marker is a type of no content.
+// Owns CLIPBOARD, or the other selection, in one of the ways below; with --class, from a window of that class that is
+// active by then. Prints "ready", then "asked TARGET" for each request. --bytes gives so many bytes counting from 0 to
+// 250, in increments when there are many; --marker is a type of no content.
 
 namespace {
 
@@ -48,7 +48,8 @@ std::string patternOf(std::size_t size)
 class SelectionOwner
 {
 public:
-    SelectionOwner(Mode mode, const std::vector<std::pair<std::string, std::string>> &contents);
+    SelectionOwner(Mode mode, const std::string &selection,
+                   const std::vector<std::pair<std::string, std::string>> &contents);
     void show(const std::string &windowClass) { m_peer.showWindow(windowClass); }
     void burst(int count);
     void run();
@@ -68,15 +69,17 @@ private:
 
     PeerConnection m_peer;
     Mode m_mode;
-    xcb_atom_t m_clipboard = m_peer.atom("CLIPBOARD");
+    xcb_atom_t m_selection;
     xcb_atom_t m_targets = m_peer.atom("TARGETS");
     xcb_atom_t m_incr = m_peer.atom("INCR");
     std::map<xcb_atom_t, std::string> m_contents;
     std::map<std::pair<xcb_window_t, xcb_atom_t>, Transfer> m_transfers;
 };
 
-SelectionOwner::SelectionOwner(Mode mode, const std::vector<std::pair<std::string, std::string>> &contents)
+SelectionOwner::SelectionOwner(Mode mode, const std::string &selection,
+                               const std::vector<std::pair<std::string, std::string>> &contents)
     : m_mode(mode)
+    , m_selection(m_peer.atom(selection))
 {
     for (const auto &[type, bytes] : contents) {
         m_contents[m_peer.atom(type)] = bytes;
@@ -90,13 +93,13 @@ SelectionOwner::SelectionOwner(Mode mode, const std::vector<std::pair<std::strin
 void SelectionOwner::burst(int count)
 {
     for (int i = 0; i < count; ++i) {
-        m_peer.takeSelection(m_clipboard);
+        m_peer.takeSelection(m_selection);
     }
 }
 
 void SelectionOwner::run()
 {
-    m_peer.takeSelection(m_clipboard);
+    m_peer.takeSelection(m_selection);
     tell("ready");
     while (const auto event = m_peer.nextEvent()) {
         switch (event->response_type & 0x7f) {
@@ -213,12 +216,15 @@ int main(int argc, char **argv)
     }
     std::vector<std::pair<std::string, std::string>> contents;
     std::string windowClass;
+    std::string selection = "CLIPBOARD";
     int count = 1000;
     const auto at = [&](std::size_t i) { return i < arguments.size() ? arguments[i] : std::string(); };
     for (std::size_t i = 1; i < arguments.size(); i += 2) {
         const std::string &option = arguments[i];
         if (option == "--class") {
             windowClass = at(i + 1);
+        } else if (option == "--selection") {
+            selection = at(i + 1);
         } else if (option == "--text") {
             contents.emplace_back("UTF8_STRING", at(i + 1));
         } else if (option == "--marker") {
@@ -233,7 +239,7 @@ int main(int argc, char **argv)
             ++i;
         }
     }
-    SelectionOwner owner(mode->second, contents);
+    SelectionOwner owner(mode->second, selection, contents);
     if (!windowClass.empty()) {
         owner.show(windowClass);
     }

@@ -142,6 +142,12 @@ void PrivacySectionTest::theEditorCopiesAndPastesByTheProgramsOwnWay()
     QTest::keyClick(editor, Qt::Key_V, Qt::ControlModifier);
     stage.settle();
     QCOMPARE(stage.settings.excludedApps(), QStringList(latin("com.example.pasted")));
+
+    // A press on what is selected ends the selection: the toolkit would begin to drag it.
+    editor->selectAll();
+    QTest::mousePress(editor->viewport(), Qt::LeftButton, {}, editor->cursorRect().center() - QPoint(0, 17));
+    QVERIFY(!editor->textCursor().hasSelection());
+    QTest::mouseRelease(editor->viewport(), Qt::LeftButton);
 }
 
 void PrivacySectionTest::recordingFollowsTheSwitch()

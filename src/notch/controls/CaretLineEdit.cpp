@@ -19,9 +19,10 @@ int CaretLineEdit::NoCaretStyle::pixelMetric(PixelMetric metric, const QStyleOpt
     return metric == PM_TextCursorWidth ? 0 : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
-CaretLineEdit::CaretLineEdit(const NotchAppearance &appearance, QWidget *parent)
+CaretLineEdit::CaretLineEdit(const NotchAppearance &appearance, ClipboardPort &clipboard, QWidget *parent)
     : QLineEdit(parent)
     , m_appearance(appearance)
+    , m_exchange(clipboard, *this)
 {
     setStyle(&m_style);
     setFrame(false);
@@ -29,7 +30,6 @@ CaretLineEdit::CaretLineEdit(const NotchAppearance &appearance, QWidget *parent)
     setAttribute(Qt::WA_NoSystemBackground);
     // The platform's menu of a text field would open beside the panel's own way of opening menus.
     setContextMenuPolicy(Qt::PreventContextMenu);
-    setDragEnabled(false);
     connect(&appearance, &NotchAppearance::changed, this, &CaretLineEdit::applyPalette);
     applyPalette();
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/FieldExchange.h"
+
 #include <QLineEdit>
 #include <QProxyStyle>
 
 namespace ostrelle {
 
+class ClipboardPort;
 class NotchAppearance;
 
 /// A bare line of text in the notch's colours, with a caret in the accent colour. The platform's would have the colour
@@ -13,7 +16,7 @@ class CaretLineEdit : public QLineEdit
 {
     Q_OBJECT
 public:
-    CaretLineEdit(const NotchAppearance &appearance, QWidget *parent);
+    CaretLineEdit(const NotchAppearance &appearance, ClipboardPort &clipboard, QWidget *parent);
     ~CaretLineEdit() override;
 
 protected:
@@ -31,6 +34,7 @@ private:
 
     const NotchAppearance &m_appearance;
     NoCaretStyle m_style;
+    FieldExchange m_exchange;
 };
 
 } // namespace ostrelle

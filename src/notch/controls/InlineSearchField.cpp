@@ -67,10 +67,11 @@ private:
     AnimatedNumber m_presence;
 };
 
-InlineSearchField::InlineSearchField(const ControlContext &context, const QString &placeholder, QWidget *parent)
+InlineSearchField::InlineSearchField(const ControlContext &context, ClipboardPort &clipboard,
+                                     const QString &placeholder, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
-    , m_field(makeChild<CaretLineEdit>(this, context.appearance))
+    , m_field(makeChild<CaretLineEdit>(this, context.appearance, clipboard))
     , m_clear(makeChild<ClearButton>(this, context))
     , m_focus(context, 0, [this] { update(); })
 {

@@ -9,6 +9,8 @@ class QLineEdit;
 
 namespace ostrelle {
 
+class ClipboardPort;
+
 /// A search field, 24 high: a magnifying glass, the text, and a button that empties it while there is some. Keys that
 /// the text does not use go on to the parent.
 class InlineSearchField : public QWidget
@@ -17,7 +19,8 @@ class InlineSearchField : public QWidget
 public:
     static constexpr int kHeight = 24;
 
-    InlineSearchField(const ControlContext &context, const QString &placeholder, QWidget *parent);
+    InlineSearchField(const ControlContext &context, ClipboardPort &clipboard, const QString &placeholder,
+                      QWidget *parent);
 
     QString text() const;
     void setText(const QString &text);

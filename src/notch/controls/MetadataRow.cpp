@@ -55,7 +55,7 @@ MetadataRow::MetadataRow(const ControlContext &context, ClipboardPort &clipboard
     : QWidget(parent)
     , m_context(context)
     , m_content(content)
-    , m_value(makeChild<ValueField>(this, context.appearance))
+    , m_value(makeChild<ValueField>(this, context.appearance, clipboard))
     , m_copy(makeChild<GlyphButton>(this, context,
                                     GlyphButton::Content{.symbol = QStringLiteral("square.on.square"),
                                                          .help = QStringLiteral("Copy ") + content.label,

@@ -17,9 +17,10 @@ constexpr auto kStillComing = 1500ms;
 
 } // namespace
 
-PortalFileChooser::PortalFileChooser(const TaskScheduler &scheduler, QObject *parent)
+PortalFileChooser::PortalFileChooser(const TaskScheduler &scheduler, ClipboardPort &clipboard, QObject *parent)
     : QObject(parent)
     , m_scheduler(scheduler)
+    , m_clipboard(clipboard)
 {
 }
 
@@ -72,7 +73,7 @@ void PortalFileChooser::askPortal()
 
 void PortalFileChooser::askToolkit()
 {
-    m_dialog = std::make_unique<ToolkitFileDialog>(m_choice, [this](const QStringList &paths) {
+    m_dialog = std::make_unique<ToolkitFileDialog>(m_choice, m_clipboard, [this](const QStringList &paths) {
         m_dialog.reset();
         finish(paths);
     });

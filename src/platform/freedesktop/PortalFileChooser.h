@@ -10,6 +10,7 @@
 
 namespace ostrelle {
 
+class ClipboardPort;
 class PortalFileRequest;
 class ToolkitFileDialog;
 
@@ -18,7 +19,8 @@ class PortalFileChooser final : public QObject, public FileChooser
 {
     Q_OBJECT
 public:
-    explicit PortalFileChooser(const TaskScheduler &scheduler, QObject *parent = nullptr);
+    /// Both outlive this.
+    PortalFileChooser(const TaskScheduler &scheduler, ClipboardPort &clipboard, QObject *parent = nullptr);
     ~PortalFileChooser() override;
 
     void choose(const FileChoice &choice, QObject *context, std::function<void(QStringList)> answer) override;
@@ -36,6 +38,7 @@ private:
     void finish(const QStringList &paths);
 
     const TaskScheduler &m_scheduler;
+    ClipboardPort &m_clipboard;
     std::unique_ptr<PortalFileRequest> m_request;
     std::unique_ptr<ToolkitFileDialog> m_dialog;
     FileChoice m_choice; ///< the open one

@@ -1,10 +1,13 @@
 #include "platform/freedesktop/ToolkitFileDialog.h"
 
+#include "foundation/MakeChild.h"
+#include "platform/FieldExchange.h"
 #include "platform/freedesktop/FileKinds.h"
 
 #include <QFileDialog>
 #include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QListView>
 #include <QTreeView>
 
@@ -37,7 +40,8 @@ void askForFile(QFileDialog &dialog, const FileChoice &choice)
 
 } // namespace
 
-ToolkitFileDialog::ToolkitFileDialog(const FileChoice &choice, std::function<void(QStringList)> answer)
+ToolkitFileDialog::ToolkitFileDialog(const FileChoice &choice, ClipboardPort &clipboard,
+                                     std::function<void(QStringList)> answer)
     : m_dialog(std::make_unique<QFileDialog>(nullptr, choice.message))
 {
     // A native dialog would come from a desktop integration, whose ways with several folders differ.
@@ -50,6 +54,11 @@ ToolkitFileDialog::ToolkitFileDialog(const FileChoice &choice, std::function<voi
     }
     if (!choice.acceptLabel.isEmpty()) {
         m_dialog->setLabelText(QFileDialog::Accept, choice.acceptLabel);
+    }
+    for (auto *field : m_dialog->findChildren<QLineEdit *>()) {
+        makeChild<FieldExchange>(field, clipboard, *field);
+        // The toolkit's menu looks into the clipboard before it opens.
+        field->setContextMenuPolicy(Qt::PreventContextMenu);
     }
     // Above all else, and not every window manager shows titles.
     auto message = std::make_unique<QLabel>(choice.message);

@@ -78,7 +78,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
     , iconTheme(*watch)
-    , fileChooser(scheduler)
+    , fileChooser(scheduler, clipboard)
     , colourPicker(screens, rawPointer, scheduler)
     , alertSound(*watch)
     , keyboard(*watch, scheduler)

@@ -2,18 +2,15 @@
 
 #include "notch/NotchAppearance.h"
 #include "notch/controls/NotchMenu.h"
-#include "platform/ClipboardPort.h"
 #include "platform/Popups.h"
 #include "windows/WindowColors.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextDocumentFragment>
 
 namespace ostrelle {
 namespace {
@@ -29,7 +26,7 @@ constexpr double kCaretWidth = 1.5;
 PlainEditor::PlainEditor(const ControlContext &context, ClipboardPort &pasteboard, Popups &popups, QWidget *parent)
     : QTextEdit(parent)
     , m_context(context)
-    , m_pasteboard(pasteboard)
+    , m_exchange(pasteboard, *this)
     , m_popups(popups)
 {
     setFixedHeight(kHeight);
@@ -43,7 +40,6 @@ PlainEditor::PlainEditor(const ControlContext &context, ClipboardPort &pasteboar
     // Its own caret would have the colour of the text.
     setCursorWidth(0);
     viewport()->setAutoFillBackground(false);
-    viewport()->setAcceptDrops(false);
     document()->setDocumentMargin(0);
     setFont(Theme::monospacedFont(kFontSize));
     setLines();
@@ -91,49 +87,12 @@ void PlainEditor::setLines()
     document()->clearUndoRedoStacks();
 }
 
-void PlainEditor::copySelection()
-{
-    if (textCursor().hasSelection())
-        m_pasteboard.write(textCursor().selection().toPlainText());
-}
-
-void PlainEditor::cutSelection()
-{
-    copySelection();
-    textCursor().removeSelectedText();
-}
-
-void PlainEditor::pasteText()
-{
-    m_pasteboard.snapshot(this, [this](const std::optional<ClipboardSnapshot> &snapshot) {
-        if (!snapshot || !snapshot->formats.contains(ClipboardFormat::Text))
-            return;
-        m_pasteboard.read(snapshot->changeCount, ClipboardFormat::Text, this, [this](const ClipboardContent &content) {
-            if (content.outcome == ClipboardContent::Outcome::Read)
-                insertPlainText(content.text);
-        });
-    });
-}
-
 void PlainEditor::keyPressEvent(QKeyEvent *event)
 {
-    if (event->matches(QKeySequence::Copy))
-        copySelection();
-    else if (event->matches(QKeySequence::Cut))
-        cutSelection();
-    else if (event->matches(QKeySequence::Paste))
-        pasteText();
-    else if (event->key() == Qt::Key_Escape)
+    if (event->key() == Qt::Key_Escape)
         event->ignore();
     else
         QTextEdit::keyPressEvent(event);
-}
-
-/// The toolkit would paste what is selected in another program, and wait for that program.
-void PlainEditor::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::MiddleButton)
-        QTextEdit::mouseReleaseEvent(event);
 }
 
 void PlainEditor::contextMenuEvent(QContextMenuEvent *event)
@@ -143,11 +102,11 @@ void PlainEditor::contextMenuEvent(QContextMenuEvent *event)
     m_menu->addEntry(QStringLiteral("Undo"), this, [this] { undo(); });
     m_menu->actions().constLast()->setEnabled(document()->isUndoAvailable());
     m_menu->addSeparator();
-    m_menu->addEntry(QStringLiteral("Cut"), this, [this] { cutSelection(); });
+    m_menu->addEntry(QStringLiteral("Cut"), this, [this] { m_exchange.cut(); });
     m_menu->actions().constLast()->setEnabled(hasSelection);
-    m_menu->addEntry(QStringLiteral("Copy"), this, [this] { copySelection(); });
+    m_menu->addEntry(QStringLiteral("Copy"), this, [this] { m_exchange.copy(); });
     m_menu->actions().constLast()->setEnabled(hasSelection);
-    m_menu->addEntry(QStringLiteral("Paste"), this, [this] { pasteText(); });
+    m_menu->addEntry(QStringLiteral("Paste"), this, [this] { m_exchange.paste(); });
     m_menu->addSeparator();
     m_menu->addEntry(QStringLiteral("Select All"), this, [this] { selectAll(); });
     m_popups.openMenu(*m_menu, *this, event->pos());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "notch/controls/ControlContext.h"
+#include "platform/FieldExchange.h"
 
 #include <QTextEdit>
 
@@ -29,7 +30,6 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
@@ -38,12 +38,9 @@ protected:
 private:
     void applyLooks();
     void setLines();
-    void copySelection();
-    void cutSelection();
-    void pasteText();
 
     ControlContext m_context;
-    ClipboardPort &m_pasteboard;
+    FieldExchange m_exchange;
     Popups &m_popups;
     std::unique_ptr<NotchMenu> m_menu; ///< the latest one
     bool m_isShowing = false;

@@ -2,6 +2,7 @@
 #include "ShownDialog.h"
 #include "platform/freedesktop/PortalFileChooser.h"
 #include "platform/freedesktop/PortalFileFilter.h"
+#include "support/FakeClipboardPort.h"
 #include "support/ManualTaskScheduler.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
@@ -30,7 +31,7 @@ private Q_SLOTS:
         m_portal.reset(); // before the next takes its place on the bus
         m_portal = std::make_unique<PortalStandIn>();
         m_scheduler = std::make_unique<ManualTaskScheduler>();
-        m_chooser = std::make_unique<PortalFileChooser>(*m_scheduler);
+        m_chooser = std::make_unique<PortalFileChooser>(*m_scheduler, m_clipboard);
         m_answer.reset();
     }
 
@@ -242,6 +243,8 @@ private:
                              QStringLiteral("Images")};
     std::unique_ptr<PortalStandIn> m_portal;
     std::unique_ptr<ManualTaskScheduler> m_scheduler;
+    ManualTaskScheduler m_clipboardClock;
+    FakeClipboardPort m_clipboard{m_clipboardClock};
     std::unique_ptr<PortalFileChooser> m_chooser;
     std::optional<QStringList> m_answer;
 };

@@ -2,6 +2,7 @@
 #include "ShownDialog.h"
 #include "platform/freedesktop/DesktopFileOpening.h"
 #include "platform/freedesktop/PortalFileChooser.h"
+#include "support/FakeClipboardPort.h"
 #include "support/ManualTaskScheduler.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
@@ -30,8 +31,9 @@ private Q_SLOTS:
 
     void choosesInTheToolkitsDialog()
     {
-        const ManualTaskScheduler scheduler;
-        PortalFileChooser chooser(scheduler);
+        ManualTaskScheduler scheduler;
+        FakeClipboardPort clipboard(scheduler);
+        PortalFileChooser chooser(scheduler, clipboard);
         std::optional<QStringList> answer;
         chooser.choose({FileChoice::Kind::Folders, QStringLiteral("Choose."), {}, {}, {}, {}}, this,
                        [&answer](const QStringList &paths) { answer = paths; });
