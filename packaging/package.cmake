@@ -7,8 +7,9 @@ set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_CONTACT "${OSTRELLE_MAINTAINER}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "six small tools, just above your work")
 set(CPACK_PACKAGE_DESCRIPTION
-    "A black lozenge at the top centre of the screen opens into a panel of glass with a clipboard history, colors
-sampled from the screen, a shelf for files, project folders, and what is in a picture or a sound.")
+    "A black lozenge at the top centre of the screen opens into a panel of
+glass with a clipboard history, colors sampled from the screen, a shelf
+for files, project folders, and what is in a picture or a sound.")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${OSTRELLE_HOME_PAGE}")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

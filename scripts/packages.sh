@@ -22,5 +22,5 @@ tour_packages=(
 test_packages=(
   clang clang-format clang-tidy x11-xkb-utils xfwm4 psmisc util-linux strace libvips-tools libgdk-pixbuf2.0-bin
   qt6-image-formats-plugins libheif-examples libavif-bin libjxl-tools sox lame flac vorbis-tools opus-tools speex
-  desktop-file-utils dpkg-dev appstream openssl libglib2.0-bin systemd mandoc man-db zsh fish
+  desktop-file-utils dpkg-dev lintian appstream openssl libglib2.0-bin systemd mandoc man-db zsh fish
 )

@@ -35,6 +35,13 @@ class Package(unittest.TestCase):
         for script in ("postinst", "prerm", "postrm", "preinst"):
             self.assertNotIn(f" {script} ", scripts.stdout, "nothing runs as root")
 
+    def test_keeps_the_rules_for_packages(self):
+        # Whoever deploys adds these two, when the licence is chosen and something is released.
+        deployers = "no-copyright-file,no-changelog"
+        checked = subprocess.run(["lintian", "--fail-on", "error,warning", "--suppress-tags", deployers,
+                                  str(self.package)], capture_output=True, text=True, timeout=120)
+        self.assertEqual((checked.returncode, checked.stdout), (0, ""), checked.stderr)
+
     def live_in(self, root):
         """Installed, started, quit and purged; what it leaves."""
         print(f"root: {root.kind}")
