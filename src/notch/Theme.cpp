@@ -1,6 +1,6 @@
 #include "notch/Theme.h"
 
-#include <QFontDatabase>
+#include "platform/DesktopFonts.h"
 
 #include <cmath>
 
@@ -111,25 +111,15 @@ const Palette &palette(ColorScheme scheme, Contrast contrast)
 
 QFont interfaceFont(double pixels, QFont::Weight weight)
 {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setFamilies(QStringList{QStringLiteral("Inter")} + font.families());
-    font.setStyleName({});
-    font.setItalic(false);
-    font.setWeight(weight);
-    // Full hinting would round every advance to whole pixels, and so every size to the next.
-    font.setHintingPreference(QFont::PreferVerticalHinting);
+    QFont font = desktopFonts::interfaceFont(weight);
     setPixelSize(font, pixels);
     return font;
 }
 
 QFont monospacedFont(double pixels)
 {
-    QFont font = interfaceFont(pixels, QFont::Medium);
-    const QStringList fallback = QFontDatabase::systemFont(QFontDatabase::FixedFont).families();
-    font.setFamilies(QStringList{QStringLiteral("JetBrains Mono")} + fallback +
-                     QStringList{QStringLiteral("monospace")});
-    font.setStyleHint(QFont::Monospace);
-    font.setFixedPitch(true);
+    QFont font = desktopFonts::monospacedFont();
+    setPixelSize(font, pixels);
     return font;
 }
 

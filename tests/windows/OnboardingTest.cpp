@@ -1,9 +1,4 @@
-#include "PanelFixture.h"
-#include "core/ForegroundSession.h"
-#include "shortcuts/ShortcutActions.h"
-#include "shortcuts/ShortcutService.h"
-#include "support/FakeHotKeys.h"
-#include "support/FakeKeyboardLayout.h"
+#include "WindowFixture.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 #include "windows/controls/SwitchButton.h"
@@ -26,22 +21,12 @@ QString latin(const char *text)
 }
 
 /// The first run over the real stores, on a desktop of fakes.
-struct OnboardingFixture : ControlFixture, private ShortcutActions
+struct OnboardingFixture : WindowFixture
 {
-    ForegroundSession foreground;
-    FakeHotKeys hotKeys;
-    FakeKeyboardLayout layout;
-    ShortcutService shortcuts{database, hotKeys, layout, *this};
     OnboardingWindowController welcome{
         OnboardingSurroundings{
             .settings = settings, .appearance = appearance, .scheduler = clock, .shortcuts = shortcuts},
         controller, foreground, platform.ordinaryWindows()};
-
-    OnboardingFixture()
-    {
-        shortcuts.start();
-        controller.start(panel);
-    }
 
     /// On the step of this number.
     QWidget &open(int step = 0)
@@ -55,7 +40,7 @@ struct OnboardingFixture : ControlFixture, private ShortcutActions
         return window();
     }
     /// The tests' way to what only the controller may change.
-    QWidget &window() const { return const_cast<OnboardingWindow &>(*welcome.window()); }
+    QWidget &window() const override { return const_cast<OnboardingWindow &>(*welcome.window()); }
     int step() const { return welcome.window()->view().step(); }
     /// One frame, in which nothing has come to rest.
     void frame()
@@ -64,7 +49,7 @@ struct OnboardingFixture : ControlFixture, private ShortcutActions
         clock.advance(16ms);
     }
     /// All movement comes to its end, and less time passes than a tool is shown.
-    void rest()
+    void rest() override
     {
         QCoreApplication::processEvents();
         clock.advance(1200ms);
@@ -72,32 +57,6 @@ struct OnboardingFixture : ControlFixture, private ShortcutActions
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    template <typename Widget>
-    Widget *find(const QString &accessibleName) const
-    {
-        for (Widget *widget : window().findChildren<Widget *>()) {
-            if (widget->isVisible() && widget->accessibleName() == accessibleName)
-                return widget;
-        }
-        return nullptr;
-    }
-    QAbstractButton &button(const QString &accessibleName) const
-    {
-        auto *found = find<QAbstractButton>(accessibleName);
-        if (found == nullptr)
-            qFatal("no such control: %s", qPrintable(accessibleName));
-        return *found;
-    }
-    void click(const QString &accessibleName)
-    {
-        QTest::mouseClick(&button(accessibleName), Qt::LeftButton);
-        rest();
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
-    {
-        QWidget *focused = window().focusWidget();
-        QTest::keyClick(focused != nullptr ? focused : &window(), key, modifiers);
-    }
     SwitchButton *toolSwitch() const { return window().findChild<SwitchButton *>(); }
     /// The picker's for the tool on show.
     QAbstractButton &pickerButton() const
@@ -110,11 +69,6 @@ struct OnboardingFixture : ControlFixture, private ShortcutActions
     }
     /// The tool on show.
     QString tool() const { return toolSwitch()->accessibleName(); }
-
-private:
-    void toggleNotch(const ActivationToken &) override {}
-    void openClipboard(const ActivationToken &) override {}
-    void pickColor(const ActivationToken &) override {}
 };
 
 } // namespace

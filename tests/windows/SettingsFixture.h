@@ -1,39 +1,28 @@
 #pragma once
 
-#include "PanelFixture.h"
+#include "WindowFixture.h"
 #include "clipboard/ClipboardService.h"
-#include "core/ForegroundSession.h"
 #include "core/LaunchAtLogin.h"
 #include "records/ClipboardStore.h"
-#include "shortcuts/ShortcutActions.h"
-#include "shortcuts/ShortcutService.h"
 #include "support/FakeClipImages.h"
 #include "support/FakeFeedSource.h"
-#include "support/FakeHotKeys.h"
-#include "support/FakeKeyboardLayout.h"
 #include "support/FakeLoginItem.h"
 #include "windows/SettingsWindowController.h"
 #include "windows/controls/PopupPicker.h"
 
 #include <QMenu>
-#include <QTest>
 
 namespace ostrelle {
 
 /// The settings window over the real stores, on a desktop of fakes.
-struct SettingsFixture : ControlFixture, private ShortcutActions
+struct SettingsFixture : WindowFixture
 {
     FakeLoginItem loginItem;
     LaunchAtLogin launch{loginItem};
-    ForegroundSession foreground;
     FakeClipImages images{clock};
     ClipboardStore store{folder.path()};
     ClipboardService history{settings, clipboard, store, clock, images};
     int quits = 0;
-    FakeHotKeys hotKeys;
-    FakeKeyboardLayout layout;
-    QStringList doings; ///< of shortcuts
-    ShortcutService shortcuts{database, hotKeys, layout, *this};
     FakeFeedSource updateServer;
     UpdateService updates{settings,
                           clock,
@@ -54,12 +43,7 @@ struct SettingsFixture : ControlFixture, private ShortcutActions
                                                                      .quit = [this] { ++quits; }},
                                                 controller, foreground, platform.ordinaryWindows()};
 
-    SettingsFixture()
-    {
-        history.finishLoading();
-        shortcuts.start();
-        controller.start(panel);
-    }
+    SettingsFixture() { history.finishLoading(); }
 
     QWidget &open(SettingsSection section)
     {
@@ -68,34 +52,7 @@ struct SettingsFixture : ControlFixture, private ShortcutActions
         return window();
     }
     /// The tests' way to what only the controller may change.
-    QWidget &window() const { return const_cast<SettingsWindow &>(*controllerOfWindow.window()); }
-
-    template <typename Widget>
-    Widget *find(const QString &accessibleName) const
-    {
-        for (Widget *widget : window().findChildren<Widget *>()) {
-            if (widget->isVisible() && widget->accessibleName() == accessibleName)
-                return widget;
-        }
-        return nullptr;
-    }
-    QAbstractButton &button(const QString &accessibleName) const
-    {
-        auto *found = find<QAbstractButton>(accessibleName);
-        if (found == nullptr)
-            qFatal("no such control: %s", qPrintable(accessibleName));
-        return *found;
-    }
-    void click(const QString &accessibleName)
-    {
-        QTest::mouseClick(&button(accessibleName), Qt::LeftButton);
-        settle();
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
-    {
-        QWidget *focused = window().focusWidget();
-        QTest::keyClick(focused != nullptr ? focused : &window(), key, modifiers);
-    }
+    QWidget &window() const override { return const_cast<SettingsWindow &>(*controllerOfWindow.window()); }
     /// Chooses from the list that a picker opens.
     void choose(const QString &picker, const QString &choice)
     {
@@ -107,11 +64,6 @@ struct SettingsFixture : ControlFixture, private ShortcutActions
         platform.popups().menu()->close();
         settle();
     }
-
-private:
-    void toggleNotch(const ActivationToken &) override { doings << QStringLiteral("toggle"); }
-    void openClipboard(const ActivationToken &) override { doings << QStringLiteral("clipboard"); }
-    void pickColor(const ActivationToken &) override { doings << QStringLiteral("color"); }
 };
 
 } // namespace ostrelle

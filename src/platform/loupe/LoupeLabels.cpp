@@ -1,6 +1,6 @@
 #include "platform/loupe/LoupeLabels.h"
 
-#include "platform/loupe/LoupeFonts.h"
+#include "platform/DesktopFonts.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -43,14 +43,28 @@ struct Hint
 constexpr std::array<Hint, 3> kHints{Hint{u"\u21b5", u"Pick"}, Hint{u"\u2190\u2191\u2193\u2192", u"1 px"},
                                      Hint{u"Esc", u"Cancel"}};
 
+QFont captionFont(int pixels, QFont::Weight weight)
+{
+    QFont font = desktopFonts::interfaceFont(weight);
+    font.setPixelSize(pixels);
+    return font;
+}
+
+QFont valueFont()
+{
+    QFont font = desktopFonts::monospacedFont();
+    font.setPixelSize(15);
+    return font;
+}
+
 QFont keyFont()
 {
-    return loupeFonts::caption(11, QFont::DemiBold);
+    return captionFont(11, QFont::DemiBold);
 }
 
 QFont meaningFont()
 {
-    return loupeFonts::caption(11, QFont::Medium);
+    return captionFont(11, QFont::Medium);
 }
 
 double keyWidth(const Hint &hint)
@@ -166,12 +180,12 @@ void LoupeLabels::paint(QImage &canvas, const Content &content) const
     painter.setBrush(QColor(content.swatch));
     painter.drawRoundedRect(QRectF(kSwatchInset, (kCapsuleHeight - kSwatch) / 2, kSwatch, kSwatch), 4, 4);
     painter.setPen(Qt::white);
-    painter.setFont(loupeFonts::monospaced(15));
+    painter.setFont(valueFont());
     painter.drawText(QRectF(kTextX, 0, kCapsuleWidth - kTextX, kCapsuleHeight), Qt::AlignVCenter | Qt::AlignLeft,
                      content.text);
     if (content.gathered > 0) {
         const QString count = QString::number(content.gathered);
-        painter.setFont(loupeFonts::caption(9, QFont::DemiBold));
+        painter.setFont(captionFont(9, QFont::DemiBold));
         const double width = std::max(15.0, QFontMetricsF(painter.font()).horizontalAdvance(count) + 8);
         const QRectF badge(kCapsuleWidth - width, -kBadgeOverlap, width, kBadgeHeight);
         paintCapsule(painter, badge, QColor(228, 62, 170));

@@ -74,19 +74,9 @@ void paintWindow(QPainter &painter, const WindowFrame &window)
     painter.restore();
 }
 
-/// A film being cut at night.
-void paintDark(QPainter &painter)
+/// A film being cut.
+void paintCut(QPainter &painter)
 {
-    paintSky(painter, std::array{QColor(0x26, 0x20, 0x54), QColor(0x3D, 0x2A, 0x74), QColor(0x6A, 0x34, 0x82),
-                                 QColor(0x8E, 0x3B, 0x78)});
-    paintWindow(painter, {.left = 29,
-                          .right = 297,
-                          .top = 38.5,
-                          .titleHeight = 15,
-                          .title = QStringLiteral("Night ferry — cut 4"),
-                          .ground = QColor(0x1E, 0x1D, 0x22),
-                          .ink = QColor(0xE0, 0xDF, 0xE2),
-                          .button = QColor(0x3C, 0x3B, 0x40)});
     const QRectF picture(34, 53.5, 166, 100);
     painter.fillRect(picture, QColor(0x15, 0x31, 0x3E));
     painter.setBrush(QColor(0xFC, 0xCB, 0x7A));
@@ -119,7 +109,6 @@ void paintDark(QPainter &painter)
                           QPointF(238.7, 116.8), QPointF(243.2, 112.9), QPointF(249.7, 126.6), QPointF(260.8, 107.9),
                           QPointF(267.4, 118.2), QPointF(271.3, 115.8), QPointF(277.4, 128.4), QPointF(284, 140)},
                QColor(0x86, 0x3F, 0x66));
-    painter.fillRect(QRectF(0, 0, kDemoDesktop.width(), kBarHeight), faded(Qt::black, 0.46));
 }
 
 struct Photo
@@ -148,19 +137,9 @@ void paintWave(QPainter &painter)
     painter.fillPath(wave, QColor(0x41, 0x30, 0x8D));
 }
 
-/// Photographs being chosen on a bright day.
-void paintLight(QPainter &painter)
+/// Photographs being chosen.
+void paintSelection(QPainter &painter)
 {
-    paintSky(painter, std::array{QColor(0xBF, 0xE3, 0xF6), QColor(0xCF, 0xE7, 0xEF), QColor(0xF8, 0xEE, 0xD8),
-                                 QColor(0xF8, 0xD9, 0xB4)});
-    paintWindow(painter, {.left = 6.8,
-                          .right = 295.8,
-                          .top = 36.8,
-                          .titleHeight = 14,
-                          .title = QStringLiteral("Coast, spring — selects"),
-                          .ground = QColor(0xFD, 0xFB, 0xFF),
-                          .ink = QColor(0x5A, 0x56, 0x5C),
-                          .button = QColor(0xDE, 0xDC, 0xE0)});
     painter.fillRect(QRectF(6.8, 50.8, 58.5, 100), QColor(0xEE, 0xEC, 0xF1));
     double y = 57.4;
     for (const double end : {48.4, 55.3, 42.6, 51.8}) {
@@ -181,7 +160,47 @@ void paintLight(QPainter &painter)
     paintRounded(painter, QRectF(156, 125.5, 49, 40), 12, QColor(0xBD, 0xE8, 0xCF));
     for (const QPointF &bar : {QPointF(237.2, 130.4), QPointF(248.6, 125), QPointF(261.2, 128.6)})
         paintRounded(painter, QRectF(bar.x() - 1, bar.y(), 2, 30), 1, QColor(0xF0, 0x74, 0xB0));
-    painter.fillRect(QRectF(0, 0, kDemoDesktop.width(), kBarHeight), faded(Qt::white, 0.55));
+}
+
+/// What is worked on, in a window under a sky.
+struct Scene
+{
+    std::array<QColor, 4> sky;
+    WindowFrame window;
+    void (*paintWork)(QPainter &painter);
+    QColor bar;
+};
+
+Scene night()
+{
+    return {
+        .sky = {QColor(0x26, 0x20, 0x54), QColor(0x3D, 0x2A, 0x74), QColor(0x6A, 0x34, 0x82), QColor(0x8E, 0x3B, 0x78)},
+        .window = {.left = 29,
+                   .right = 297,
+                   .top = 38.5,
+                   .titleHeight = 15,
+                   .title = QStringLiteral("Night ferry — cut 4"),
+                   .ground = QColor(0x1E, 0x1D, 0x22),
+                   .ink = QColor(0xE0, 0xDF, 0xE2),
+                   .button = QColor(0x3C, 0x3B, 0x40)},
+        .paintWork = paintCut,
+        .bar = faded(Qt::black, 0.46)};
+}
+
+Scene brightDay()
+{
+    return {
+        .sky = {QColor(0xBF, 0xE3, 0xF6), QColor(0xCF, 0xE7, 0xEF), QColor(0xF8, 0xEE, 0xD8), QColor(0xF8, 0xD9, 0xB4)},
+        .window = {.left = 6.8,
+                   .right = 295.8,
+                   .top = 36.8,
+                   .titleHeight = 14,
+                   .title = QStringLiteral("Coast, spring — selects"),
+                   .ground = QColor(0xFD, 0xFB, 0xFF),
+                   .ink = QColor(0x5A, 0x56, 0x5C),
+                   .button = QColor(0xDE, 0xDC, 0xE0)},
+        .paintWork = paintSelection,
+        .bar = faded(Qt::white, 0.55)};
 }
 
 } // namespace
@@ -191,10 +210,11 @@ void paintDemoDesktop(QPainter &painter, ColorScheme scheme)
     painter.save();
     painter.setPen(Qt::NoPen);
     painter.setClipRect(QRectF(QPointF(0, 0), kDemoDesktop), Qt::IntersectClip);
-    if (scheme == ColorScheme::Dark)
-        paintDark(painter);
-    else
-        paintLight(painter);
+    const Scene scene = scheme == ColorScheme::Dark ? night() : brightDay();
+    paintSky(painter, scene.sky);
+    paintWindow(painter, scene.window);
+    scene.paintWork(painter);
+    painter.fillRect(QRectF(0, 0, kDemoDesktop.width(), kBarHeight), scene.bar);
     painter.restore();
 }
 
