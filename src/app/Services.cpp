@@ -1,6 +1,6 @@
 #include "app/Services.h"
 
-#include "clipboard/ClipboardModuleView.h"
+#include "app/ToolRegistration.h"
 #include "clipboard/ClipboardService.h"
 #include "clipboard/MediaClipImages.h"
 #include "core/ForegroundSession.h"
@@ -9,26 +9,20 @@
 #include "core/SettingsStore.h"
 #include "files/AssetShelfService.h"
 #include "files/AssetThumbnails.h"
-#include "files/AssetsModuleView.h"
 #include "files/FilePicker.h"
 #include "files/FilePresence.h"
 #include "files/MediaThumbnailSource.h"
 #include "files/NoAudioPreview.h"
 #include "files/NotchDropDelegate.h"
-#include "files/ProjectsModuleView.h"
 #include "files/ProjectsService.h"
 #include "files/RecentThumbnails.h"
 #include "foundation/AppPaths.h"
 #include "foundation/DefaultsDatabase.h"
-#include "foundation/MakeChild.h"
 #include "foundation/SaveRetry.h"
 #include "foundation/SystemTaskScheduler.h"
-#include "inspectors/AudioInfoModuleView.h"
 #include "inspectors/AudioInspector.h"
 #include "inspectors/AudioPreviewService.h"
-#include "inspectors/ColorModuleView.h"
 #include "inspectors/ColorService.h"
-#include "inspectors/ImageInfoModuleView.h"
 #include "inspectors/ImageInspector.h"
 #include "inspectors/MediaFactSource.h"
 #include "media_client/MediaClient.h"
@@ -51,8 +45,6 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-
-#include <algorithm>
 
 namespace ostrelle {
 
@@ -149,117 +141,9 @@ ToolRegistry &Services::tools()
 {
     return ensure(m_tools, [this] {
         auto registry = std::make_unique<ToolRegistry>();
-        registerTools(*registry);
+        registerTools(*registry, *this);
         return registry;
     });
-}
-
-void Services::registerTools(ToolRegistry &registry)
-{
-    registry.add(KestroModule::Clipboard,
-                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      return makeChild<ClipboardModuleView>(&parent, clipboard(), clipImages(), haptics(),
-                                                            platform().fileIcons(), platform().clipboard(),
-                                                            platform().popups(), scheduler(), context);
-                  },
-                  .badge = {},
-                  .count = [this]() -> std::optional<int> {
-                      if (!clipboard().isLoaded())
-                          return std::nullopt;
-                      return static_cast<int>(clipboard().items().size());
-                  },
-                  .deliver = {}});
-    registry.add(KestroModule::Assets,
-                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      const AssetsModuleView::Surroundings around{.shelf = shelf(),
-                                                                  .thumbnails = assetThumbnails(),
-                                                                  .presence = filePresence(),
-                                                                  .preview = audioPreview(),
-                                                                  .icons = platform().fileIcons(),
-                                                                  .opening = platform().fileOpening(),
-                                                                  .dragOut = platform().dragOut(),
-                                                                  .popups = platform().popups()};
-                      return makeChild<AssetsModuleView>(&parent, around, context);
-                  },
-                  .badge = [this]() -> std::optional<ModuleBadge> {
-                      const auto count = static_cast<int>(shelf().items().size());
-                      return count > 0 ? std::optional<ModuleBadge>(CountBadge{count}) : std::nullopt;
-                  },
-                  .count = [this] { return static_cast<int>(shelf().items().size()); },
-                  .deliver = [this](const QStringList &paths) { shelf().add(paths); },
-                  .dropAction = QStringLiteral("Stage on the shelf")});
-    QObject::connect(&shelf(), &AssetShelfService::itemsChanged, &registry,
-                     [&registry] { registry.notifyBadgeChanged(KestroModule::Assets); });
-    registry.add(KestroModule::Projects,
-                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      return makeChild<ProjectsModuleView>(&parent, projects(), filePresence(),
-                                                           platform().fileOpening(), platform().clipboard(),
-                                                           platform().popups(), context);
-                  },
-                  .badge = {},
-                  .count = [this] { return static_cast<int>(projects().projects().size()); },
-                  .deliver = [this](const QStringList &paths) { projects().add(paths); },
-                  .dropAction = QStringLiteral("Pin as a project")});
-    registerInspectors(registry);
-    registerColors(registry);
-}
-
-void Services::registerInspectors(ToolRegistry &registry)
-{
-    const auto surroundings = [this] {
-        return InspectorView::Surroundings{.picker = filePicker(),
-                                           .presence = filePresence(),
-                                           .clipboard = platform().clipboard(),
-                                           .haptics = haptics(),
-                                           .preview = audioPreview(),
-                                           .thumbnails = recentThumbnails(),
-                                           .pictures = inspectedThumbnails()};
-    };
-    const auto loadFirst = [](FileInspector &inspector, const QStringList &paths) {
-        if (!paths.isEmpty())
-            inspector.load(paths.first());
-    };
-    const QString inspect = QStringLiteral("Read its metadata");
-    registry.add(KestroModule::ImageInfo,
-                 {.makeView = [this, surroundings](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      return makeChild<ImageInfoModuleView>(&parent, imageInspector(), surroundings(), context);
-                  },
-                  .badge = {},
-                  .count = [this] { return static_cast<int>(imageInspector().recents().items().size()); },
-                  .deliver = [this, loadFirst](const QStringList &paths) { loadFirst(imageInspector(), paths); },
-                  .dropAction = inspect});
-    registry.add(KestroModule::AudioInfo,
-                 {.makeView = [this, surroundings](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      return makeChild<AudioInfoModuleView>(&parent, audioInspector(), surroundings(), context);
-                  },
-                  .badge = {},
-                  .count = [this] { return static_cast<int>(audioInspector().recents().items().size()); },
-                  .deliver = [this, loadFirst](const QStringList &paths) { loadFirst(audioInspector(), paths); },
-                  .delivery = Tool::Delivery::OnceShown,
-                  .dropAction = inspect});
-}
-
-void Services::registerColors(ToolRegistry &registry)
-{
-    registry.add(KestroModule::Color,
-                 {.makeView = [this](const ControlContext &context, QWidget &parent) -> ToolView & {
-                      const ColorModuleView::Surroundings around{.colors = colors(),
-                                                                 .clipboard = platform().clipboard(),
-                                                                 .haptics = haptics(),
-                                                                 .popups = platform().popups(),
-                                                                 .scheduler = scheduler()};
-                      return makeChild<ColorModuleView>(&parent, around, context);
-                  },
-                  .badge = [this]() -> std::optional<ModuleBadge> {
-                      if (colors().recents().isEmpty())
-                          return std::nullopt;
-                      const auto shown = [](double component) { return std::clamp(component, 0.0, 1.0); };
-                      const SampledColor &latest = colors().recents().first();
-                      return DotBadge{shown(latest.r), shown(latest.g), shown(latest.b)};
-                  },
-                  .count = [this] { return static_cast<int>(colors().recents().size()); }});
-    QObject::connect(&colors(), &ColorService::recentsChanged, &registry,
-                     [&registry] { registry.notifyBadgeChanged(KestroModule::Color); });
 }
 
 NotchPanel &Services::panel()

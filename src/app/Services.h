@@ -105,9 +105,6 @@ public:
     OnboardingWindowController &onboardingWindow();
 
 private:
-    void registerTools(ToolRegistry &registry);
-    void registerInspectors(ToolRegistry &registry);
-    void registerColors(ToolRegistry &registry);
     template <typename Store>
     void keepSaving(Store &store);
 
