@@ -1,7 +1,6 @@
 #include "files/AssetShelfService.h"
 
 #include "files/AudioPreview.h"
-#include "files/FilePresence.h"
 #include "platform/Haptics.h"
 #include "records/PathText.h"
 #include "records/RecordLists.h"
@@ -43,6 +42,7 @@ AssetShelfService::AssetShelfService(JsonListStore<ShelfItem> &store, FilePresen
     , m_presence(presence)
     , m_preview(preview)
     , m_haptics(haptics)
+    , m_additions(presence)
     , m_items(store.load())
 {
     pruneMissing();
@@ -81,21 +81,9 @@ void AssetShelfService::add(const QStringList &paths)
 {
     if (paths.isEmpty())
         return;
-    m_waiting.push_back(standardized(paths));
-    if (m_waiting.size() == 1)
-        addFirstWaiting();
-}
-
-void AssetShelfService::addFirstWaiting()
-{
-    const QStringList paths = m_waiting.front();
-    m_presence.ask(paths, this, [this, paths, erasures = m_erasures](const QList<FileFacts> &facts) {
-        if (erasures != m_erasures)
-            return;
-        m_waiting.pop_front();
-        addExisting(presentPaths(paths, facts));
-        if (!m_waiting.empty())
-            addFirstWaiting();
+    const QStringList candidates = standardized(paths);
+    m_additions.ask(candidates, [this, candidates](const QList<FileFacts> &facts) {
+        addExisting(presentPaths(candidates, facts));
     });
 }
 
@@ -129,8 +117,7 @@ void AssetShelfService::clear()
 
 void AssetShelfService::eraseAll()
 {
-    ++m_erasures;
-    m_waiting.clear();
+    m_additions.forget();
     m_preview.stop();
     lapse();
     put({});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/PresenceQueue.h"
 #include "records/JsonListStore.h"
 #include "records/ListStep.h"
 #include "records/ListUndo.h"
@@ -12,14 +13,12 @@
 #include <QStringList>
 #include <QUuid>
 
-#include <deque>
 #include <functional>
 #include <optional>
 
 namespace ostrelle {
 
 class AudioPreview;
-class FilePresence;
 class Haptics;
 
 /// The shelf: files that wait between two programs, newest first, no path twice. Loads its store when made and then
@@ -61,7 +60,6 @@ Q_SIGNALS:
 
 private:
     void pruneMissing();
-    void addFirstWaiting();
     void put(const QList<ShelfItem> &items);
     void removeUndoably(const QList<ShelfItem> &left);
 
@@ -69,9 +67,7 @@ private:
     FilePresence &m_presence;
     AudioPreview &m_preview;
     Haptics &m_haptics;
-    /// Additions in their order, until the existence of the first one's files is known.
-    std::deque<QStringList> m_waiting;
-    int m_erasures = 0;
+    PresenceQueue m_additions; ///< that are still being judged
     std::optional<ListUndo<ShelfItem>> m_undo;
     Q_OBJECT_BINDABLE_PROPERTY(AssetShelfService, QList<ShelfItem>, m_items)
 };

@@ -1,7 +1,6 @@
 #include "files/ProjectsService.h"
 
 #include "files/FilePicker.h"
-#include "files/FilePresence.h"
 #include "notch/NotchController.h"
 #include "platform/Haptics.h"
 #include "records/PathText.h"
@@ -15,10 +14,10 @@ ProjectsService::ProjectsService(JsonListStore<Project> &store, FilePresence &pr
                                  FilePicker &picker, NotchController &controller, QObject *parent)
     : QObject(parent)
     , m_store(store)
-    , m_presence(presence)
     , m_haptics(haptics)
     , m_picker(picker)
     , m_controller(controller)
+    , m_additions(presence)
     , m_projects(store.load())
 {
 }
@@ -56,7 +55,7 @@ void ProjectsService::add(const QStringList &paths, const std::function<void(int
     QStringList candidates;
     for (const QString &path : paths)
         candidates.append(standardizedPath(path));
-    m_presence.ask(candidates, this, [this, candidates, added](const QList<FileFacts> &facts) {
+    m_additions.ask(candidates, [this, candidates, added](const QList<FileFacts> &facts) {
         QStringList folders;
         for (qsizetype i = 0; i < candidates.size(); ++i) {
             if (facts[i].isFolder() || facts[i].kind == FileFacts::Kind::Unknown)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/PresenceQueue.h"
 #include "records/JsonListStore.h"
 #include "records/ListStep.h"
 #include "records/ListUndo.h"
@@ -42,7 +43,8 @@ public:
     /// the projects afterwards. Nothing while a chooser is open already.
     void promptToAdd();
     /// Appends the folders among `paths` (absolute, any form) that are not listed yet. Before it returns when their
-    /// kinds are known, else as soon as they are; then `added` is told their number.
+    /// kinds are known, else as soon as they are, in any case after the additions before it; then `added` is told their
+    /// number.
     void add(const QStringList &paths, const std::function<void(int count)> &added = {});
     /// The same for paths that the caller has found to be folders: before it returns. Their number.
     int addFolders(const QStringList &folders);
@@ -71,10 +73,10 @@ private:
     bool put(const QList<Project> &projects);
 
     JsonListStore<Project> &m_store;
-    FilePresence &m_presence;
     Haptics &m_haptics;
     FilePicker &m_picker;
     NotchController &m_controller;
+    PresenceQueue m_additions; ///< that are still being judged
     std::optional<ListUndo<Project>> m_undo;
     Q_OBJECT_BINDABLE_PROPERTY(ProjectsService, QList<Project>, m_projects)
 };

@@ -17,6 +17,7 @@ class ProjectsServiceTest : public TestBase
 private Q_SLOTS:
     void init();
     void pinsFoldersOnlyAndOnce();
+    void keepsTheOrderOfAdditions();
     void keepsFoldersThatAreGone();
     void renamesAndSaves();
     void theStepsOfOneDragAreUndoneTogether();
@@ -86,6 +87,27 @@ void ProjectsServiceTest::pinsFoldersOnlyAndOnce()
     QCOMPARE(added, 1);
     QVERIFY(m_store->flush());
     QCOMPARE(JsonListStore<Project>(m_fixture->folder.path()).load(), projects().projects());
+}
+
+void ProjectsServiceTest::keepsTheOrderOfAdditions()
+{
+    m_fixture->files.mount("/net");
+    m_fixture->files.add("/net/far", FileLookUp::Entry::Kind::Folder);
+    m_fixture->files.kill("/net");
+    QList<int> added;
+    const auto count = [&](int number) { added << number; };
+    projects().add({QStringLiteral("/net/far")}, count);
+    projects().add({QStringLiteral("/B"), QStringLiteral("/file")}, count);
+    // What an answer asks for waits for its turn, too.
+    projects().add({QStringLiteral("/C")}, [&](int number) {
+        count(number);
+        projects().add({QStringLiteral("/D")}, count);
+    });
+    QTRY_COMPARE(m_fixture->files.hangingCount(), 1);
+    QCOMPARE(names(), QString());
+    m_fixture->clock.advance(FilePresence::kDeadline);
+    QTRY_COMPARE(names(), QStringLiteral("farBCD"));
+    QCOMPARE(added, QList<int>({1, 1, 1, 1}));
 }
 
 void ProjectsServiceTest::keepsFoldersThatAreGone()
