@@ -105,7 +105,7 @@ void AppDelegate::startCommands()
                         m_services.platform().fileOpening());
     addColorRequests(m_router, m_services.colors(), m_services.defaults());
     addColorPickRequest(m_router, m_services.colors());
-    addSettingsRequests(m_router, m_services.settings(),
+    addSettingsRequests(m_router, m_services.settings(), m_services.defaults(),
                         [this](SettingsSection section) { m_services.settingsWindow().show(section); });
     addWelcomeRequest(m_router, [this] { m_services.onboardingWindow().show(); });
     addAutostartRequests(m_router, m_services.launchAtLogin());

@@ -1,5 +1,6 @@
 #include "app/SettingsRequests.h"
 
+#include "app/DefaultsEdit.h"
 #include "app/RequestRouter.h"
 #include "core/SettingsStore.h"
 #include "records/SettingKeys.h"
@@ -29,7 +30,7 @@ RequestAnswer setValue(SettingsStore &settings, const QString &key, const QJsonV
 
 } // namespace
 
-void addSettingsRequests(RequestRouter &router, SettingsStore &settings,
+void addSettingsRequests(RequestRouter &router, SettingsStore &settings, DefaultsDatabase &defaults,
                          const std::function<void(SettingsSection section)> &open)
 {
     router.add(QStringLiteral("settings.open"), [open](const QJsonObject &request) {
@@ -46,16 +47,18 @@ void addSettingsRequests(RequestRouter &router, SettingsStore &settings,
             values[key.key] = settings.raw(key.key.toString());
         return RequestAnswer::done(values);
     });
-    router.add(QStringLiteral("settings.set"), [&settings](const QJsonObject &request) {
-        return setValue(settings, request[u"key"].toString(), request[u"value"]);
-    });
-    router.add(QStringLiteral("settings.reset"), [&settings](const QJsonObject &request) {
-        const QString key = request[u"key"].toString();
-        if (!findSettingKey(key))
-            return unknownKey(key);
-        settings.reset(key);
-        return RequestAnswer::done();
-    });
+    addDefaultsEdit(router, QStringLiteral("settings.set"), defaults, settings,
+                    [&settings](const QJsonObject &request) {
+                        return setValue(settings, request[u"key"].toString(), request[u"value"]);
+                    });
+    addDefaultsEdit(router, QStringLiteral("settings.reset"), defaults, settings,
+                    [&settings](const QJsonObject &request) {
+                        const QString key = request[u"key"].toString();
+                        if (!findSettingKey(key))
+                            return unknownKey(key);
+                        settings.reset(key);
+                        return RequestAnswer::done();
+                    });
 }
 
 } // namespace ostrelle

@@ -111,7 +111,7 @@ class Shortcuts(unittest.TestCase):
             self.program.stop()
 
     def test_a_full_disk(self):
-        """A combination works at once; that it will not be there tomorrow is told, whoever sets it."""
+        """A combination, or a setting, works at once; that it will not be there tomorrow is told, whoever sets it."""
         self.begin()
         self.program.stop()
         defaults = self.desktop.home / "config" / "Ostrelle" / "defaults.json"
@@ -131,12 +131,15 @@ class Shortcuts(unittest.TestCase):
         self.program.expected_lines += ["could not be saved: cannot write"]
         told = self.program.call("shortcuts", "set", "toggleNotch", "Super+F", check=False)
         self.assertEqual((told.returncode, told.stderr), failure)
+        told = self.program.call("settings", "set", "appearance.notchTheme", "frost", check=False)
+        self.assertEqual((told.returncode, told.stderr), (1, f"ostrelle: settings: cannot write {defaults}\n"))
         self.keyboard.press(SUPER, F)
         self.shows(None, "it works all the same")
         resource.prlimit(self.program.process.pid, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY,) * 2)
         self.program.call("shortcuts", "unset", "openClipboard")
         self.program.stop()
         self.assertEqual((self.combos()["toggleNotch"], self.combos()["openClipboard"]), ("Super+F", None))
+        self.assertEqual(json.loads(defaults.read_text())["appearance.notchTheme"], "frost")
 
     def test_follow_the_layout_by_name_and_not_by_place(self):
         self.begin()
