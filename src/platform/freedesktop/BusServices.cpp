@@ -1,6 +1,7 @@
 #include "platform/BusServices.h"
 
 #include "platform/freedesktop/PortalLoginItem.h"
+#include "platform/freedesktop/PortalRequest.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -69,9 +70,9 @@ BusServices BusServices::look()
     if (!bus.isConnected() || !bus.interface())
         return services;
     services.hasBus = true;
-    const auto desktop = QStringLiteral("org.freedesktop.portal.Desktop");
+    const QString desktop = PortalRequest::service();
     if (isOffered(*bus.interface(), desktop)) {
-        const auto offered = methodsOf(bus, desktop, QStringLiteral("/org/freedesktop/portal/desktop"));
+        const auto offered = methodsOf(bus, desktop, PortalRequest::path());
         services.portal = offered ? Portal::Answers : Portal::Silent;
         services.portalMethods = offered.value_or(QStringList());
     }
