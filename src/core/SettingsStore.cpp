@@ -95,12 +95,20 @@ void SettingsStore::setRaw(const QString &key, const QJsonValue &value)
 {
     storeSetting(m_database, key, value);
     reload();
+    announce(key);
 }
 
 void SettingsStore::reset(const QString &key)
 {
     m_database.remove(key);
     reload();
+    announce(key);
+}
+
+void SettingsStore::announce(QStringView key)
+{
+    if (key == kAutoCheckUpdates)
+        Q_EMIT autoCheckUpdatesAssigned();
 }
 
 QJsonValue SettingsStore::raw(const QString &key) const
@@ -328,6 +336,7 @@ void SettingsStore::setCatchDraggedFiles(bool value)
 void SettingsStore::setAutoCheckUpdates(bool value)
 {
     assign(m_autoCheckUpdates, &SettingValues::autoCheckUpdates, value, {kAutoCheckUpdates});
+    announce(kAutoCheckUpdates);
 }
 
 void SettingsStore::setSkippedUpdateVersion(const std::optional<QString> &version)

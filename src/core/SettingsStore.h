@@ -85,7 +85,12 @@ public:
     /// The value in force of a key of the table, as it would be stored.
     QJsonValue raw(const QString &key) const;
 
+Q_SIGNALS:
+    /// After every assignment of autoCheckUpdates, of an equal value too: whoever switches it on wants a check soon.
+    void autoCheckUpdatesAssigned();
+
 private:
+    void announce(QStringView key);
     using NotchSizes = QMap<QString, QSizeF>;
 
     void reload();

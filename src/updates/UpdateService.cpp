@@ -97,7 +97,8 @@ bool UpdateService::hasFeed() const
 
 void UpdateService::startBackgroundChecks()
 {
-    m_settingWatch = m_settings.bindableAutoCheckUpdates().addNotifier([this] { schedule(); });
+    connect(&m_settings, &SettingsStore::autoCheckUpdatesAssigned, this, &UpdateService::schedule,
+            Qt::UniqueConnection);
     schedule();
 }
 

@@ -45,8 +45,8 @@ public:
     QString currentVersion() const;
     const UpdateDeployment &deployment() const { return m_deployment; }
 
-    /// Checks after six seconds and then every six hours while the setting is on, and follows it. Without a feed no
-    /// check is made by itself.
+    /// Checks after six seconds and then every six hours while the setting is on; begins anew whenever it is assigned.
+    /// Without a feed no check is made by itself.
     void startBackgroundChecks();
     /// Checks once and tells `done` the new state, later. During a check no second one begins: that one's outcome
     /// counts for both, as manual if either is.
@@ -72,7 +72,6 @@ private:
     UpdateDeployment m_deployment;
     Q_OBJECT_BINDABLE_PROPERTY(UpdateService, UpdateState, m_state)
     std::optional<QDateTime> m_lastCheck;
-    QPropertyNotifier m_settingWatch;
     Task m_timerTask;
     int m_round = 0; ///< of schedule(): what a check of an earlier one would wait for is forgotten
     RequestHandle m_request;

@@ -5,17 +5,22 @@
 #include "updates/UpdateService.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 
 namespace ostrelle {
 namespace {
 
 using namespace updateStates;
 
-/// As in "25 Nov 2025, 19:51": English like everything here, but the hour as it is written where the user is.
+/// As in "Nov 24, 2026 at 9:40 PM" or "24 Nov 2026 at 21:40": English like everything here, but in the order and with
+/// the hours of where the user is.
 QString written(const QDateTime &time)
 {
     const QLocale english(QLocale::English, QLocale::system().territory());
-    return english.toString(time.date(), QStringLiteral("d MMM yyyy")) + QStringLiteral(", ") +
+    QString abbreviated = english.dateFormat(QLocale::LongFormat);
+    abbreviated.remove(QRegularExpression(QStringLiteral("^dddd,? *")))
+        .replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
+    return english.toString(time.date(), abbreviated) + QStringLiteral(" at ") +
            english.toString(time.time(), QLocale::ShortFormat);
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/SettingsStore.h"
 #include "foundation/DefaultsDatabase.h"
+#include "records/SettingKeys.h"
 #include "support/FakeFeedSource.h"
 #include "support/ManualTaskScheduler.h"
 #include "support/TestBase.h"
@@ -211,6 +212,16 @@ private Q_SLOTS:
         updates.clock.advance(6s);
         QCOMPARE(updates.requests(), 1);
 
+        // Switched on once more, the seconds begin anew.
+        updates.server.answer(kNewer);
+        updates.settings.setAutoCheckUpdates(true);
+        updates.clock.advance(4s);
+        updates.settings.setRaw(SettingNames::kAutoCheckUpdates.toString(), true);
+        updates.clock.advance(5s);
+        QCOMPARE(updates.requests(), 1);
+        updates.clock.advance(1s);
+        QCOMPARE(updates.requests(), 2);
+
         // Switched during a check: what that one would have waited for is forgotten.
         updates.settings.setAutoCheckUpdates(false);
         updates.server.answer(kNewer);
@@ -221,7 +232,7 @@ private Q_SLOTS:
         updates.settings.setAutoCheckUpdates(true);
         updates.server.answer(kNewer);
         updates.clock.advance(6s);
-        QCOMPARE(updates.requests(), 3);
+        QCOMPARE(updates.requests(), 4);
     }
 
     void oneRequestServesAllWhoAskMeanwhile()
@@ -279,7 +290,8 @@ private Q_SLOTS:
         QCOMPARE(shown(), QStringLiteral("Version 2 is available|Faster. Calmer."));
         updates.check(UpdateService::Check::Manual, json("{'version': '1'}"));
         const QRegularExpression current(
-            QStringLiteral("^You're up to date\\|Last checked \\d{1,2} [A-Z][a-z]{2} \\d{4}, \\d{1,2}:\\d\\d.*\\.$"));
+            QStringLiteral("^You're up to date\\|Last checked ([A-Z][a-z]{2} \\d{1,2}, \\d{4} at \\d{1,2}:\\d\\d [AP]M"
+                           "|\\d{1,2} [A-Z][a-z]{2} \\d{4} at \\d\\d:\\d\\d)\\.$"));
         QVERIFY2(current.match(shown()).hasMatch(), qPrintable(shown()));
     }
 };
