@@ -14,7 +14,7 @@
 namespace ostrelle {
 namespace {
 
-constexpr int kPortalDeadline = 3000; // ms; one that the bus has to start first takes one or two
+constexpr int kAnswerDeadline = 3000; // ms; a portal that the bus has to start first takes one or two
 
 /// Whether it runs, or would start when it is asked for.
 bool isOffered(const QDBusConnectionInterface &bus, const QString &service)
@@ -45,7 +45,7 @@ std::optional<QStringList> methodsOf(const QDBusConnection &bus, const QString &
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         service, path, QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
-    const QDBusReply<QString> description = bus.call(question, QDBus::Block, kPortalDeadline);
+    const QDBusReply<QString> description = bus.call(question, QDBus::Block, kAnswerDeadline);
     if (!description.isValid())
         return std::nullopt;
     const auto prefix = QLatin1StringView("org.freedesktop.portal.");
@@ -69,6 +69,7 @@ BusServices BusServices::look()
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface())
         return services;
+    bus.interface()->setTimeout(kAnswerDeadline);
     services.hasBus = true;
     const QString desktop = PortalRequest::service();
     if (isOffered(*bus.interface(), desktop)) {
