@@ -94,19 +94,18 @@ void SettingsStore::assign(Property &property, Value SettingValues::*member, con
 void SettingsStore::setRaw(const QString &key, const QJsonValue &value)
 {
     storeSetting(m_database, key, value);
-    reload();
-    announce(key);
+    takeAnew(key);
 }
 
 void SettingsStore::reset(const QString &key)
 {
     m_database.remove(key);
-    reload();
-    announce(key);
+    takeAnew(key);
 }
 
-void SettingsStore::announce(QStringView key)
+void SettingsStore::takeAnew(const QString &key)
 {
+    reload();
     if (key == kAutoCheckUpdates)
         Q_EMIT autoCheckUpdatesAssigned();
 }
@@ -336,7 +335,7 @@ void SettingsStore::setCatchDraggedFiles(bool value)
 void SettingsStore::setAutoCheckUpdates(bool value)
 {
     assign(m_autoCheckUpdates, &SettingValues::autoCheckUpdates, value, {kAutoCheckUpdates});
-    announce(kAutoCheckUpdates);
+    Q_EMIT autoCheckUpdatesAssigned();
 }
 
 void SettingsStore::setSkippedUpdateVersion(const std::optional<QString> &version)

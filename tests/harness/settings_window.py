@@ -51,6 +51,10 @@ class SettingsWindow:
     def control(self, role, name):
         return accessible_objects(self.desktop, "Ostrelle")[role, name]
 
+    def find_control(self, role, name):
+        """The same, or None while there is none."""
+        return accessible_objects(self.desktop, "Ostrelle").get((role, name))
+
     def place(self, role, name):
         """The middle of a control on the screen."""
         x, y, width, height = self.control(role, name)["extents"]

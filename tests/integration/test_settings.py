@@ -101,6 +101,68 @@ class Settings(unittest.TestCase):
         source.end()
         self.restart()
 
+    def ticks(self):
+        return self.program.log().count("alignment tick")
+
+    def ticks_of_an_opening(self):
+        before = self.ticks()
+        self.program.call("open")
+        self.program.wait_phase("expanded")
+        self.program.hear()
+        after = self.ticks()
+        self.program.call("close")
+        self.program.wait_phase("idle")
+        return after - before
+
+    def test_haptics(self):
+        self.program.stop()
+        self.program.environment["QT_LOGGING_RULES"] = "ostrelle.platform.debug=true"
+        self.program.expected_lines.append(" ostrelle.platform ")
+        self.program.start()
+        self.assertEqual(self.ticks_of_an_opening(), 1)
+        window = self.open("general")
+        for count in (0, 1):
+            window.switch("Haptic feedback")
+            self.wait_value("general.haptics", count == 1)
+            self.assertEqual(self.ticks_of_an_opening(), count)
+
+    def edge(self):
+        """The lowest row of the open panel in the middle of the screen, dark above a light window."""
+        column = self.desktop.frames.grab(640, 0, 1, 600)
+        return max((y for y in range(600) if sum(column.pixel(0, y)) < 3 * 90), default=0)
+
+    def overshoot(self):
+        """How many pixels the panel goes beyond its place as it opens; frames may be missed, so the most of some."""
+        most = 0
+        for _ in range(3):
+            start = self.edge()
+            edges = []
+            opening = self.program.start_call("open", "clipboard")
+
+            def is_at_rest():
+                edges.append(self.edge())
+                return opening.poll() is not None and len(edges) > 50 and {start} != set(edges[-50:]) == {edges[-1]}
+
+            wait_until(is_at_rest, "the panel has opened and is at rest", 20)
+            most = max(most, *(edge - edges[-1] for edge in edges))
+            self.program.call("close")
+            self.program.wait_phase("idle")
+            self.desktop.settled(320, 0, 640, 600)
+        return most
+
+    def test_animation_intensity(self):
+        self.program.set("appearance.preference", "dark")
+        found = {}
+        for name in ("Subtle", "Expressive", "Standard"):
+            window = self.open("general")
+            window.choose(name)
+            self.wait_value("general.animationIntensity", name.lower())
+            window.close()
+            found[name] = self.overshoot()
+        # Of the way down: nothing, less than a hundredth, a twentieth.
+        self.assertEqual(found["Subtle"], 0, found)
+        self.assertGreater(found["Expressive"], found["Standard"] + 5, found)
+
     # Modules
 
     def first_tool(self):

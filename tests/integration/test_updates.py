@@ -7,10 +7,11 @@ from harness.desktop import Desktop
 from harness.feed import MIRROR, MISTAKEN, SERVER, STRANGER, FeedServer, deployed_program, endless, redirect, response
 from harness.program import Program
 from harness.settings_window import SettingsWindow
-from harness.waiting import wait_until
+from harness.waiting import holds_for, wait_until
 
 NEWER = {"version": "v9.1", "url": "https://get.example/9.1", "notes": "Faster.\x1b[31m", "future": True}
 UNREADABLE = "The update server sent something unreadable."
+AUTOMATIC = "Check for updates automatically"
 ACCENT = (228, 62, 170)
 
 
@@ -94,6 +95,7 @@ class Updates(unittest.TestCase):
         self.assertIn(f"\r\nUser-Agent: {product}\r\n", self.server.tunnels[0].decode())
 
     def test_the_running_program_checks_by_itself_and_when_asked(self):
+        self.stand_in_for_the_browser()
         with self.program as program:
             program.start()
             program.call("open")
@@ -114,6 +116,40 @@ class Updates(unittest.TestCase):
             self.assertEqual((failed.returncode, failed.stdout, failed.stderr),
                              (1, "", "ostrelle: could not check for updates: The update server answered 500.\n"))
 
+    def stand_in_for_the_browser(self):
+        """What opens an address on this desktop, which has no portal, tells which one it was given."""
+        folder = self.desktop.folder / "browser"
+        folder.mkdir()
+        self.opened = folder / "opened"
+        opener = folder / "xdg-open"
+        opener.write_text(f'#!/bin/sh\nprintf %s "$1" > "{folder}/part" && mv "{folder}/part" "{self.opened}"\n')
+        opener.chmod(0o755)
+        self.program.environment["PATH"] = f"{folder}:{self.program.environment['PATH']}"
+
+    def test_the_switch_begins_and_cancels_the_checks(self):
+        self.program.set("updates.autoCheck", False)
+        with self.program as program:
+            program.start()
+            window = SettingsWindow(self.desktop, program, "about")
+            self.assertEqual(window.control("panel", "Version " + self.version)["description"],
+                             "Automatic checks are off.")
+            self.server.answers[SERVER] = response({"version": self.version})
+            window.switch(AUTOMATIC)
+            wait_until(lambda: self.server.requests, "a check soon after", 30)
+            wait_until(lambda: self.last_checked(window), "its time is shown as it is written here")
+            window.switch(AUTOMATIC)
+            window.switch(AUTOMATIC)
+            window.switch(AUTOMATIC)
+            wait_until(lambda: program.call("settings", "get", "updates.autoCheck").stdout == "false\n", "off")
+            before = len(self.server.requests)
+            holds_for(lambda: len(self.server.requests) == before, "the one that was to come is cancelled", 7)
+            program.call("settings", "reset", "updates.autoCheck")
+
+    @staticmethod
+    def last_checked(window):
+        status = window.find_control("panel", "You're up to date")
+        return status and re.fullmatch(r"Last checked \d{2}\.\d{2}\.\d{4} at \d{2}:\d{2}\.", status["description"])
+
     def offered_by_the_gear(self):
         surface = self.program.status()["surface"]
         self.desktop.settled(0, 0, self.desktop.frames.width, 300)
@@ -121,7 +157,9 @@ class Updates(unittest.TestCase):
         window = SettingsWindow.opened(self.desktop, self.program)
         self.assertIn("checked", window.control("radio button", "About")["states"])
         self.assertEqual(window.control("panel", "Version v9.1 is available")["description"], "Faster. [31m")
-        window.control("push button", "Download")
+        window.click("push button", "Download")
+        wait_until(self.opened.exists, "the release is opened")
+        self.assertEqual(self.opened.read_text(), NEWER["url"])
         window.close()
         self.program.call("open")
         self.program.wait_phase("expanded")

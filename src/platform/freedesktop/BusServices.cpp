@@ -1,7 +1,6 @@
 #include "platform/BusServices.h"
 
 #include "platform/freedesktop/PortalLoginItem.h"
-#include "platform/freedesktop/PortalRequest.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -14,7 +13,7 @@
 namespace ostrelle {
 namespace {
 
-constexpr int kAnswerDeadline = 3000; // ms; a portal that the bus has to start first takes one or two
+constexpr int kPortalDeadline = 3000; // ms; one that the bus has to start first takes one or two
 
 /// Whether it runs, or would start when it is asked for.
 bool isOffered(const QDBusConnectionInterface &bus, const QString &service)
@@ -45,7 +44,7 @@ std::optional<QStringList> methodsOf(const QDBusConnection &bus, const QString &
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         service, path, QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
-    const QDBusReply<QString> description = bus.call(question, QDBus::Block, kAnswerDeadline);
+    const QDBusReply<QString> description = bus.call(question, QDBus::Block, kPortalDeadline);
     if (!description.isValid())
         return std::nullopt;
     const auto prefix = QLatin1StringView("org.freedesktop.portal.");
@@ -69,11 +68,10 @@ BusServices BusServices::look()
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface())
         return services;
-    bus.interface()->setTimeout(kAnswerDeadline);
     services.hasBus = true;
-    const QString desktop = PortalRequest::service();
+    const auto desktop = QStringLiteral("org.freedesktop.portal.Desktop");
     if (isOffered(*bus.interface(), desktop)) {
-        const auto offered = methodsOf(bus, desktop, PortalRequest::path());
+        const auto offered = methodsOf(bus, desktop, QStringLiteral("/org/freedesktop/portal/desktop"));
         services.portal = offered ? Portal::Answers : Portal::Silent;
         services.portalMethods = offered.value_or(QStringList());
     }

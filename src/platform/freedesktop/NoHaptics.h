@@ -4,11 +4,11 @@
 
 namespace ostrelle {
 
-/// For hardware that has no tick to give.
+/// For hardware that has no tick to give; tells of each at the debug level.
 class NoHaptics final : public Haptics
 {
 public:
-    void tick() override {}
+    void tick() override;
 };
 
 } // namespace ostrelle

@@ -1,7 +1,6 @@
 #include "platform/freedesktop/PortalLoginItem.h"
 
 #include "foundation/MakeChild.h"
-#include "platform/freedesktop/PortalRequest.h"
 #include "platform/freedesktop/SessionBus.h"
 
 #include <QDBusArgument>
@@ -18,7 +17,10 @@ namespace ostrelle {
 
 namespace {
 
+constexpr auto kService = "org.freedesktop.portal.Desktop";
+constexpr auto kPath = "/org/freedesktop/portal/desktop";
 constexpr auto kBackgroundInterface = "org.freedesktop.portal.Background";
+constexpr auto kRequestInterface = "org.freedesktop.portal.Request";
 
 QString noPortal()
 {
@@ -58,10 +60,10 @@ void PortalLoginItem::ask()
         }
         const QString token = QStringLiteral("ostrelle_") + QUuid::createUuid().toString(QUuid::Id128);
         m_requestPath = QStringLiteral("%1/request/%2/%3")
-                            .arg(PortalRequest::path(), bus.baseService().mid(1).replace(u'.', u'_'), token);
-        bus.connect(QString(), m_requestPath, PortalRequest::interface(), QStringLiteral("Response"), this,
+                            .arg(QLatin1StringView(kPath), bus.baseService().mid(1).replace(u'.', u'_'), token);
+        bus.connect(QString(), m_requestPath, QString::fromLatin1(kRequestInterface), QStringLiteral("Response"), this,
                     SLOT(handleResponse(QDBusMessage)));
-        QDBusMessage request = QDBusMessage::createMethodCall(PortalRequest::service(), PortalRequest::path(),
+        QDBusMessage request = QDBusMessage::createMethodCall(QString::fromLatin1(kService), QString::fromLatin1(kPath),
                                                               QString::fromLatin1(kBackgroundInterface),
                                                               QStringLiteral("RequestBackground"));
         request << QString()
