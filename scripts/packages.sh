@@ -9,7 +9,6 @@ build_packages=(
   libmpg123-dev libpulse-dev libswresample-dev
   libavformat-dev libavcodec-dev libswscale-dev libavutil-dev libpoppler-glib-dev librsvg2-dev libraw-dev libheif-dev
   libjxl-dev librsvg2-bin libsndfile1-dev libkissfft-dev libsoxr-dev nlohmann-json3-dev libcurl4-openssl-dev
-  libicu-dev
 )
 run_packages=(
   libqt6svg6 fonts-inter fonts-jetbrains-mono shared-mime-info adwaita-icon-theme

@@ -94,18 +94,19 @@ void SettingsStore::assign(Property &property, Value SettingValues::*member, con
 void SettingsStore::setRaw(const QString &key, const QJsonValue &value)
 {
     storeSetting(m_database, key, value);
-    takeAnew(key);
+    reload();
+    announce(key);
 }
 
 void SettingsStore::reset(const QString &key)
 {
     m_database.remove(key);
-    takeAnew(key);
+    reload();
+    announce(key);
 }
 
-void SettingsStore::takeAnew(const QString &key)
+void SettingsStore::announce(QStringView key)
 {
-    reload();
     if (key == kAutoCheckUpdates)
         Q_EMIT autoCheckUpdatesAssigned();
 }
@@ -335,7 +336,7 @@ void SettingsStore::setCatchDraggedFiles(bool value)
 void SettingsStore::setAutoCheckUpdates(bool value)
 {
     assign(m_autoCheckUpdates, &SettingValues::autoCheckUpdates, value, {kAutoCheckUpdates});
-    Q_EMIT autoCheckUpdatesAssigned();
+    announce(kAutoCheckUpdates);
 }
 
 void SettingsStore::setSkippedUpdateVersion(const std::optional<QString> &version)

@@ -86,14 +86,14 @@ public:
     QJsonValue raw(const QString &key) const;
 
 Q_SIGNALS:
-    /// autoCheckUpdates was given a value, be it the one that it had.
+    /// After every assignment of autoCheckUpdates, of an equal value too: whoever switches it on wants a check soon.
     void autoCheckUpdatesAssigned();
 
 private:
+    void announce(QStringView key);
     using NotchSizes = QMap<QString, QSizeF>;
 
     void reload();
-    void takeAnew(const QString &key);
     SettingValues values() const;
     /// Observers run when the value is stored and everything that follows from it is done.
     template <typename Property, typename Value>

@@ -45,8 +45,8 @@ public:
     QString currentVersion() const;
     const UpdateDeployment &deployment() const { return m_deployment; }
 
-    /// Checks after six seconds and then every six hours while the setting is on; anew from here, and from each time
-    /// that the setting is assigned. Without a feed no check is made by itself.
+    /// Checks after six seconds and then every six hours while the setting is on; begins anew whenever it is assigned.
+    /// Without a feed no check is made by itself.
     void startBackgroundChecks();
     /// Checks once and tells `done` the new state, later. During a check no second one begins: that one's outcome
     /// counts for both, as manual if either is.

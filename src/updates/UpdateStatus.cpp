@@ -3,14 +3,26 @@
 #include "core/SettingsStore.h"
 #include "foundation/PrintableText.h"
 #include "updates/UpdateService.h"
-#include "updates/WrittenTime.h"
 
-#include <QDateTime>
+#include <QLocale>
+#include <QRegularExpression>
 
 namespace ostrelle {
 namespace {
 
 using namespace updateStates;
+
+/// As in "Nov 24, 2026 at 9:40 PM" or "24 Nov 2026 at 21:40": English like everything here, but in the order and with
+/// the hours of where the user is.
+QString written(const QDateTime &time)
+{
+    const QLocale english(QLocale::English, QLocale::system().territory());
+    QString abbreviated = english.dateFormat(QLocale::LongFormat);
+    abbreviated.remove(QRegularExpression(QStringLiteral("^dddd,? *")))
+        .replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
+    return english.toString(time.date(), abbreviated) + QStringLiteral(" at ") +
+           english.toString(time.time(), QLocale::ShortFormat);
+}
 
 class Description
 {
@@ -31,7 +43,7 @@ public:
     {
         const auto &last = m_service.lastCheck();
         return {QStringLiteral("You're up to date"),
-                last ? QStringLiteral("Last checked %1.").arg(writtenTime(*last, localeOfTimes())) : QString()};
+                last ? QStringLiteral("Last checked %1.").arg(written(*last)) : QString()};
     }
     UpdateStatus operator()(const Available &available) const
     {

@@ -148,7 +148,7 @@ class Updates(unittest.TestCase):
     @staticmethod
     def last_checked(window):
         status = window.find_control("panel", "You're up to date")
-        return status and re.fullmatch(r"Last checked \d{2}\.\d{2}\.\d{4} at \d{2}:\d{2}\.", status["description"])
+        return status and re.fullmatch(r"Last checked \d{1,2} [A-Z][a-z]{2} \d{4} at \d{2}:\d{2}\.", status["description"])
 
     def offered_by_the_gear(self):
         surface = self.program.status()["surface"]

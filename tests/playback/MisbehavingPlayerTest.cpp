@@ -1,4 +1,5 @@
 #include "media_client/Playback.h"
+#include "media_client/SoundServerTrial.h"
 #include "support/ManualTaskScheduler.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void playerThatFallsSilentEndsAtTheDeadline();
     void stoppedPlayerIsNotHeardOfAgain();
     void missingPlayerIsAFailure();
+    void trialsOfTheSoundServerEndWithoutAPlayersWord();
 
 private:
     void play(const QByteArray &content, const QString &helpers = standIns());
@@ -127,6 +129,20 @@ void MisbehavingPlayerTest::missingPlayerIsAFailure()
     play("anything", m_folder.path());
     QTRY_VERIFY_WITH_TIMEOUT(m_error, 20'000);
     QCOMPARE(*m_error, PlaybackError::PlayerLost);
+}
+
+void MisbehavingPlayerTest::trialsOfTheSoundServerEndWithoutAPlayersWord()
+{
+    QList<SoundServerAnswer> answers;
+    const auto take = [&answers](SoundServerAnswer answer) { answers << answer; };
+    const SoundServerTrial ofNone(m_scheduler, Playback::usualPlayer(m_folder.path()), take);
+    QTRY_COMPARE_WITH_TIMEOUT(answers, QList{SoundServerAnswer::NoPlayer}, 20'000);
+    QCOMPARE(m_scheduler.pendingCount(), 0);
+    const SoundServerTrial ofASilentOne(m_scheduler, Playback::usualPlayer(standIns()), take);
+    m_scheduler.advance(2900ms);
+    QCOMPARE(answers.size(), 1);
+    m_scheduler.advance(200ms);
+    QCOMPARE(answers, QList({SoundServerAnswer::NoPlayer, SoundServerAnswer::Silent}));
 }
 
 OSTRELLE_TEST(MisbehavingPlayerTest)

@@ -1,6 +1,7 @@
 #include "platform/BusServices.h"
 
 #include "platform/freedesktop/PortalLoginItem.h"
+#include "platform/freedesktop/PortalRequest.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -13,7 +14,7 @@
 namespace ostrelle {
 namespace {
 
-constexpr int kPortalDeadline = 3000; // ms; one that the bus has to start first takes one or two
+constexpr int kAnswerDeadline = 3000; // ms; a portal that the bus has to start first takes one or two
 
 /// Whether it runs, or would start when it is asked for.
 bool isOffered(const QDBusConnectionInterface &bus, const QString &service)
@@ -44,7 +45,7 @@ std::optional<QStringList> methodsOf(const QDBusConnection &bus, const QString &
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         service, path, QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
-    const QDBusReply<QString> description = bus.call(question, QDBus::Block, kPortalDeadline);
+    const QDBusReply<QString> description = bus.call(question, QDBus::Block, kAnswerDeadline);
     if (!description.isValid())
         return std::nullopt;
     const auto prefix = QLatin1StringView("org.freedesktop.portal.");
@@ -68,10 +69,11 @@ BusServices BusServices::look()
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface())
         return services;
+    bus.interface()->setTimeout(kAnswerDeadline);
     services.hasBus = true;
-    const auto desktop = QStringLiteral("org.freedesktop.portal.Desktop");
+    const QString desktop = PortalRequest::service();
     if (isOffered(*bus.interface(), desktop)) {
-        const auto offered = methodsOf(bus, desktop, QStringLiteral("/org/freedesktop/portal/desktop"));
+        const auto offered = methodsOf(bus, desktop, PortalRequest::path());
         services.portal = offered ? Portal::Answers : Portal::Silent;
         services.portalMethods = offered.value_or(QStringList());
     }

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/PortalAppearance.h"
 
 #include "foundation/MakeChild.h"
+#include "platform/freedesktop/PortalRequest.h"
 #include "platform/freedesktop/SessionBus.h"
 
 #include <QDBusArgument>
@@ -15,7 +16,6 @@ namespace ostrelle {
 
 namespace {
 
-constexpr auto kPath = "/org/freedesktop/portal/desktop";
 constexpr auto kSettingsInterface = "org.freedesktop.portal.Settings";
 constexpr auto kAppearance = "org.freedesktop.appearance";
 constexpr auto kGnomeInterface = "org.gnome.desktop.interface";
@@ -26,13 +26,13 @@ PortalAppearance::PortalAppearance(QObject *parent)
     : DesktopAppearance(parent)
 {
     sessionBus::whenConnected(this, [this](QDBusConnection bus) {
-        const QString path = QString::fromLatin1(kPath);
+        const QString path = PortalRequest::path();
         const QString interface = QString::fromLatin1(kSettingsInterface);
         // Any sender: naming one would make the bus be asked, and waited for, who that is.
         bus.connect(QString(), path, interface, QStringLiteral("SettingChanged"), this,
                     SLOT(handleChange(QDBusMessage)));
-        QDBusMessage request = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.portal.Desktop"), path,
-                                                              interface, QStringLiteral("ReadAll"));
+        QDBusMessage request =
+            QDBusMessage::createMethodCall(PortalRequest::service(), path, interface, QStringLiteral("ReadAll"));
         request << QStringList{QString::fromLatin1(kAppearance), QString::fromLatin1(kGnomeInterface)};
         auto &watcher = makeChild<QDBusPendingCallWatcher>(this, bus.asyncCall(request));
         connect(&watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {

@@ -3,6 +3,7 @@
 #include "foundation/MakeChild.h"
 #include "foundation/TaskScheduler.h"
 #include "platform/freedesktop/PortalFileFilter.h"
+#include "platform/freedesktop/PortalRequest.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -23,9 +24,7 @@ using namespace std::chrono_literals;
 
 constexpr int kDeadline = 3000; // ms, of each call; a portal that the bus has to start takes about one second
 constexpr uint kVersionWithFolders = 3;
-constexpr auto kService = "org.freedesktop.portal.Desktop";
 constexpr auto kChooserInterface = "org.freedesktop.portal.FileChooser";
-constexpr auto kRequestInterface = "org.freedesktop.portal.Request";
 
 /// First argument of Request's Response.
 enum class Response : uint { Chosen = 0, Cancelled = 1, Other = 2 };
@@ -36,8 +35,7 @@ constexpr auto kSoonerThanAnyUser = 700ms;
 
 QDBusMessage portalCall(const QString &interface, const QString &member)
 {
-    return QDBusMessage::createMethodCall(QString::fromLatin1(kService),
-                                          QStringLiteral("/org/freedesktop/portal/desktop"), interface, member);
+    return QDBusMessage::createMethodCall(PortalRequest::service(), PortalRequest::path(), interface, member);
 }
 
 QStringList localPaths(const QStringList &uris)
@@ -105,10 +103,10 @@ void PortalFileRequest::openChooser()
     // would make the bus be asked, and waited for, who that is.
     m_requestPath = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
                         .arg(m_bus.baseService().mid(1).replace(u'.', u'_'), m_token);
-    m_bus.connect(QString(), m_requestPath, QString::fromLatin1(kRequestInterface), QStringLiteral("Response"), this,
+    m_bus.connect(QString(), m_requestPath, PortalRequest::interface(), QStringLiteral("Response"), this,
                   SLOT(handleResponse(QDBusMessage)));
     m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                  QStringLiteral("NameOwnerChanged"), {QString::fromLatin1(kService)}, QString(), this,
+                  QStringLiteral("NameOwnerChanged"), {PortalRequest::service()}, QString(), this,
                   SLOT(handleOwnerChange(QDBusMessage)));
 
     QVariantMap options{{QStringLiteral("handle_token"), m_token}, {QStringLiteral("modal"), false}};
@@ -131,8 +129,8 @@ void PortalFileRequest::openChooser()
 void PortalFileRequest::closeChooser()
 {
     if (!m_requestPath.isEmpty()) {
-        m_bus.send(QDBusMessage::createMethodCall(QString::fromLatin1(kService), m_requestPath,
-                                                  QString::fromLatin1(kRequestInterface), QStringLiteral("Close")));
+        m_bus.send(QDBusMessage::createMethodCall(PortalRequest::service(), m_requestPath, PortalRequest::interface(),
+                                                  QStringLiteral("Close")));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/PortalLoginItem.h"
 
 #include "foundation/MakeChild.h"
+#include "platform/freedesktop/PortalRequest.h"
 #include "platform/freedesktop/SessionBus.h"
 
 #include <QDBusArgument>
@@ -17,10 +18,7 @@ namespace ostrelle {
 
 namespace {
 
-constexpr auto kService = "org.freedesktop.portal.Desktop";
-constexpr auto kPath = "/org/freedesktop/portal/desktop";
 constexpr auto kBackgroundInterface = "org.freedesktop.portal.Background";
-constexpr auto kRequestInterface = "org.freedesktop.portal.Request";
 
 QString noPortal()
 {
@@ -60,10 +58,10 @@ void PortalLoginItem::ask()
         }
         const QString token = QStringLiteral("ostrelle_") + QUuid::createUuid().toString(QUuid::Id128);
         m_requestPath = QStringLiteral("%1/request/%2/%3")
-                            .arg(QLatin1StringView(kPath), bus.baseService().mid(1).replace(u'.', u'_'), token);
-        bus.connect(QString(), m_requestPath, QString::fromLatin1(kRequestInterface), QStringLiteral("Response"), this,
+                            .arg(PortalRequest::path(), bus.baseService().mid(1).replace(u'.', u'_'), token);
+        bus.connect(QString(), m_requestPath, PortalRequest::interface(), QStringLiteral("Response"), this,
                     SLOT(handleResponse(QDBusMessage)));
-        QDBusMessage request = QDBusMessage::createMethodCall(QString::fromLatin1(kService), QString::fromLatin1(kPath),
+        QDBusMessage request = QDBusMessage::createMethodCall(PortalRequest::service(), PortalRequest::path(),
                                                               QString::fromLatin1(kBackgroundInterface),
                                                               QStringLiteral("RequestBackground"));
         request << QString()

@@ -20,11 +20,6 @@ constexpr uint kGranted = 0;
 constexpr uint kCancelled = 1;
 constexpr uint kOtherwise = 2;
 
-QString requestInterface()
-{
-    return QStringLiteral("org.freedesktop.portal.Request");
-}
-
 } // namespace
 
 PortalRequest::PortalRequest(QDBusConnection bus, const QString &portal, const QString &member,
@@ -37,7 +32,7 @@ PortalRequest::PortalRequest(QDBusConnection bus, const QString &portal, const Q
         QStringLiteral("%1/request/%2/%3").arg(path(), m_bus.baseService().mid(1).replace(u'.', u'_'), token);
     // Before the call, so that no answer can come before somebody listens. Any sender, since naming one would make the
     // bus be asked, and waited for, who that is.
-    m_bus.connect(QString(), m_requestPath, requestInterface(), QStringLiteral("Response"), this,
+    m_bus.connect(QString(), m_requestPath, interface(), QStringLiteral("Response"), this,
                   SLOT(handleResponse(QDBusMessage)));
     options.insert(QStringLiteral("handle_token"), token);
     QDBusMessage call =
@@ -56,8 +51,7 @@ PortalRequest::PortalRequest(QDBusConnection bus, const QString &portal, const Q
 PortalRequest::~PortalRequest()
 {
     if (m_answer) {
-        m_bus.send(
-            QDBusMessage::createMethodCall(service(), m_requestPath, requestInterface(), QStringLiteral("Close")));
+        m_bus.send(QDBusMessage::createMethodCall(service(), m_requestPath, interface(), QStringLiteral("Close")));
     }
 }
 
@@ -69,6 +63,11 @@ QString PortalRequest::service()
 QString PortalRequest::path()
 {
     return QStringLiteral("/org/freedesktop/portal/desktop");
+}
+
+QString PortalRequest::interface()
+{
+    return QStringLiteral("org.freedesktop.portal.Request");
 }
 
 QString PortalRequest::freshToken()

@@ -31,6 +31,8 @@ public:
     static QString service();
     /// The object that all portals are interfaces of.
     static QString path();
+    /// The interface of Request objects.
+    static QString interface();
     /// For the name of a Request or Session object: nobody else knows it.
     static QString freshToken();
 
