@@ -70,6 +70,7 @@ ConfirmationAlert::ConfirmationAlert(const ControlContext &context, Content cont
     connect(&m_cancel, &QAbstractButton::clicked, this, &ConfirmationAlert::finish);
     connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
     window->installEventFilter(this);
+    m_confirm.installEventFilter(this);
     setGeometry(window->rect());
     show();
     raise();
@@ -86,6 +87,9 @@ void ConfirmationAlert::finish()
 
 bool ConfirmationAlert::eventFilter(QObject *watched, QEvent *event)
 {
+    // The second click of a double click on what asks is no answer.
+    if (watched == &m_confirm)
+        return event->type() == QEvent::MouseButtonDblClick;
     if (event->type() == QEvent::Resize)
         setGeometry(static_cast<QWidget *>(watched)->rect());
     return QWidget::eventFilter(watched, event);
@@ -103,7 +107,7 @@ void ConfirmationAlert::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape)
         finish();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !event->isAutoRepeat())
         m_confirm.click();
     // Nothing goes on to the window.
 }

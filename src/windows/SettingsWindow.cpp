@@ -1,6 +1,7 @@
 #include "windows/SettingsWindow.h"
 
 #include "foundation/MakeChild.h"
+#include "notch/AccessibleRole.h"
 #include "windows/ChildWidgets.h"
 #include "windows/ProgramMark.h"
 
@@ -23,6 +24,7 @@ SettingsWindow::SettingsWindow(const SettingsSurroundings &around, SettingsSecti
     , m_frames(around.scheduler)
     , m_view(makeChild<SettingsView>(this, ControlContext{around.appearance, m_frames}, around, section))
 {
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Ostrelle Settings"));
     setWindowIcon(QIcon(ProgramMark{.size = kIconSize}.picture(1)));
     setAttribute(Qt::WA_QuitOnClose, false);

@@ -1,4 +1,5 @@
 """The Debian package: built, installed into a root of its own, started on a private X server, purged without a trace."""
+import json
 import pathlib
 import subprocess
 import tempfile
@@ -12,6 +13,13 @@ from harness.waiting import wait_until
 NEEDED = ["usr/bin/ostrelle", "usr/libexec/ostrelle/ostrelle-notch", f"usr/share/applications/{APPLICATION}.desktop",
           f"usr/share/icons/hicolor/scalable/apps/{APPLICATION}.svg", "usr/share/man/man1/ostrelle.1.gz",
           f"usr/share/dbus-1/services/{APPLICATION}.service", f"usr/lib/systemd/user/app-{APPLICATION}.service"]
+
+
+def keyboard_is_in(desktop, title):
+    """Whether the window of this title has it."""
+    asked = subprocess.run(["xdotool", "getwindowfocus", "getwindowname"], env=desktop.environment, capture_output=True,
+                           text=True)
+    return asked.stdout.strip() == title
 
 
 class Package(unittest.TestCase):
@@ -42,13 +50,22 @@ class Package(unittest.TestCase):
                                   str(self.package)], capture_output=True, text=True, timeout=120)
         self.assertEqual((checked.returncode, checked.stdout), (0, ""), checked.stderr)
 
+    def be_a_stranger(self, desktop, call):
+        """Who reads nothing of the first run, and then looks for the settings."""
+        wait_until(lambda: keyboard_is_in(desktop, "Welcome to Ostrelle"), "the first run is shown")
+        for _ in range(5):
+            desktop.key("Return")
+        wait_until(lambda: json.loads(call("status", "--json").stdout)["phase"] == "expanded", "it leads to the notch")
+        self.assertEqual(call("settings").returncode, 0)
+        wait_until(lambda: keyboard_is_in(desktop, "Ostrelle Settings"), "settings open")
+
     def live_in(self, root):
         """Installed, started, quit and purged; what it leaves."""
         print(f"root: {root.kind}")
         root.dpkg("--install", str(self.package))
         self.assertLessEqual(set(NEEDED), root.changes())
         command = root.program("usr/bin/ostrelle")
-        desktop = Desktop()
+        desktop = Desktop(first_run=True)
         self.addCleanup(desktop.close)
         desktop.spawn("installed", command)
 
@@ -57,6 +74,7 @@ class Package(unittest.TestCase):
                                   timeout=30)
         try:
             wait_until(lambda: call("status").returncode == 0, "the installed program answers", 30)
+            self.be_a_stranger(desktop, call)
             self.assertEqual(call("color", "add", "#123456").returncode, 0)
             doctor = call("doctor")
             self.assertEqual(doctor.returncode, 0, doctor.stdout)

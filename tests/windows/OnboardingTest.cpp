@@ -81,6 +81,7 @@ private Q_SLOTS:
     void anyWayOfClosingCompletesIt();
     void getStartedOpensTheSelector();
     void leadsThroughItsStepsAndBack();
+    void aKeyThatIsHeldGoesOneStep();
     void keysAloneReachEverything_data();
     void keysAloneReachEverything();
     void switchesShowAndHideToolsAtOnce();
@@ -166,6 +167,19 @@ void OnboardingTest::leadsThroughItsStepsAndBack()
     stage.rest();
     QVERIFY(stage.find<QWidget>(titles.first()));
     QCOMPARE(window.focusWidget(), &stage.button(latin("Continue")));
+}
+
+void OnboardingTest::aKeyThatIsHeldGoesOneStep()
+{
+    OnboardingFixture stage;
+    stage.open(2);
+    for (QWidget *focused :
+         {static_cast<QWidget *>(stage.toolSwitch()), static_cast<QWidget *>(&stage.button(latin("Continue")))}) {
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(focused, &repeated);
+        stage.rest();
+        QCOMPARE(stage.step(), 2);
+    }
 }
 
 void OnboardingTest::keysAloneReachEverything_data()

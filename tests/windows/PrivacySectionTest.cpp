@@ -17,6 +17,21 @@ QString latin(const char *text)
     return QString::fromUtf8(text);
 }
 
+void sendHeldKey(QWidget &widget, Qt::Key key)
+{
+    QKeyEvent repeated(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(&widget, &repeated);
+}
+
+void sendSecondClick(QWidget &widget)
+{
+    const QPointF middle = QRectF(widget.rect()).center();
+    for (const QEvent::Type type : {QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, middle, widget.mapToGlobal(middle), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &event);
+    }
+}
+
 } // namespace
 
 class PrivacySectionTest : public TestBase
@@ -45,6 +60,14 @@ void PrivacySectionTest::clearingAsksFirst_data()
     QTest::newRow("the other button by keys") << Answer([](SettingsFixture &stage) {
         stage.press(Qt::Key_Tab);
         stage.press(Qt::Key_Return);
+    }) << 2;
+    QTest::newRow("no rest of a double click") << Answer([](SettingsFixture &stage) {
+        sendSecondClick(stage.button(latin("Clear")));
+        stage.press(Qt::Key_Escape);
+    }) << 2;
+    QTest::newRow("no key still held") << Answer([](SettingsFixture &stage) {
+        sendHeldKey(stage.button(latin("Clear")), Qt::Key_Return);
+        stage.press(Qt::Key_Escape);
     }) << 2;
 }
 

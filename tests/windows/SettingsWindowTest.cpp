@@ -39,6 +39,7 @@ private Q_SLOTS:
     void aClosedWindowGivesEverythingBack();
     void canBeClosedWhileItMoves();
     void aPickerIsAtRestAfterItsMenu();
+    void aMenuCastsItsShadowOnTheWindow();
     void theFirstPageFitsAndRestsWithoutMoving();
     void followsTheAppearance();
 };
@@ -322,6 +323,24 @@ void SettingsWindowTest::aPickerIsAtRestAfterItsMenu()
     stage.platform.popups().menu()->close();
     stage.settle();
     QVERIFY(picker->grab().toImage() == before);
+}
+
+void SettingsWindowTest::aMenuCastsItsShadowOnTheWindow()
+{
+    SettingsFixture stage;
+    QWidget &window = stage.open(SettingsSection::General);
+    window.move(0, 0); // the whole menu fits on the toolkit's screen
+    const QImage before = window.grab().toImage();
+    QTest::mousePress(stage.find<PopupPicker>(latin("Open on hover")), Qt::LeftButton);
+    const QMenu &menu = *stage.platform.popups().menu();
+    const QPoint below = window.mapFromGlobal(menu.geometry().bottomLeft()) + QPoint(20, 6);
+    const auto lightAt = [&window](const QPoint &place) {
+        return window.grab().toImage().pixelColor(place).lightness();
+    };
+    QVERIFY(lightAt(below) < before.pixelColor(below).lightness());
+    stage.platform.popups().menu()->close();
+    stage.settle();
+    QCOMPARE(lightAt(below), before.pixelColor(below).lightness());
 }
 
 void SettingsWindowTest::theFirstPageFitsAndRestsWithoutMoving()

@@ -11,6 +11,8 @@ ControlAura::ControlAura(QWidget &control, int reach, std::function<void(QPainte
     , m_reach(reach)
     , m_paint(std::move(paint))
 {
+    // By this name the toolkit leaves it out of what it tells assistive technology.
+    setObjectName(QStringLiteral("qt_rubberband"));
     control.installEventFilter(this);
     follow();
 }

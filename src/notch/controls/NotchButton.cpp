@@ -143,10 +143,10 @@ void NotchButton::focusOutEvent(QFocusEvent *event)
 
 void NotchButton::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
         QAbstractButton::keyPressEvent(event);
+    else if (!event->isAutoRepeat()) // a key that is held must not answer what its own press has asked
+        click();
 }
 
 void NotchButton::updateAura()

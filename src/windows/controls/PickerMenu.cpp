@@ -16,7 +16,6 @@ namespace {
 
 constexpr int kPadding = 5;
 constexpr int kRowHeight = 25;
-constexpr double kRadius = 10;
 constexpr double kRowRadius = 6;
 constexpr double kCheckSize = 9.5;
 constexpr double kCheckBox = 14;

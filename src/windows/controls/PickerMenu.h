@@ -14,6 +14,7 @@ class PickerMenu : public QMenu
 public:
     /// Where a choice's text starts, from the menu's left edge.
     static constexpr int kTextX = 31;
+    static constexpr double kRadius = 10;
 
     /// `current` is an index, or -1 for none.
     PickerMenu(const NotchAppearance &appearance, const QStringList &choices, int current, int width, QWidget *parent);

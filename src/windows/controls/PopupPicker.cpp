@@ -1,5 +1,6 @@
 #include "windows/controls/PopupPicker.h"
 
+#include "foundation/MakeChild.h"
 #include "notch/AccessibleRole.h"
 #include "notch/Glyph.h"
 #include "notch/NotchAppearance.h"
@@ -7,6 +8,7 @@
 #include "platform/Popups.h"
 #include "windows/WindowColors.h"
 #include "windows/controls/DisabledLook.h"
+#include "windows/controls/MenuShadow.h"
 #include "windows/controls/PickerMenu.h"
 #include "windows/controls/WrappedText.h"
 
@@ -77,6 +79,7 @@ void PopupPicker::open()
     });
     const double top = (height() - PickerMenu::rowHeight()) / 2.0 - PickerMenu::rowTop(std::max(m_current, 0));
     m_popups.openMenu(*m_menu, *this, QPointF(kTextX - PickerMenu::kTextX, top));
+    makeChild<MenuShadow>(window(), appearance(), *m_menu, PickerMenu::kRadius);
 }
 
 double PopupPicker::cornerRadius() const

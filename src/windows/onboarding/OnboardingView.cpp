@@ -11,9 +11,11 @@
 #include "windows/onboarding/ReachPage.h"
 #include "windows/onboarding/ReadyPage.h"
 #include "windows/onboarding/StepChange.h"
+#include "windows/onboarding/StepHeader.h"
 #include "windows/onboarding/WelcomePage.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -85,6 +87,7 @@ void OnboardingView::goTo(int step)
     m_page->deleteLater();
     m_from = std::exchange(m_step, step);
     makePage().show();
+    tellAssistiveTechnology();
     m_change.jumpTo(0);
     m_change.animateTo(1, Motion::damped(kChangeResponse));
     arrange();
@@ -126,6 +129,16 @@ QWidget &OnboardingView::makePage()
     return *m_page;
 }
 
+/// A screen reader tells of nothing but the focus, and that stays on the same button from step to step. It goes to the
+/// title of the page instead, where Return and Space still continue.
+void OnboardingView::tellAssistiveTechnology()
+{
+    if (!QAccessible::isActive())
+        return;
+    QWidget *title = m_page->findChild<StepHeader *>();
+    (title ? title : m_page)->setFocus(Qt::OtherFocusReason);
+}
+
 /// Of the page that is about to leave, as far as it had come.
 void OnboardingView::keepPicture()
 {
@@ -154,7 +167,7 @@ void OnboardingView::arrange()
 bool OnboardingView::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress && isReturn(static_cast<const QKeyEvent &>(*event))) {
-        goOn();
+        keyPressEvent(static_cast<QKeyEvent *>(event));
         return true;
     }
     return QWidget::eventFilter(watched, event);
@@ -162,10 +175,11 @@ bool OnboardingView::eventFilter(QObject *watched, QEvent *event)
 
 void OnboardingView::keyPressEvent(QKeyEvent *event)
 {
-    if (isReturn(*event))
-        goOn();
-    else
+    // The title of a step can have the focus, and Space stays the button's that had it before.
+    if (!isReturn(*event) && event->key() != Qt::Key_Space)
         QWidget::keyPressEvent(event);
+    else if (!event->isAutoRepeat())
+        goOn();
 }
 
 void OnboardingView::showEvent(QShowEvent *event)

@@ -39,6 +39,7 @@ private:
     void goBack();
     void goTo(int step);
     QWidget &makePage();
+    void tellAssistiveTechnology();
     void keepPicture();
     void arrange();
 

@@ -1,6 +1,7 @@
 #include "windows/onboarding/OnboardingWindow.h"
 
 #include "foundation/MakeChild.h"
+#include "notch/AccessibleRole.h"
 #include "notch/NotchAppearance.h"
 #include "platform/OrdinaryWindows.h"
 #include "windows/ChildWidgets.h"
@@ -31,6 +32,7 @@ OnboardingWindow::OnboardingWindow(const OnboardingSurroundings &around, Ordinar
     , m_frames(around.scheduler)
     , m_view(makeChild<OnboardingView>(this, ControlContext{around.appearance, m_frames}, around))
 {
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Welcome to Ostrelle"));
     setWindowIcon(QIcon(ProgramMark{.size = kIconSize}.picture(1)));
     setAttribute(Qt::WA_QuitOnClose, false);
