@@ -82,6 +82,7 @@ private Q_SLOTS:
     void getStartedOpensTheSelector();
     void leadsThroughItsStepsAndBack();
     void aKeyThatIsHeldGoesOneStep();
+    void itsButtonsStayOnALowScreen();
     void keysAloneReachEverything_data();
     void keysAloneReachEverything();
     void switchesShowAndHideToolsAtOnce();
@@ -180,6 +181,15 @@ void OnboardingTest::aKeyThatIsHeldGoesOneStep()
         stage.rest();
         QCOMPARE(stage.step(), 2);
     }
+}
+
+void OnboardingTest::itsButtonsStayOnALowScreen()
+{
+    OnboardingFixture stage;
+    stage.platform.screens().arrange({FakeScreens::make(latin("low"), QRectF(0, 0, 911, 512))});
+    stage.open(1);
+    const QAbstractButton &button = stage.button(latin("Continue"));
+    QVERIFY(button.mapToGlobal(QPoint(0, button.height())).y() < 512);
 }
 
 void OnboardingTest::keysAloneReachEverything_data()

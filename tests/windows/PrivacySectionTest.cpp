@@ -4,6 +4,7 @@
 #include "support/TestMain.h"
 #include "windows/controls/PlainEditor.h"
 
+#include <QScrollArea>
 #include <QTextCursor>
 
 #include <functional>
@@ -46,6 +47,7 @@ private Q_SLOTS:
     void typingStoresAtOnceAndKeepsWhatIsTyped();
     void theEditorCopiesAndPastesByTheProgramsOwnWay();
     void recordingFollowsTheSwitch();
+    void whatKeysReachIsSeenWhole();
 };
 
 void PrivacySectionTest::clearingAsksFirst_data()
@@ -186,6 +188,26 @@ void PrivacySectionTest::recordingFollowsTheSwitch()
     stage.clipboard.copyText(latin("seen"));
     stage.settle();
     QCOMPARE(stage.history.items().size(), 1);
+}
+
+void PrivacySectionTest::whatKeysReachIsSeenWhole()
+{
+    SettingsFixture stage;
+    QWidget &window = stage.open(SettingsSection::Privacy);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const auto &page = *window.findChild<QScrollArea *>();
+    const auto isSeenWhole = [&page, &window] {
+        const QWidget &focused = *window.focusWidget();
+        const QRect place(focused.mapTo(page.viewport(), QPoint()), focused.size());
+        return page.viewport()->rect().contains(place);
+    };
+    stage.press(Qt::Key_Backtab); // from the sidebar to the page's end
+    QCOMPARE(window.focusWidget(), stage.find<PlainEditor>(latin("Excluded Apps")));
+    QVERIFY(isSeenWhole());
+    stage.press(Qt::Key_Tab);
+    stage.press(Qt::Key_Tab);
+    QCOMPARE(window.focusWidget(), &stage.button(latin("Remember clipboard history")));
+    QVERIFY(isSeenWhole());
 }
 
 OSTRELLE_TEST(PrivacySectionTest)

@@ -5,6 +5,7 @@
 #include "notch/controls/ColorMix.h"
 #include "windows/WindowColors.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -123,6 +124,19 @@ PageScroll::PageScroll(const ControlContext &context, QWidget *parent)
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &PageScroll::arrange);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &PageScroll::arrange);
     connect(&context.appearance, &NotchAppearance::changed, this, qOverload<>(&QWidget::update));
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, const QWidget *now) { showFocus(now); });
+}
+
+/// The toolkit by itself follows keys within the page only, and of an editor shows no more than the caret. What the
+/// pointer has pressed stays below it.
+void PageScroll::showFocus(const QWidget *focused)
+{
+    if (focused == nullptr || !widget()->isAncestorOf(focused))
+        return;
+    if ((focused->focusPolicy() & Qt::ClickFocus) != 0 && focused->underMouse())
+        return;
+    const QPoint middle = focused->mapTo(widget(), focused->rect().center());
+    ensureVisible(middle.x(), middle.y(), 0, focused->height() / 2 + kFadeHeight);
 }
 
 void PageScroll::wheelEvent(QWheelEvent *event)

@@ -24,6 +24,7 @@ private:
     class Thumb;
 
     void arrange();
+    void showFocus(const QWidget *focused);
 
     SmoothScroll m_scroll;
     Fade &m_top;

@@ -6,6 +6,9 @@
 #include "foundation/TaskScheduler.h"
 #include "notch/NotchController.h"
 #include "platform/OrdinaryWindows.h"
+#include "windows/onboarding/OnboardingMeasures.h"
+
+#include <algorithm>
 
 namespace ostrelle {
 namespace {
@@ -40,11 +43,16 @@ void OnboardingWindowController::show(const ActivationToken &token)
     m_windows.present(*m_window, token);
 }
 
-/// In the middle of the screen that the notch is on, which is the one in use.
+/// In the middle of the screen that the notch is on, which is the one in use. On one that is too low for it its
+/// buttons, which are at the bottom, are not cut off.
 void OnboardingWindowController::placeOnScreen()
 {
-    if (const std::optional<Screen> screen = m_notch.currentScreen())
-        m_window->centreOn(screen->frame.center());
+    const std::optional<Screen> screen = m_notch.currentScreen();
+    if (!screen)
+        return;
+    const QRectF &frame = screen->frame;
+    const double lowest = frame.y() + frame.height() - onboarding::kContent.height() / 2.0;
+    m_window->centreOn({frame.center().x(), std::min(frame.center().y(), lowest)});
 }
 
 void OnboardingWindowController::forgetWindow()
