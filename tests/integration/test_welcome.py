@@ -143,7 +143,10 @@ class FirstRun(unittest.TestCase):
     def test_changes_take_effect_as_they_are_made(self):
         window = self.open()
         width = self.program.status()["surface"]["width"]
+        self.assertEqual(window.step(), 0)  # from now on someone listens, and is told the title first
         window.go_to(2)
+        self.desktop.key("Tab")
+        wait_until(lambda: "focused" in window.objects()["check box", "Clipboard"]["states"], "the switch is next")
         window.click("check box", "Clipboard")
         wait_until(lambda: "clipboard" not in self.value("modules.enabled"), "the tool is hidden")
         wait_until(lambda: self.program.status()["surface"]["width"] < width, "the notch is smaller")
@@ -151,7 +154,7 @@ class FirstRun(unittest.TestCase):
         wait_until(lambda: self.program.status()["surface"]["width"] == width, "and as before")
         # By keys alone: to the picker, along it, back to a switch, then on.
         window.click("radio button", "Color")
-        self.desktop.key("shift+Tab", "shift+Tab", "Right", "Right", "shift+Tab", "space")
+        self.desktop.key("Tab", "Right", "Right", "shift+Tab", "space")
         wait_until(lambda: "projects" not in self.value("modules.enabled"), "keys switch it, too")
         self.assertIn("focused", window.objects()["check box", "Projects"]["states"])
         self.assertEqual(window.objects()["check box", "Projects"]["description"], "Hidden from the notch")

@@ -30,12 +30,13 @@ ToolTour::ToolTour(const ControlContext &context, SettingsStore &settings, TaskS
     , m_settings(settings)
     , m_scheduler(scheduler)
     , m_progress(progress)
+    , m_header(makeChild<StepHeader>(
+          this, context, QStringLiteral("Six tools"),
+          QStringList{QStringLiteral("Everything the notch holds. Turn off anything you won't use —"),
+                      QStringLiteral("you can change it later in Settings.")}))
     , m_card(makeChild<ToolCard>(this, context, tool()))
     , m_picker(makeChild<ToolPicker>(this, context))
 {
-    makeChild<StepHeader>(this, context, QStringLiteral("Six tools"),
-                          QStringList{QStringLiteral("Everything the notch holds. Turn off anything you won't use —"),
-                                      QStringLiteral("you can change it later in Settings.")});
     m_card.move(onboarding::kMargin, kCardTop);
     m_picker.move((onboarding::kPage.width() - m_picker.width()) / 2, kCardTop + m_card.height() + kPickerGap);
     m_picker.showTool(tool());

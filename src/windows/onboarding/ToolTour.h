@@ -10,6 +10,7 @@
 namespace ostrelle {
 
 class SettingsStore;
+class StepHeader;
 class TaskScheduler;
 class ToolCard;
 class ToolPicker;
@@ -45,6 +46,7 @@ private:
     SettingsStore &m_settings;
     TaskScheduler &m_scheduler;
     Progress &m_progress;
+    [[maybe_unused]] StepHeader &m_header; ///< made first: from it Tab leads to the controls
     ToolCard &m_card;
     ToolPicker &m_picker;
     Task m_auto;
