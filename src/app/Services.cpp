@@ -355,6 +355,8 @@ SettingsWindowController &Services::settingsWindow()
                                  .clipboard = clipboard(),
                                  .pasteboard = platform().clipboard(),
                                  .popups = platform().popups(),
+                                 .dragOut = platform().dragOut(),
+                                 .dragText = platform().dragText(),
                                  .quit = [] { QGuiApplication::quit(); }},
             controller(), foreground(), platform().ordinaryWindows());
     });

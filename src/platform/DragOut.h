@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPixmap>
 #include <QPoint>
+#include <QString>
 #include <QStringList>
 
 #include <functional>
@@ -11,7 +12,7 @@ class QWidget;
 
 namespace ostrelle {
 
-/// What a drag out of the panel carries, and the picture under the pointer.
+/// What a drag carries, and the picture under the pointer.
 struct FileDrag
 {
     QStringList paths;
@@ -19,7 +20,14 @@ struct FileDrag
     QPoint hotSpot; ///< in the picture, logical pixels
 };
 
-/// Drags of files out of the panel into other programs. Main thread.
+struct TextDrag
+{
+    QString text;
+    QPixmap picture;
+    QPoint hotSpot; ///< in the picture, logical pixels
+};
+
+/// Drags out of the program's windows into other programs, one at a time. Main thread.
 class DragOut
 {
 public:
@@ -31,6 +39,8 @@ public:
     /// by then. Files are offered as text/uri-list, x-special/gnome-copied-files and, where there is a portal, as
     /// application/vnd.portal.filetransfer.
     virtual void start(QWidget &source, const FileDrag &drag, std::function<void(Outcome)> ended) = 0;
+    /// The same of plain text.
+    virtual void startText(QWidget &source, const TextDrag &drag, std::function<void(Outcome)> ended) = 0;
 };
 
 } // namespace ostrelle

@@ -13,6 +13,7 @@ class ColourPicker;
 class DesktopAppearance;
 class DragOut;
 class DragSense;
+class DragText;
 class FileChooser;
 class FileDrags;
 class FileIcons;
@@ -45,6 +46,7 @@ public:
     virtual DragSense &dragSense() = 0;
     virtual FileDrags &fileDrags() = 0;
     virtual DragOut &dragOut() = 0;
+    virtual DragText &dragText() = 0;
     virtual ClipboardPort &clipboard() = 0;
     virtual Frontmost &frontmost() = 0;
     virtual Screens &screens() = 0;

@@ -60,7 +60,6 @@ void LiftedRow::settle(const QPointF &corner, std::function<void()> done)
 void LiftedRow::paintEvent(QPaintEvent *)
 {
     const NotchAppearance &appearance = m_context.appearance;
-    const WindowColors &colors = WindowColors::of(appearance);
     const QRectF box(QPointF(kReach, kReach), m_picture.deviceIndependentSize());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -70,10 +69,28 @@ void LiftedRow::paintEvent(QPaintEvent *)
     }
     const double reach = dropShadowReach(kShadowDeviation);
     painter.drawPixmap(box.topLeft() + QPointF(-reach, kShadowOffset - reach), m_shadow);
+    paintRow(painter, box.topLeft());
+}
+
+void LiftedRow::paintRow(QPainter &painter, const QPointF &corner) const
+{
+    const WindowColors &colors = WindowColors::of(m_context.appearance);
+    const QRectF box(corner, m_picture.deviceIndependentSize());
     painter.setPen(QPen(colors.menuOutline, 1));
     painter.setBrush(colors.lifted);
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
-    painter.drawPixmap(box.topLeft(), m_picture);
+    painter.drawPixmap(corner, m_picture);
+}
+
+QPixmap LiftedRow::picture() const
+{
+    QPixmap picture(m_picture.size());
+    picture.setDevicePixelRatio(m_picture.devicePixelRatio());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintRow(painter, {});
+    return picture;
 }
 
 } // namespace ostrelle

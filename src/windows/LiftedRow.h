@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QPainter;
+
 namespace ostrelle {
 
 /// A row under a drag: above everything, with a shadow, where the pointer holds it. Passes the pointer through.
@@ -21,12 +23,15 @@ public:
     void follow(const QPointF &corner);
     /// Slides there and calls `done`.
     void settle(const QPointF &corner, std::function<void()> done);
+    /// The row as it is held, without its shadow: a desktop without compositor would draw one in black.
+    QPixmap picture() const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void place(const QPointF &corner);
+    void paintRow(QPainter &painter, const QPointF &corner) const;
 
     ControlContext m_context;
     QPixmap m_picture;

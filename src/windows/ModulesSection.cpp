@@ -12,7 +12,7 @@ ModulesSection::ModulesSection(const ControlContext &context, const SettingsSurr
     SettingsStore &settings = around.settings;
     SettingsGroup &group = addGroup(QStringLiteral("Tools"));
     group.setFooter(QStringLiteral("Drag to reorder. The order here is the order in the notch."));
-    auto &list = makeChild<ToolList>(&group.container(), this->context());
+    auto &list = makeChild<ToolList>(&group.container(), this->context(), around.dragOut, around.dragText);
     group.addRow(list);
     follow<QList<KestroModule>>(settings.bindableModuleOrder(),
                                 [&settings, &list] { list.showOrder(settings.moduleOrder()); });

@@ -6,6 +6,8 @@ namespace ostrelle {
 
 class ClipboardPort;
 class ClipboardService;
+class DragOut;
+class DragText;
 class FileOpening;
 class KeyboardLayout;
 class LaunchAtLogin;
@@ -30,6 +32,8 @@ struct SettingsSurroundings
     ClipboardService &clipboard;
     ClipboardPort &pasteboard;
     Popups &popups;
+    DragOut &dragOut;
+    DragText &dragText;
     std::function<void()> quit;
 };
 

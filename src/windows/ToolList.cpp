@@ -1,12 +1,16 @@
 #include "windows/ToolList.h"
 
 #include "foundation/MakeChild.h"
+#include "platform/DragOut.h"
+#include "platform/DragText.h"
 #include "records/Motion.h"
 #include "windows/LiftedRow.h"
 #include "windows/ToolRow.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -20,10 +24,13 @@ constexpr double kPixelRest = 0.25;
 
 } // namespace
 
-ToolList::ToolList(const ControlContext &context, QWidget *parent)
+ToolList::ToolList(const ControlContext &context, DragOut &dragOut, DragText &dragText, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
+    , m_dragOut(dragOut)
+    , m_dragText(dragText)
 {
+    setAcceptDrops(true);
 }
 
 ToolList::~ToolList() = default;
@@ -72,6 +79,18 @@ int ToolList::indexOf(const QObject *row) const
     const auto found =
         std::find_if(m_entries.begin(), m_entries.end(), [row](const Entry &entry) { return entry.row == row; });
     return found == m_entries.end() ? -1 : static_cast<int>(found - m_entries.begin());
+}
+
+int ToolList::indexOf(KestroModule module) const
+{
+    if (m_dragged != nullptr && m_dragged->module() == module)
+        return indexOf(m_dragged);
+    return static_cast<int>(order().indexOf(module));
+}
+
+int ToolList::indexAt(int y) const
+{
+    return std::clamp(y / ToolRow::kHeight, 0, static_cast<int>(m_entries.size()) - 1);
 }
 
 void ToolList::place(const Entry &entry) const
@@ -165,22 +184,97 @@ void ToolList::lift()
 
 void ToolList::drag(const QPoint &position)
 {
-    if (m_dragged == nullptr)
+    if (m_dragged == nullptr || m_isOut || m_isSettling)
         return;
     if (m_lifted == nullptr) {
         if ((position - m_pressed).manhattanLength() < QApplication::startDragDistance())
             return;
         lift();
     }
+    if (!window()->rect().contains(mapTo(window(), position))) {
+        takeOut();
+        return;
+    }
     m_lifted->follow(mapTo(window(), position - m_grip));
-    const int target = std::clamp(position.y() / ToolRow::kHeight, 0, static_cast<int>(m_entries.size()) - 1);
+    const int target = indexAt(position.y());
     const int index = indexOf(m_dragged);
     if (target != index)
         move(index, target);
 }
 
+void ToolList::takeOut()
+{
+    const TextDrag drag{.text = rawValue(m_dragged->module()), .picture = m_lifted->picture(), .hotSpot = m_grip};
+    dropLifted();
+    m_isOut = true;
+    m_dragOut.startText(*this, drag, [this](DragOut::Outcome) {
+        if (m_isOut)
+            endDrag();
+    });
+}
+
+void ToolList::dragEnterEvent(QDragEnterEvent *event)
+{
+    forgetCarried();
+    m_over = event->position().toPoint();
+    event->setDropAction(Qt::CopyAction);
+    if (event->source() != nullptr) {
+        m_carried = moduleFromRawValue(event->mimeData()->text());
+        event->setAccepted(m_carried.has_value());
+        follow();
+        return;
+    }
+    event->setAccepted(event->mimeData()->hasText());
+    if (!event->isAccepted())
+        return;
+    // Another program's, which may take its time. Accepted for now, or nothing more would be heard of it.
+    m_question = std::make_unique<QObject>();
+    m_dragText.read(*m_question, [this](const QString &text) {
+        m_carried = moduleFromRawValue(text);
+        follow();
+    });
+}
+
+void ToolList::dragMoveEvent(QDragMoveEvent *event)
+{
+    m_over = event->position().toPoint();
+    follow();
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(m_carried.has_value());
+}
+
+void ToolList::dragLeaveEvent(QDragLeaveEvent *)
+{
+    forgetCarried();
+}
+
+void ToolList::dropEvent(QDropEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(m_carried.has_value());
+    forgetCarried();
+}
+
+void ToolList::follow()
+{
+    if (!m_carried)
+        return;
+    const int from = indexOf(*m_carried);
+    const int to = indexAt(m_over.y());
+    if (from >= 0 && from != to)
+        move(from, to);
+}
+
+void ToolList::forgetCarried()
+{
+    m_question.reset();
+    m_carried.reset();
+}
+
 void ToolList::release()
 {
+    if (m_isOut || m_isSettling)
+        return;
     if (m_lifted == nullptr)
         m_dragged = nullptr;
     else
@@ -190,6 +284,7 @@ void ToolList::release()
 void ToolList::settle()
 {
     qApp->removeEventFilter(this);
+    m_isSettling = true;
     const QPoint place(0, indexOf(m_dragged) * ToolRow::kHeight);
     m_lifted->settle(mapTo(window(), place), [this] { endDrag(); });
 }
@@ -203,15 +298,22 @@ void ToolList::cancel()
 
 void ToolList::endDrag()
 {
+    dropLifted();
+    m_isOut = false;
+    m_isSettling = false;
+    if (m_dragged != nullptr)
+        m_dragged->setLifted(false);
+    m_dragged = nullptr;
+}
+
+void ToolList::dropLifted()
+{
     qApp->removeEventFilter(this);
     if (m_lifted != nullptr) {
         m_lifted->hide();
         m_lifted->deleteLater();
         m_lifted = nullptr;
     }
-    if (m_dragged != nullptr)
-        m_dragged->setLifted(false);
-    m_dragged = nullptr;
 }
 
 } // namespace ostrelle

@@ -1,10 +1,11 @@
 """Every setting changed in the real window: seen in the running notch, in the file, and after a restart."""
+import itertools
 import json
 import os
 import pathlib
 import unittest
 
-from harness.desktop import Desktop
+from harness.desktop import BUILD, Desktop
 from harness.drag import DragSource, uri
 from harness.peer import Peer, xclip
 from harness.program import Program
@@ -204,6 +205,95 @@ class Settings(unittest.TestCase):
         self.assertIn("focused", window.control("check box", "Projects")["states"])
         window.close()
         self.restart()
+
+    def row(self, name):
+        """A place in the row of a tool."""
+        _, y = self.window.place("check box", name)
+        return self.window.x + 400, y
+
+    def stir(self, place, condition, what):
+        """Moves about a place until something has happened; a drag tells of itself only by its motion."""
+        steps = itertools.count()
+
+        def has_happened():
+            self.desktop.run("xdotool", "mousemove", str(place[0] + next(steps) % 3), str(place[1]))
+            return condition()
+
+        wait_until(has_happened, what)
+
+    def order(self):
+        return self.value("modules.order")
+
+    def test_tools_moved_by_drags_of_other_programs(self):
+        self.open("modules")
+        before = self.order()
+        # Below what the notch takes while something is dragged.
+        assets, audio = self.row("Assets"), self.row("Audio Info")
+        self.assertGreater(assets[1], 400)
+        for mode in ([], ["--mode", "hang"]):
+            text = "projects" if mode else "Projects"
+            source = DragSource(self.desktop, "plain", "--type", "text/plain", text, *mode)
+            source.pick_up()
+            self.stir(assets, lambda: source.said().count("status 0") > 2, "it is not taken")
+            source.let_go()
+            source.wait("left")
+            self.assertEqual(self.order(), before)
+            source.end()
+        source = DragSource(self.desktop, "plain", "--type", "text/plain", "projects")
+        source.pick_up()
+        self.stir(assets, lambda: self.order().index("projects") == 2, "it takes the place of the row that it enters")
+        self.stir(audio, lambda: self.order().index("projects") == 5, "also below")
+        self.assertEqual(self.stored()["modules.order"], self.order())
+        self.stir(audio, lambda: "status 1" in source.said()[-2:], "it may be dropped there")
+        source.let_go()
+        source.wait("finished 1")
+        source.end()
+        self.assertEqual(self.order(), ["clipboard", "color", "assets", "imageInfo", "audioInfo", "projects"])
+        self.assertEqual(self.program.status()["phase"], "idle")
+        self.window.close()
+
+    def test_a_tool_taken_out_of_the_window(self):
+        window = self.open("modules")
+        target = self.desktop.spawn("text-target", [str(BUILD / "bin" / "peers" / "toolkit-drags"), "target"])
+        log = self.desktop.folder / "text-target.log"
+        wait_until(lambda: log.read_text() == "ready\n", "somebody takes drags")
+        color, audio, outside = self.row("Color"), self.row("Audio Info"), (window.x - 150, window.y + 200)
+        for drop in (True, False):
+            if drop:
+                self.take_out("Projects", outside)
+                # Over the notch it is no file.
+                self.stir((640, 6), lambda: True, "over the notch")
+                self.program.hear()
+                self.assertEqual(self.program.status()["dropTargets"], [])
+                self.stir(audio, lambda: self.order()[-1] == "projects", "back in the list it goes on")
+                self.stir((450, 450), lambda: True, "over the other program")
+                self.desktop.run("xdotool", "mouseup", "1")
+                wait_until(lambda: log.read_text().endswith("done\n"), "dropped there")
+                self.assertIn("\ntype text/plain projects\n", log.read_text())
+                self.assertEqual(self.order()[-1], "projects")
+            else:
+                self.take_out("Projects", outside)
+                self.stir(color, lambda: self.order()[1] == "projects", "back in the list it goes on")
+                self.desktop.key("Escape")
+                wait_until(lambda: self.find_row("Projects"), "the row is put down")
+                self.desktop.run("xdotool", "mouseup", "1")
+                self.assertEqual(self.order()[1], "projects")
+                self.assertTrue(window.find(), "Escape ends the drag, not the window")
+        self.desktop.stop("text-target")
+        window.close()
+
+    def find_row(self, name):
+        node = self.window.find_control("check box", name)
+        return node and "showing" in node["states"]
+
+    def take_out(self, name, outside):
+        """Until its row is a drag of the desktop, whose selection has an owner then."""
+        x, y = self.row(name)
+        self.desktop.move_pointer(x, y)
+        self.desktop.run("xdotool", "mousedown", "1")
+        for step in range(1, 9):
+            self.desktop.run("xdotool", "mousemove", str(x + (outside[0] - x) * step // 8), str(y))
+        self.stir(outside, lambda: not self.find_row(name), "the row is in the hand")
 
     # Shortcuts
 

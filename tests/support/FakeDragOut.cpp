@@ -6,15 +6,27 @@ namespace ostrelle {
 
 void FakeDragOut::start(QWidget &source, const FileDrag &drag, std::function<void(Outcome)> ended)
 {
+    if (begin(source, std::move(ended)))
+        m_drag = drag;
+}
+
+void FakeDragOut::startText(QWidget &source, const TextDrag &drag, std::function<void(Outcome)> ended)
+{
+    if (begin(source, std::move(ended)))
+        m_textDrag = drag;
+}
+
+bool FakeDragOut::begin(QWidget &source, std::function<void(Outcome)> ended)
+{
     if (m_ended) {
         QMetaObject::invokeMethod(
             &source, [ended = std::move(ended)] { ended(Outcome::Cancelled); }, Qt::QueuedConnection);
-        return;
+        return false;
     }
     m_source = &source;
-    m_drag = drag;
     m_ended = std::move(ended);
     ++m_count;
+    return true;
 }
 
 void FakeDragOut::end(Outcome outcome)

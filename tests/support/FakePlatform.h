@@ -6,6 +6,7 @@
 #include "support/FakeDesktopAppearance.h"
 #include "support/FakeDragOut.h"
 #include "support/FakeDragSense.h"
+#include "support/FakeDragText.h"
 #include "support/FakeFileChooser.h"
 #include "support/FakeFileDrags.h"
 #include "support/FakeFileIcons.h"
@@ -39,6 +40,7 @@ public:
     FakeDragSense &dragSense() override { return m_dragSense; }
     FakeFileDrags &fileDrags() override { return m_fileDrags; }
     FakeDragOut &dragOut() override { return m_dragOut; }
+    FakeDragText &dragText() override { return m_dragText; }
     ClipboardPort &clipboard() override { return m_clipboard; }
     FakeFrontmost &frontmost() override { return m_frontmost; }
     FakeScreens &screens() override { return m_screens; }
@@ -68,6 +70,7 @@ private:
     FakeDragSense m_dragSense;
     FakeFileDrags m_fileDrags;
     FakeDragOut m_dragOut;
+    FakeDragText m_dragText;
     FakeFrontmost m_frontmost;
     FakeDesktopAppearance m_appearance;
     FakeFileIcons m_fileIcons;

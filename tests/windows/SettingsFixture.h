@@ -40,6 +40,8 @@ struct SettingsFixture : WindowFixture
                                                                      .clipboard = history,
                                                                      .pasteboard = clipboard,
                                                                      .popups = platform.popups(),
+                                                                     .dragOut = platform.dragOut(),
+                                                                     .dragText = platform.dragText(),
                                                                      .quit = [this] { ++quits; }},
                                                 controller, foreground, platform.ordinaryWindows()};
 

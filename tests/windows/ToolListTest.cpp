@@ -1,9 +1,11 @@
+#include "windows/ToolList.h"
 #include "SettingsFixture.h"
 #include "support/TestBase.h"
 #include "support/TestMain.h"
 #include "windows/LiftedRow.h"
 #include "windows/ToolRow.h"
 
+#include <QMimeData>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -43,6 +45,9 @@ struct ToolStage : SettingsFixture
             order.append(rawValue(row->module()));
         return order;
     }
+    ToolList &list() const { return *window().findChild<ToolList *>(); }
+    /// Of a row, in the list.
+    static QPoint middle(int row) { return {100, row * ToolRow::kHeight + ToolRow::kHeight / 2}; }
     static void move(ToolRow &row, const QPoint &position)
     {
         QMouseEvent event(QEvent::MouseMove, position, row.mapToGlobal(position), Qt::NoButton, Qt::LeftButton, {});
@@ -83,6 +88,10 @@ private Q_SLOTS:
     void keysMoveTheRowThatHasTheFocus();
     void switchesHideAndShowTools();
     void followsChangesFromElsewhere();
+    void aRowTakenOutOfTheWindowIsADragOfText();
+    void doesWhatADragOfAnotherProgramSays_data();
+    void doesWhatADragOfAnotherProgramSays();
+    void forgetsADragThatLeavesBeforeItHasSpoken();
 };
 
 void ToolListTest::dragsMoveToolsBeforeAndAfterOthers_data()
@@ -93,8 +102,8 @@ void ToolListTest::dragsMoveToolsBeforeAndAfterOthers_data()
     const auto list = [](const char *names) { return latin(names).split(u' '); };
     QTest::newRow("fourth onto first") << 3 << -3 << list("projects clipboard color assets imageInfo audioInfo");
     QTest::newRow("first onto third") << 0 << 2 << list("color assets clipboard projects imageInfo audioInfo");
-    QTest::newRow("beyond the end") << 1 << 9 << list("clipboard assets projects imageInfo audioInfo color");
-    QTest::newRow("beyond the top") << 5 << -9 << list("audioInfo clipboard color assets projects imageInfo");
+    QTest::newRow("beyond the end") << 1 << 5 << list("clipboard assets projects imageInfo audioInfo color");
+    QTest::newRow("beyond the top") << 5 << -6 << list("audioInfo clipboard color assets projects imageInfo");
 }
 
 void ToolListTest::dragsMoveToolsBeforeAndAfterOthers()
@@ -178,6 +187,98 @@ void ToolListTest::followsChangesFromElsewhere()
     QVERIFY(!stage.button(latin("Audio Info")).isChecked());
     stage.drop(stage.drag(2, -1));
     QCOMPARE(stage.order(), QStringList({latin("audioInfo"), latin("audioInfo"), latin("clipboard")}));
+}
+
+void ToolListTest::aRowTakenOutOfTheWindowIsADragOfText()
+{
+    ToolStage stage;
+    FakeDragOut &dragOut = stage.platform.dragOut();
+    ToolRow &row = stage.drag(3, -1);
+    const QStringList order = stage.order();
+    QCOMPARE(order.indexOf(latin("projects")), 2);
+    QVERIFY(!dragOut.isRunning());
+    ToolStage::move(row, QPoint(-900, 10));
+    QVERIFY(dragOut.isRunning());
+    QCOMPARE(dragOut.textDrag().text, latin("projects"));
+    QCOMPARE(dragOut.textDrag().hotSpot, QPoint(20, 10));
+    QCOMPARE(dragOut.textDrag().picture.deviceIndependentSize(), QSizeF(row.size()));
+    QVERIFY(!stage.window().findChild<LiftedRow *>(QString(), Qt::FindDirectChildrenOnly)->isVisible());
+    // The pointer is the desktop's now; what comes late does nothing.
+    ToolStage::move(row, QPoint(20, -100));
+    QTest::mouseRelease(&row, Qt::LeftButton, {}, QPoint(20, 10));
+    QCOMPARE(stage.order(), order);
+    dragOut.end(DragOut::Outcome::Cancelled);
+    stage.settle();
+    QCOMPARE(stage.order(), order);
+    QVERIFY(stage.button(latin("Projects")).isVisible());
+    QVERIFY(!stage.window().findChild<LiftedRow *>());
+    stage.drop(stage.drag(0, 1));
+    QCOMPARE(stage.order().indexOf(latin("clipboard")), 1);
+}
+
+void ToolListTest::doesWhatADragOfAnotherProgramSays_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("over");
+    QTest::addColumn<bool>("isTaken");
+    QTest::addColumn<QStringList>("order");
+    const auto list = [](const char *names) { return latin(names).split(u' '); };
+    const QStringList before = list("clipboard color assets projects imageInfo audioInfo");
+    QTest::newRow("before one above it") << latin("projects") << 1 << true
+                                         << list("clipboard projects color assets imageInfo audioInfo");
+    QTest::newRow("after one below it") << latin("clipboard") << 2 << true
+                                        << list("color assets clipboard projects imageInfo audioInfo");
+    QTest::newRow("onto its own row") << latin("assets") << 2 << true << before;
+    QTest::newRow("other text") << latin("Projects") << 1 << false << before;
+    QTest::newRow("nothing") << QString() << 1 << false << before;
+}
+
+void ToolListTest::doesWhatADragOfAnotherProgramSays()
+{
+    QFETCH(const QString, text);
+    QFETCH(const int, over);
+    QFETCH(const bool, isTaken);
+    ToolStage stage;
+    const QStringList before = stage.order();
+    QMimeData offered;
+    offered.setText(latin("not to be asked in this way"));
+    QDragEnterEvent enter(ToolStage::middle(over), Qt::CopyAction, &offered, Qt::LeftButton, {});
+    QApplication::sendEvent(&stage.list(), &enter);
+    QVERIFY(enter.isAccepted());
+    QDragMoveEvent early(ToolStage::middle(over), Qt::CopyAction, &offered, Qt::LeftButton, {});
+    QApplication::sendEvent(&stage.list(), &early);
+    QVERIFY(!early.isAccepted());
+    QCOMPARE(stage.order(), before);
+    stage.platform.dragText().say(text);
+    QTEST(stage.order(), "order");
+    QDragMoveEvent late(ToolStage::middle(over), Qt::CopyAction, &offered, Qt::LeftButton, {});
+    QApplication::sendEvent(&stage.list(), &late);
+    QCOMPARE(late.isAccepted(), isTaken);
+    QDropEvent drop(ToolStage::middle(over), Qt::CopyAction, &offered, Qt::LeftButton, {});
+    QApplication::sendEvent(&stage.list(), &drop);
+    QCOMPARE(drop.isAccepted(), isTaken);
+    stage.settle();
+    QTEST(stage.shown(), "order");
+}
+
+void ToolListTest::forgetsADragThatLeavesBeforeItHasSpoken()
+{
+    ToolStage stage;
+    const QStringList before = stage.order();
+    QMimeData offered;
+    offered.setData(QStringLiteral("image/png"), "png");
+    QDragEnterEvent picture(ToolStage::middle(1), Qt::CopyAction, &offered, Qt::LeftButton, {});
+    QApplication::sendEvent(&stage.list(), &picture);
+    QVERIFY(!picture.isAccepted() && !stage.platform.dragText().isAsked());
+    offered.setText(latin("audioInfo"));
+    QDragEnterEvent enter(ToolStage::middle(1), Qt::CopyAction, &offered, Qt::LeftButton, {});
+    QApplication::sendEvent(&stage.list(), &enter);
+    QVERIFY(stage.platform.dragText().isAsked());
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(&stage.list(), &leave);
+    QVERIFY(!stage.platform.dragText().isAsked());
+    stage.platform.dragText().say(latin("audioInfo"));
+    QCOMPARE(stage.order(), before);
 }
 
 OSTRELLE_TEST(ToolListTest)

@@ -30,7 +30,9 @@ constexpr int kLooksToBelieve = 3;
 struct X11DragOut::Start
 {
     QPointer<QWidget> source;
-    FileDrag drag;
+    std::unique_ptr<QMimeData> content;
+    QPixmap picture;
+    QPoint hotSpot;
     std::function<void(Outcome)> ended;
     Task patience;
 };
@@ -41,31 +43,57 @@ X11DragOut::X11DragOut(TaskScheduler &scheduler, const X11RawPointer &pointer)
 {
 }
 
-void X11DragOut::start(QWidget &source, const FileDrag &drag, std::function<void(Outcome)> ended)
+bool X11DragOut::take(QWidget &source, const std::function<void(Outcome)> &ended)
 {
     if (m_isBusy) {
         QMetaObject::invokeMethod(
-            &source, [ended = std::move(ended)] { ended(Outcome::Cancelled); }, Qt::QueuedConnection);
-        return;
+            &source, [ended] { ended(Outcome::Cancelled); }, Qt::QueuedConnection);
+        return false;
     }
     m_isBusy = true;
+    return true;
+}
+
+void X11DragOut::startText(QWidget &source, const TextDrag &drag, std::function<void(Outcome)> ended)
+{
+    if (!take(source, ended)) {
+        return;
+    }
+    auto content = std::make_unique<QMimeData>();
+    content->setText(drag.text);
+    runLater(std::make_shared<Start>(
+        Start{&source, std::move(content), drag.picture, drag.hotSpot, std::move(ended), Task()}));
+}
+
+void X11DragOut::start(QWidget &source, const FileDrag &drag, std::function<void(Outcome)> ended)
+{
+    if (!take(source, ended)) {
+        return;
+    }
     // Shared by the two that may begin the drag, the portal's answer and the end of patience: the first one takes it.
-    const auto pending = std::make_shared<std::unique_ptr<Start>>(
-        std::make_unique<Start>(Start{&source, drag, std::move(ended), Task()}));
+    const auto pending = std::make_shared<std::unique_ptr<Start>>(std::make_unique<Start>(
+        Start{&source, mimeDataOf(ClipboardFiles{drag.paths}), drag.picture, drag.hotSpot, std::move(ended), Task()}));
     const auto begin = [this, pending](const QString &key) {
         if (*pending) {
             (*pending)->patience.cancel();
-            // From a clean stack: the drag runs an event loop of its own.
-            QMetaObject::invokeMethod(
-                &m_fileTransfer, [this, start = std::shared_ptr<Start>(std::move(*pending)), key] { run(*start, key); },
-                Qt::QueuedConnection);
+            if (!key.isEmpty()) {
+                (*pending)->content->setData(QStringLiteral("application/vnd.portal.filetransfer"), key.toUtf8());
+            }
+            runLater(std::move(*pending));
         }
     };
     (*pending)->patience = m_scheduler.after(kPortalPatience, &m_fileTransfer, [begin] { begin({}); });
     m_fileTransfer.offer(drag.paths, &source, begin);
 }
 
-void X11DragOut::run(const Start &start, const QString &portalKey)
+void X11DragOut::runLater(std::shared_ptr<Start> start)
+{
+    // From a clean stack: the drag runs an event loop of its own.
+    QMetaObject::invokeMethod(
+        &m_fileTransfer, [this, start = std::move(start)] { run(*start); }, Qt::QueuedConnection);
+}
+
+void X11DragOut::run(Start &start)
 {
     const auto pointer = m_pointer.state();
     if (!start.source || !pointer || !pointer->isButtonHeld) {
@@ -75,15 +103,11 @@ void X11DragOut::run(const Start &start, const QString &portalKey)
         }
         return;
     }
-    std::unique_ptr<QMimeData> data = mimeDataOf(ClipboardFiles{start.drag.paths});
-    if (!portalKey.isEmpty()) {
-        data->setData(QStringLiteral("application/vnd.portal.filetransfer"), portalKey.toUtf8());
-    }
     // Not of the source, which may go while the drag goes on. The toolkit deletes it when it has ended.
     auto &drag = makeChild<QDrag>(QCoreApplication::instance());
-    drag.setMimeData(data.release());
-    drag.setPixmap(start.drag.picture);
-    drag.setHotSpot(start.drag.hotSpot);
+    drag.setMimeData(start.content.release());
+    drag.setPixmap(start.picture);
+    drag.setHotSpot(start.hotSpot);
     const QPointer<QObject> self(&m_fileTransfer); // the program may end meanwhile
     // Let go after the look above and before the toolkit has the pointer, it would drag until the next click.
     int looksWithoutButton = 0;

@@ -15,6 +15,7 @@
 #include "platform/x11/X11ColourPicker.h"
 #include "platform/x11/X11DragOut.h"
 #include "platform/x11/X11DragSense.h"
+#include "platform/x11/X11DragText.h"
 #include "platform/x11/X11FileDrags.h"
 #include "platform/x11/X11Frontmost.h"
 #include "platform/x11/X11HotKeys.h"
@@ -49,6 +50,7 @@ struct X11Platform::Services
     X11DragSense dragSense;
     X11FileDrags fileDrags;
     X11DragOut dragOut;
+    X11DragText dragText;
     X11Frontmost frontmost;
     X11ClipboardPort clipboard;
     PortalAppearance appearance;
@@ -75,6 +77,7 @@ X11Platform::Services::Services(std::unique_ptr<WatchConnection> connection, con
     , dragSense(*watch, rawPointer)
     , fileDrags(*watch, scheduler, rawPointer, panelHost)
     , dragOut(scheduler, rawPointer)
+    , dragText(*watch, scheduler)
     , frontmost(*watch, scheduler)
     , clipboard(*watch, frontmost, scheduler, keeperPath)
     , iconTheme(*watch)
@@ -148,6 +151,11 @@ FileDrags &X11Platform::fileDrags()
 DragOut &X11Platform::dragOut()
 {
     return m_services->dragOut;
+}
+
+DragText &X11Platform::dragText()
+{
+    return m_services->dragText;
 }
 
 ClipboardPort &X11Platform::clipboard()

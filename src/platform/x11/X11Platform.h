@@ -22,6 +22,7 @@ public:
     DragSense &dragSense() override;
     FileDrags &fileDrags() override;
     DragOut &dragOut() override;
+    DragText &dragText() override;
     ClipboardPort &clipboard() override;
     Frontmost &frontmost() override;
     Screens &screens() override;
