@@ -13,6 +13,9 @@ function(ostrelle_deployment target feed home_page)
   if(NOT home_page MATCHES "^https://.+")
     message(FATAL_ERROR "The home page is an https address, not ${home_page}")
   endif()
+  if(home_page MATCHES "^https://[^/]*\\.invalid(/|$)" AND NOT feed MATCHES "^https://[^/]*\\.invalid/")
+    message(FATAL_ERROR "A build with an update feed needs a home page too: OSTRELLE_HOME_PAGE")
+  endif()
   target_compile_definitions(
     ${target} PRIVATE OSTRELLE_UPDATE_FEED="${feed}" OSTRELLE_HOME_PAGE="${home_page}"
                       OSTRELLE_VERSION="${PROJECT_VERSION}")

@@ -37,8 +37,8 @@
 #include "windows/SettingsWindowController.h"
 #include "windows/onboarding/OnboardingWindowController.h"
 
+#include <QApplication>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QLoggingCategory>
 
 namespace ostrelle {
@@ -60,6 +60,7 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    QCoreApplication::instance()->installEventFilter(this);
     if (!reportUnwritable(AppPaths::support()) && !m_start.isLocked)
         qCWarning(lcApp, "%s cannot be locked: another program may change what is kept there",
                   qUtf8Printable(AppPaths::support()));
@@ -82,6 +83,16 @@ void AppDelegate::applicationDidFinishLaunching()
     m_services.updates().startBackgroundChecks();
 }
 
+bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())
+        return QObject::eventFilter(watched, event);
+    for (QWidget *window : QApplication::topLevelWidgets())
+        window->hide();
+    QCoreApplication::exit();
+    return true;
+}
+
 void AppDelegate::forgetUndo()
 {
     if (m_services.viewModel().phase() == Phase::Expanded)
@@ -98,7 +109,7 @@ void AppDelegate::startCommands()
 {
     addNotchRequests(
         m_router, m_services.controller(), [this] { return statusReport(m_services); },
-        [] { QGuiApplication::quit(); });
+        [] { QCoreApplication::quit(); });
     addClipboardRequests(m_router, m_services.clipboard());
     addShelfRequests(m_router, m_services.shelf());
     addProjectsRequests(m_router, m_services.projects(), m_services.filePresence(),
@@ -114,8 +125,13 @@ void AppDelegate::startCommands()
     addForgetRequest(m_router, m_services);
     m_server = std::make_unique<ControlServer>(m_router);
     m_server->listen(AppPaths::controlSocket());
-    m_desktop = answerDesktop(m_router, m_services.shortcutActions());
-    connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QGuiApplication::quit(); });
+    m_desktop = answerDesktop(m_router, m_services.shortcutActions(),
+                              {.activate = [this](const ActivationToken &token) { activate(token); },
+                               .openSettings =
+                                   [this](const ActivationToken &token) {
+                                       m_services.settingsWindow().show(SettingsSection::General, token);
+                                   }});
+    connect(&m_services.panel(), &NotchPanel::quitRequested, this, [] { QCoreApplication::quit(); });
     connect(&m_services.panel(), &NotchPanel::settingsRequested, this,
             [this] { m_services.settingsWindow().show(SettingsSection::General); });
     connect(&m_services.panel(), &NotchPanel::welcomeRequested, this, [this] { m_services.onboardingWindow().show(); });
@@ -123,6 +139,16 @@ void AppDelegate::startCommands()
         const bool hasUpdate = std::holds_alternative<updateStates::Available>(m_services.updates().state());
         m_services.settingsWindow().show(hasUpdate ? SettingsSection::About : SettingsSection::General);
     });
+}
+
+void AppDelegate::activate(const ActivationToken &token)
+{
+    // Whoever starts it for the first time from a menu wants to see this, and nothing above it.
+    if (m_services.onboardingWindow().window() != nullptr)
+        m_services.onboardingWindow().show(token);
+    else
+        m_services.controller().present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit,
+                                        token);
 }
 
 void AppDelegate::commitData()

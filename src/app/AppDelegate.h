@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/RequestRouter.h"
+#include "platform/ActivationToken.h"
 #include "records/SettingsSection.h"
 
 #include <QObject>
@@ -39,10 +40,17 @@ public:
     /// Once, however the program ends: quit, a signal, the end of the session.
     void applicationWillTerminate();
 
+protected:
+    /// Ends the program at the application's Quit event, whoever sent it, without closing its windows as the toolkit
+    /// would: closing is what somebody does to them, and completes the first run.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     /// What was removed in the panel can be brought back only while it is open.
     void forgetUndo();
     void startCommands();
+    /// As a menu of programs does.
+    void activate(const ActivationToken &token);
     void saveWithoutDisplay();
 
     Services &m_services;

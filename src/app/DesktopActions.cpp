@@ -32,13 +32,14 @@ void open(const RequestRouter &router, const QString &tool, const ActivationToke
     router.answer(QJsonDocument(request).toJson(QJsonDocument::Compact), [](const QByteArray &) {});
 }
 
-QList<DesktopAction> actions(const RequestRouter &router, ShortcutActions &shortcuts)
+QList<DesktopAction> actions(const RequestRouter &router, ShortcutActions &shortcuts, const DesktopHandlers &handlers)
 {
     return {
         {QStringLiteral("open-notch"), [&router](const ActivationToken &token) { open(router, {}, token); }},
         {QStringLiteral("clipboard"),
          [&router](const ActivationToken &token) { open(router, rawValue(KestroModule::Clipboard), token); }},
         {QStringLiteral("pick-color"), [&shortcuts](const ActivationToken &token) { shortcuts.pickColor(token); }},
+        {QStringLiteral("settings"), handlers.openSettings},
     };
 }
 
@@ -52,12 +53,12 @@ QStringList namesOf(const QList<DesktopAction> &actions)
 
 } // namespace
 
-std::unique_ptr<DesktopRequests> answerDesktop(const RequestRouter &router, ShortcutActions &shortcuts)
+std::unique_ptr<DesktopRequests> answerDesktop(const RequestRouter &router, ShortcutActions &shortcuts,
+                                               const DesktopHandlers &handlers)
 {
-    const QList<DesktopAction> known = actions(router, shortcuts);
+    const QList<DesktopAction> known = actions(router, shortcuts, handlers);
     auto desktop = DesktopRequests::create(QStringLiteral(OSTRELLE_APPLICATION_ID), namesOf(known));
-    QObject::connect(desktop.get(), &DesktopRequests::activated, desktop.get(),
-                     [&router](const ActivationToken &token) { open(router, {}, token); });
+    QObject::connect(desktop.get(), &DesktopRequests::activated, desktop.get(), handlers.activate);
     QObject::connect(desktop.get(), &DesktopRequests::actionRequested, desktop.get(),
                      [known](const QString &name, const ActivationToken &token) {
                          for (const DesktopAction &action : known) {

@@ -14,7 +14,9 @@ ExitStatus runAutostart(const QString &verb)
     auto client = ControlClient::connect();
     if (!client)
         return becomeOneShot({"--autostart=" + verb.toUtf8()});
-    const ControlAnswer answer = client->ask(QStringLiteral("autostart.") + verb);
+    const ControlAnswer answer =
+        // In a sandbox the desktop may ask the user.
+        client->ask(QStringLiteral("autostart.") + verb, {}, ControlClient::Patience::ForTheUser);
     if (answer.status != ExitStatus::Done)
         return fail(answer.status, QStringLiteral("autostart: ") + answer.error);
     if (const QString text = answer.result.toString(); !text.isEmpty())

@@ -6,6 +6,7 @@
 
 #include <QLocale>
 #include <QRegularExpression>
+#include <QTextBoundaryFinder>
 
 namespace ostrelle {
 namespace {
@@ -22,6 +23,21 @@ QString written(const QDateTime &time)
         .replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
     return english.toString(time.date(), abbreviated) + QStringLiteral(" at ") +
            english.toString(time.time(), QLocale::ShortFormat);
+}
+
+/// More than one short paragraph, and more than a version, is not read there, but would have to be laid out.
+constexpr int kLongestNotes = 500;
+constexpr int kLongestVersion = 40;
+
+QString abridged(const QString &text, int longest)
+{
+    if (text.size() <= longest)
+        return printable(text);
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text.constData(), longest + 1);
+    characters.setPosition(longest);
+    if (!characters.isAtBoundary())
+        characters.toPreviousBoundary();
+    return printable(text.first(characters.position()).trimmed()) + QStringLiteral("…");
 }
 
 class Description
@@ -48,9 +64,9 @@ public:
     UpdateStatus operator()(const Available &available) const
     {
         const UpdateRelease &release = available.release;
-        return {QStringLiteral("Version %1 is available").arg(printable(release.version)),
+        return {QStringLiteral("Version %1 is available").arg(abridged(release.version, kLongestVersion)),
                 release.notes.isEmpty() ? QStringLiteral("You're on %1.").arg(m_service.currentVersion())
-                                        : printable(release.notes)};
+                                        : abridged(release.notes, kLongestNotes)};
     }
     UpdateStatus operator()(const Failed &failed) const
     {

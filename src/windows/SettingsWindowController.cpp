@@ -45,6 +45,8 @@ void SettingsWindowController::placeOnScreen()
 
 void SettingsWindowController::forgetWindow()
 {
+    // A window can be asked to close more than once.
+    m_window->disconnect(this);
     // It is the sender.
     m_window.release()->deleteLater();
     m_foreground.end();

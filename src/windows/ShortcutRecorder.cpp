@@ -163,6 +163,11 @@ void ShortcutRecorder::hideEvent(QHideEvent *event)
     stop();
 }
 
+void ShortcutRecorder::setProblem(const QString &problem)
+{
+    m_button.setAccessibleDescription(problem);
+}
+
 void ShortcutRecorder::showState()
 {
     const bool isSet = m_shortcuts.combos().contains(m_action);

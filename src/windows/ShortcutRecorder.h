@@ -30,6 +30,8 @@ public:
 
     bool isRecording() const { return m_isRecording; }
     QString label() const;
+    /// What is wrong with the combination, for those who do not see the row's tooltip; empty when nothing is.
+    void setProblem(const QString &problem);
     void begin();
     void stop();
 

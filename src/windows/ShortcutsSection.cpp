@@ -40,9 +40,12 @@ void ShortcutsSection::showRefusals()
 {
     for (const Row &row : m_rows) {
         const bool isRefused = m_shortcuts.registration(row.action) == ShortcutService::Registration::Refused;
-        row.row->setToolTip(isRefused ? QStringLiteral("The system has not given this shortcut to Ostrelle; another "
-                                                       "program may use it.")
-                                      : QString());
+        const QString problem = isRefused
+                                    ? QStringLiteral("The system has not given this shortcut to Ostrelle; another "
+                                                     "program may use it.")
+                                    : QString();
+        row.row->setToolTip(problem);
+        row.recorder->setProblem(problem);
     }
 }
 

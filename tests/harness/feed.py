@@ -33,6 +33,12 @@ def endless(status):
         yield b"x" * 16384
 
 
+def stalled(head=b""):
+    """An answer that does not go on: says so by its silence until whoever asked has gone."""
+    yield head
+    threading.Event().wait(60)
+
+
 def deployed_program():
     """The command of a build that somebody deployed; its feed is on SERVER."""
     folder = BUILD / "deployed" / "bin"

@@ -90,8 +90,10 @@ class Stores(unittest.TestCase):
         self.start_in_namespace("mount --bind -o ro \"$HOME\" \"$HOME\"")
         self.assertEqual(self.program.history()[0]["text"], "in the journal")
         self.copy("kept in memory")
-        self.program.set("appearance.notchTheme", "ember")
-        self.assertEqual(self.program.status()["theme"], "ember")
+        told = self.program.call("settings", "set", "appearance.notchTheme", "ember", check=False)
+        self.assertEqual(told.returncode, 1)
+        self.assertRegex(told.stderr, "settings: cannot write .*/defaults.json")
+        self.assertEqual(self.program.status()["theme"], "ember", "it takes effect all the same")
         self.program.expected_lines = [self.folder]
         self.program.stop()
         self.assertEqual(len(self.program.log().splitlines()), 1, self.program.log())

@@ -4,7 +4,7 @@ import re
 import unittest
 
 from harness.desktop import Desktop
-from harness.feed import MIRROR, MISTAKEN, SERVER, STRANGER, FeedServer, deployed_program, endless, redirect, response
+from harness.feed import MIRROR, MISTAKEN, SERVER, STRANGER, FeedServer, deployed_program, endless, redirect, response, stalled
 from harness.program import Program
 from harness.settings_window import SettingsWindow
 from harness.waiting import holds_for, wait_until
@@ -59,6 +59,7 @@ class Updates(unittest.TestCase):
                 ("wrong status", response(NEWER, "503 Service Unavailable"), "The update server answered 503."),
                 ("endless, wrong status", endless("404 Not Found"), "The update server answered 404."),
                 ("not modified", b"HTTP/1.1 304 Not Modified\r\n\r\n", "The update server answered 304."),
+                ("slow", stalled(response(NEWER)[:-9]), "The update server did not answer in time."),
                 ("cut off", response(NEWER)[:-9], "transfer closed with 9 bytes remaining to read.")):
             with self.subTest(name):
                 self.server.answers = {SERVER: answer}

@@ -58,6 +58,20 @@ class Activation(unittest.TestCase):
         self.desktop.spawn("launcher", ["gio", "launch", str(self.installed.desktop_entry())])
         self.wait_for(phase="expanded", pid=process)
 
+    def test_a_first_start_from_the_menu_shows_the_quick_tour_and_nothing_above_it(self):
+        self.command("settings", "reset", "app.hasCompletedOnboarding")
+        self.desktop.run("gapplication", "launch", APPLICATION)
+
+        def active():
+            window = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self.desktop.environment,
+                                    capture_output=True, text=True)
+            return window.stdout.strip()
+        wait_until(lambda: active() == "Welcome to Ostrelle", "the tour is in front")
+        # What the menu asked for has been heard by now.
+        self.call_bus("Activate", "{}")
+        self.wait_for(phase="idle")
+        self.assertEqual(active(), "Welcome to Ostrelle")
+
     def test_an_action_starts_it_and_is_done(self):
         self.desktop.run("gapplication", "action", APPLICATION, "clipboard")
         self.wait_for(phase="expanded", selection="clipboard")

@@ -38,6 +38,8 @@ class Metadata(unittest.TestCase):
         entry = self.entry()
         actions = [name for name in entry["Desktop Entry"]["Actions"].split(";") if name]
         self.assertEqual(entry.sections()[1:], [f"Desktop Action {name}" for name in actions])
+        self.assertEqual([entry[section]["Name"] for section in entry.sections()],
+                         ["Ostrelle", "Open Notch", "Clipboard", "Pick Color", "Settings"])
         for section in entry.sections():
             program, *words = entry[section]["Exec"].split()
             self.assertEqual(program, self.installed.command().name)

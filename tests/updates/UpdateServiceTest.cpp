@@ -288,6 +288,10 @@ private Q_SLOTS:
         QCOMPARE(shown(), QStringLiteral("Version 2 is available|You're on 1.0."));
         updates.check(UpdateService::Check::Manual, json("{'version': '2', 'notes': 'Faster.\\nCalmer.'}"));
         QCOMPARE(shown(), QStringLiteral("Version 2 is available|Faster. Calmer."));
+        updates.check(UpdateService::Check::Manual, json("{'version': '2." + QByteArray(80, '0') + "', 'notes': '" +
+                                                         QString::fromUtf8("🙂").repeated(9000).toUtf8() + "'}"));
+        QCOMPARE(shown(), QStringLiteral("Version 2.%1… is available|%2…")
+                              .arg(QString(38, u'0'), QString::fromUtf8("🙂").repeated(250)));
         updates.check(UpdateService::Check::Manual, json("{'version': '1'}"));
         const QRegularExpression current(
             QStringLiteral("^You're up to date\\|Last checked ([A-Z][a-z]{2} \\d{1,2}, \\d{4} at \\d{1,2}:\\d\\d [AP]M"

@@ -8,6 +8,8 @@
 #include "windows/onboarding/OnboardingWindowController.h"
 #include "windows/onboarding/ToolPicker.h"
 
+#include <QCloseEvent>
+#include <QPointer>
 #include <QSet>
 
 using namespace ostrelle;
@@ -41,6 +43,7 @@ struct OnboardingFixture : WindowFixture
     }
     /// The tests' way to what only the controller may change.
     QWidget &window() const override { return const_cast<OnboardingWindow &>(*welcome.window()); }
+    OnboardingWindow &onboarding() const { return static_cast<OnboardingWindow &>(window()); }
     int step() const { return welcome.window()->view().step(); }
     /// One frame, in which nothing has come to rest.
     void frame()
@@ -80,6 +83,9 @@ private Q_SLOTS:
     void anyWayOfClosingCompletesIt_data();
     void anyWayOfClosingCompletesIt();
     void getStartedOpensTheSelector();
+    void leavesOnceHoweverOftenItIsTold_data();
+    void leavesOnceHoweverOftenItIsTold();
+    void staysWhenItIsAskedForAtTheLastMoment();
     void leadsThroughItsStepsAndBack();
     void aKeyThatIsHeldGoesOneStep();
     void itsButtonsStayOnALowScreen();
@@ -141,6 +147,53 @@ void OnboardingTest::getStartedOpensTheSelector()
     QCOMPARE(stage.viewModel.phase(), Phase::Expanded);
     QVERIFY(!stage.viewModel.selection());
     QVERIFY(stage.platform.panelHost().hasKeyboard());
+}
+
+void OnboardingTest::leavesOnceHoweverOftenItIsTold_data()
+{
+    using Way = std::function<void(OnboardingFixture &)>;
+    QTest::addColumn<Way>("leave");
+    QTest::newRow("started twice") << Way([](OnboardingFixture &stage) {
+        Q_EMIT stage.onboarding().finished();
+        Q_EMIT stage.onboarding().deactivated();
+    });
+    QTest::newRow("started, and closed at once") << Way([](OnboardingFixture &stage) { stage.window().close(); });
+    QTest::newRow("closed twice") << Way([](OnboardingFixture &stage) {
+        const QPointer<QWidget> window = &stage.window();
+        window->close();
+        QCloseEvent again;
+        QCoreApplication::sendEvent(window, &again);
+    });
+    QTest::newRow("no keyboard for the notch") << Way([](OnboardingFixture &stage) { stage.clock.advance(300ms); });
+}
+
+void OnboardingTest::leavesOnceHoweverOftenItIsTold()
+{
+    QFETCH(const std::function<void(OnboardingFixture &)>, leave);
+    OnboardingFixture stage;
+    stage.platform.panelHost().refuseKeyboard();
+    stage.open(4);
+    stage.foreground.begin(); // another window's
+    Q_EMIT stage.onboarding().finished();
+    // As the last moment of a window that is still in front.
+    connect(&stage.onboarding(), &OnboardingWindow::closed, &stage.onboarding(), &OnboardingWindow::deactivated);
+    leave(stage);
+    stage.rest();
+    QVERIFY(!stage.welcome.window());
+    QCOMPARE(stage.foreground.depth(), 1);
+    QCOMPARE(stage.viewModel.phase(), Phase::Expanded);
+}
+
+void OnboardingTest::staysWhenItIsAskedForAtTheLastMoment()
+{
+    OnboardingFixture stage;
+    stage.platform.panelHost().refuseKeyboard();
+    stage.open(4);
+    Q_EMIT stage.onboarding().finished();
+    stage.welcome.show();
+    Q_EMIT stage.onboarding().deactivated();
+    stage.clock.advance(1s);
+    QVERIFY(stage.welcome.window());
 }
 
 void OnboardingTest::leadsThroughItsStepsAndBack()

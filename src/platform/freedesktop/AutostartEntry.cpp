@@ -47,7 +47,7 @@ bool namesThisDesktop(const QString &list)
 
 bool isSwitchedOff(const Keys &keys)
 {
-    // Written by the sessions' own settings: the second one by GNOME and its relatives, the third by Xfce's.
+    // Written by the sessions' own settings: the second one by GNOME and its relatives, the third by MATE's.
     return keys.value(QStringLiteral("Hidden")) == QStringLiteral("true") ||
            keys.value(QStringLiteral("X-GNOME-Autostart-enabled")) == QStringLiteral("false") ||
            keys.value(QStringLiteral("X-MATE-Autostart-enabled")) == QStringLiteral("false") ||

@@ -43,6 +43,9 @@ bool PortalLoginItem::isNeeded()
 
 void PortalLoginItem::setRegistered(bool isRegistered, QObject *context, Answer answer)
 {
+    const Answer earlier = std::exchange(m_answer, {});
+    if (m_context && earlier)
+        earlier(QStringLiteral("another request took its place"));
     m_context = context;
     m_answer = std::move(answer);
     m_isRegistered = isRegistered;

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -37,13 +39,21 @@ bool sendAll(const void *bytes, std::size_t count)
     return true;
 }
 
-/// Where names and certificates are looked up. Of the user's, only the authorities that the environment names.
+/// Where names and certificates are looked up, some systems' by links from /etc to elsewhere. Of the user's, only the
+/// authorities that the environment names.
 std::vector<std::string> readable()
 {
-    std::vector<std::string> paths{"/etc", "/usr", "/lib", "/lib64", "/run", "/dev", "/nix/store"};
-    for (const char *name : {"SSL_CERT_FILE", "SSL_CERT_DIR"}) {
-        if (const char *path = std::getenv(name))
-            paths.emplace_back(path);
+    std::vector<std::string> paths{"/etc", "/usr", "/lib",       "/lib64",
+                                   "/run", "/dev", "/nix/store", "/var/lib/ca-certificates"};
+    if (const std::unique_ptr<char, decltype(&std::free)> servers(::realpath("/etc/resolv.conf", nullptr), &std::free);
+        servers)
+        paths.emplace_back(servers.get());
+    if (const char *file = std::getenv("SSL_CERT_FILE"))
+        paths.emplace_back(file);
+    if (const char *folders = std::getenv("SSL_CERT_DIR")) {
+        std::istringstream list(folders);
+        for (std::string folder; std::getline(list, folder, ':');)
+            paths.push_back(folder);
     }
     return paths;
 }

@@ -40,6 +40,9 @@ void OnboardingWindowController::show(const ActivationToken &token)
         connect(m_window.get(), &OnboardingWindow::finished, this, &OnboardingWindowController::finish);
         placeOnScreen();
     }
+    // One that was about to go stays after all.
+    m_lastMoment.cancel();
+    disconnect(m_handover);
     m_windows.present(*m_window, token);
 }
 
@@ -57,6 +60,8 @@ void OnboardingWindowController::placeOnScreen()
 
 void OnboardingWindowController::forgetWindow()
 {
+    // A window can be asked to close more than once, and tells of its loss of the keyboard while it closes.
+    m_window->disconnect(this);
     m_around.settings.setHasCompletedOnboarding(true);
     m_lastMoment.cancel();
     connect(m_window.get(), &QObject::destroyed, this, &giveBackFreeBlocks, Qt::QueuedConnection);
@@ -69,9 +74,11 @@ void OnboardingWindowController::forgetWindow()
 /// the keyboard of a window that closes to another one, and would take it from the notch again.
 void OnboardingWindowController::finish()
 {
+    if (m_lastMoment.isPending())
+        return;
     m_around.settings.setHasCompletedOnboarding(true);
     const auto close = [this] { m_window->close(); };
-    connect(m_window.get(), &OnboardingWindow::deactivated, this, close);
+    m_handover = connect(m_window.get(), &OnboardingWindow::deactivated, this, close);
     m_lastMoment = m_around.scheduler.after(kLastMoment, m_window.get(), close);
     m_notch.present(std::nullopt, NotchController::Focus::Take, NotchController::Opening::Explicit);
 }

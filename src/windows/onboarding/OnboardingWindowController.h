@@ -40,6 +40,7 @@ private:
     ForegroundSession &m_foreground;
     OrdinaryWindows &m_windows;
     std::unique_ptr<OnboardingWindow> m_window;
+    QMetaObject::Connection m_handover; ///< of the keyboard, to the notch
     Task m_lastMoment;
 };
 
