@@ -9,6 +9,7 @@
 
 #include <QFontMetricsF>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -46,6 +47,7 @@ ModuleTile::ModuleTile(const ControlContext &context, KestroModule module, QWidg
     setAccessibleDescription(blurb(module));
     setCheckable(true);
     setAccessibleRole(*this, QAccessible::Button); // a button that can be checked would be called a check box
+    setMouseTracking(true);
     applyForm();
 }
 
@@ -56,7 +58,7 @@ void ModuleTile::applyForm()
     setFocusPolicy(isOpen() ? Qt::TabFocus : Qt::NoFocus);
     if (!isOpen())
         clearFocus();
-    refreshHover();
+    setHovered(false);
 }
 
 void ModuleTile::setActive(bool active)
@@ -85,7 +87,11 @@ void ModuleTile::setLook(const StripLook &look, const QPointF &centre)
     const QSizeF size(between(chrome::kMarkPitch, chrome::kTilePitch, look.openness),
                       look.content > 0 ? chrome::kStripHeight : kMarkHeight);
     const QRect frame = QRectF(centre - QPointF(size.width(), size.height()) / 2, size).toAlignedRect();
-    setGeometry(frame);
+    if (frame != geometry()) {
+        setGeometry(frame);
+        // It may have left a pointer that rests, as a mark on its way to its tile does. If not, the next motion tells.
+        setHovered(false);
+    }
     m_centre = centre - frame.topLeft();
     if (isOpen() != wasOpen)
         applyForm();
@@ -105,6 +111,12 @@ double ModuleTile::cornerRadius() const
 bool ModuleTile::hitButton(const QPoint &position) const
 {
     return isOpen() && rect().contains(position);
+}
+
+void ModuleTile::mouseMoveEvent(QMouseEvent *event)
+{
+    setHovered(isInteractive() && rect().contains(event->position().toPoint()));
+    NotchButton::mouseMoveEvent(event);
 }
 
 void ModuleTile::keyPressEvent(QKeyEvent *event)

@@ -48,6 +48,7 @@ protected:
     bool hitButton(const QPoint &position) const override;
     void nextCheckState() override {} ///< a click does not choose by itself
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -47,6 +47,7 @@ class ModuleStripTest : public TestBase
 private Q_SLOTS:
     void marksTravelToTheirTiles();
     void marksTakeNoPartInPointerAndKeyboard();
+    void aMarkThatLeavesAPointerIsNoTileBelowIt();
     void choosingTheCurrentToolAgainDoesNothing();
     void arrowsStayWithinTheRow();
     void badgeFollowsTheTool();
@@ -84,6 +85,24 @@ void ModuleStripTest::marksTakeNoPartInPointerAndKeyboard()
     QCOMPARE(tile.toolTip(), blurb(KestroModule::Color));
     QTest::mouseClick(&tile, Qt::LeftButton);
     QCOMPARE(selected.count(), 1);
+}
+
+void ModuleStripTest::aMarkThatLeavesAPointerIsNoTileBelowIt()
+{
+    StripFixture fixture(kThree);
+    fixture.show(1);
+    const QImage untouched = fixture.ground.grab().toImage();
+    fixture.show(0);
+    ModuleTile &tile = *fixture.strip.tiles().front();
+    tile.setAttribute(Qt::WA_UnderMouse); // as the toolkit does
+    StripFixture::enter(tile);
+    for (const double openness : {0.4, 0.6, 1.0})
+        fixture.show(openness);
+    fixture.settle();
+    QCOMPARE(fixture.ground.grab().toImage(), untouched);
+    QTest::mouseMove(&tile, QPoint(10, 10));
+    fixture.settle();
+    QVERIFY(fixture.ground.grab().toImage() != untouched);
 }
 
 void ModuleStripTest::choosingTheCurrentToolAgainDoesNothing()

@@ -38,6 +38,8 @@ protected:
     /// Whether the pointer has an effect at the moment; refreshHover() when the answer changed.
     virtual bool isInteractive() const { return isEnabled(); }
     void refreshHover();
+    /// For one that moves below a pointer that rests: nobody tells it.
+    void setHovered(bool hovered);
 
     /// What the ring follows, in the button's coordinates.
     virtual QRectF shape() const { return QRectF(rect()); }
@@ -56,7 +58,6 @@ protected:
 
 private:
     void becomeOnlyStop();
-    void setHovered(bool hovered);
     void paintAura(QPainter &painter) const;
     QRectF ringRect() const;
 
