@@ -33,7 +33,11 @@ ToolList::ToolList(const ControlContext &context, DragOut &dragOut, DragText &dr
     setAcceptDrops(true);
 }
 
-ToolList::~ToolList() = default;
+ToolList::~ToolList()
+{
+    // It would go on sliding, and tell when it is there.
+    delete m_lifted;
+}
 
 QList<KestroModule> ToolList::order() const
 {
@@ -137,13 +141,8 @@ void ToolList::keyPressEvent(QKeyEvent *event)
 
 bool ToolList::eventFilter(QObject *watched, QEvent *event)
 {
-    // While a row is held the keys are not those of what has the focus.
-    if (m_lifted != nullptr && m_dragged != nullptr &&
-        (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride)) {
-        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && event->type() == QEvent::KeyPress)
-            cancel();
+    if (m_lifted != nullptr && m_dragged != nullptr && !m_isSettling && takeFromWindow(watched, *event))
         return true;
-    }
     const int index = indexOf(watched);
     if (index < 0)
         return QWidget::eventFilter(watched, event);
@@ -162,6 +161,27 @@ bool ToolList::eventFilter(QObject *watched, QEvent *event)
         return true;
     default:
         return QWidget::eventFilter(watched, event);
+    }
+}
+
+bool ToolList::takeFromWindow(const QObject *watched, QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+        // The keys are not those of what has the focus; those of the program's other windows are none of ours.
+        if (!isActiveWindow())
+            return false;
+        if (static_cast<QKeyEvent &>(event).key() == Qt::Key_Escape && event.type() == QEvent::KeyPress)
+            cancel();
+        return true;
+    case QEvent::WindowDeactivate:
+        // Nobody may ever tell of the release, as when the workspace changes.
+        if (watched == window())
+            settle();
+        return false;
+    default:
+        return false;
     }
 }
 

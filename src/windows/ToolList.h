@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QPoint>
+#include <QPointer>
 #include <QSet>
 #include <QWidget>
 
@@ -62,6 +63,8 @@ private:
     void move(int from, int to);
     void place(const Entry &entry) const;
 
+    /// What happens to the window while a row is held; true when that is not to go on to whom it was meant for.
+    bool takeFromWindow(const QObject *watched, QEvent &event);
     void press(int index, const QPoint &position);
     void drag(const QPoint &position);
     void lift();
@@ -86,8 +89,8 @@ private:
     ToolRow *m_dragged = nullptr; ///< from its press to its release
     QPoint m_grip;                ///< from the row's corner to the pointer
     QPoint m_pressed;
-    int m_startIndex = 0; ///< of the dragged row when it was lifted
-    LiftedRow *m_lifted = nullptr;
+    int m_startIndex = 0;                  ///< of the dragged row when it was lifted
+    QPointer<LiftedRow> m_lifted;          ///< a child of the window
     bool m_isOut = false;                  ///< the dragged row is the desktop's
     bool m_isSettling = false;             ///< it slides into its place
     std::unique_ptr<QObject> m_question;   ///< what the drag over the list says is asked for in its name

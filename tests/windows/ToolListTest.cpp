@@ -84,6 +84,8 @@ private Q_SLOTS:
     void dragsMoveToolsBeforeAndAfterOthers_data();
     void dragsMoveToolsBeforeAndAfterOthers();
     void aDragIsStoredAtEveryPlaceAndEscapeTakesItBack();
+    void aRowOnItsWayHomeMayLoseItsList();
+    void isPutDownWhenTheWindowIsLeft();
     void pressesWithoutMovementMoveNothing();
     void keysMoveTheRowThatHasTheFocus();
     void switchesHideAndShowTools();
@@ -131,6 +133,33 @@ void ToolListTest::aDragIsStoredAtEveryPlaceAndEscapeTakesItBack()
     stage.drop(row);
     QCOMPARE(stage.order(), before);
     QVERIFY(stage.controllerOfWindow.window());
+}
+
+void ToolListTest::aRowOnItsWayHomeMayLoseItsList()
+{
+    ToolStage stage;
+    ToolRow &row = stage.drag(4, -2);
+    QTest::mouseRelease(&row, Qt::LeftButton, {}, QPoint(20, 10));
+    stage.clock.advance(std::chrono::milliseconds(30));
+    QVERIFY(stage.window().findChild<LiftedRow *>());
+    QTest::mouseClick(stage.find<QWidget>(latin("General")), Qt::LeftButton);
+    stage.settle();
+    QVERIFY(!stage.window().findChild<ToolList *>());
+    QVERIFY(!stage.window().findChild<LiftedRow *>());
+}
+
+void ToolListTest::isPutDownWhenTheWindowIsLeft()
+{
+    ToolStage stage;
+    ToolRow &row = stage.drag(4, -2);
+    const QStringList there = stage.order();
+    QEvent left(QEvent::WindowDeactivate);
+    QApplication::sendEvent(&stage.window(), &left);
+    stage.settle();
+    QVERIFY(!stage.window().findChild<LiftedRow *>());
+    // Nothing follows a pointer any more that is back after a while.
+    stage.move(row, QPoint(20, 300));
+    QCOMPARE(stage.order(), there);
 }
 
 void ToolListTest::pressesWithoutMovementMoveNothing()
