@@ -127,6 +127,12 @@ PageScroll::PageScroll(const ControlContext &context, QWidget *parent)
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, const QWidget *now) { showFocus(now); });
 }
 
+PageScroll::~PageScroll()
+{
+    // What has the focus on the page gives it up as it goes, and then this is no PageScroll any more.
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
+}
+
 /// The toolkit by itself follows keys within the page only, and of an editor shows no more than the caret. What the
 /// pointer has pressed stays below it.
 void PageScroll::showFocus(const QWidget *focused)

@@ -14,6 +14,7 @@ class PageScroll : public QScrollArea
     Q_OBJECT
 public:
     PageScroll(const ControlContext &context, QWidget *parent);
+    ~PageScroll() override;
 
 protected:
     void wheelEvent(QWheelEvent *event) override;
