@@ -60,7 +60,9 @@ void OnboardingFooter::showSteps(int from, int to, double progress)
     m_to = to;
     m_progress = progress;
     m_back.setVisible(to > 0);
-    m_dots.setAccessibleName(QStringLiteral("Step %1 of %2").arg(to + 1).arg(onboarding::kSteps));
+    const QString name = QStringLiteral("Step %1 of %2").arg(to + 1).arg(onboarding::kSteps);
+    if (m_dots.accessibleName() != name) // each frame comes by here, and every name that is set is told
+        m_dots.setAccessibleName(name);
     const QString label = to == onboarding::kSteps - 1 ? QStringLiteral("Get Started") : QStringLiteral("Continue");
     if (m_continue.text() != label || m_continue.width() == 0) {
         m_continue.setText(label);

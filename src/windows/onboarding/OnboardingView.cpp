@@ -79,15 +79,12 @@ void OnboardingView::goBack()
 void OnboardingView::goTo(int step)
 {
     keepPicture();
-    // Before the page goes: the toolkit would look for another place by itself.
-    const QWidget *focused = focusWidget();
-    if (focused == nullptr || !m_footer.isAncestorOf(focused) || step == 0)
-        m_footer.continueButton().setFocus(Qt::OtherFocusReason);
-    m_page->hide();
-    m_page->deleteLater();
+    QWidget &leaving = *m_page;
     m_from = std::exchange(m_step, step);
     makePage().show();
-    tellAssistiveTechnology();
+    moveFocus();
+    leaving.hide();
+    leaving.deleteLater();
     m_change.jumpTo(0);
     m_change.animateTo(1, Motion::damped(kChangeResponse));
     arrange();
@@ -129,14 +126,18 @@ QWidget &OnboardingView::makePage()
     return *m_page;
 }
 
-/// A screen reader tells of nothing but the focus, and that stays on the same button from step to step. It goes to the
-/// title of the page instead, where Return and Space still continue.
-void OnboardingView::tellAssistiveTechnology()
+/// Before the earlier page goes: the toolkit would look for another place by itself. A screen reader tells of nothing
+/// but the focus, which would stay on the same button from step to step. While one listens it goes to the title of the
+/// page instead, where Return and Space still continue.
+void OnboardingView::moveFocus()
 {
-    if (!QAccessible::isActive())
-        return;
-    QWidget *title = m_page->findChild<StepHeader *>();
-    (title ? title : m_page)->setFocus(Qt::OtherFocusReason);
+    const QWidget *focused = focusWidget();
+    if (QAccessible::isActive()) {
+        QWidget *title = m_page->findChild<StepHeader *>();
+        (title != nullptr ? title : m_page)->setFocus(Qt::OtherFocusReason);
+    } else if (focused == nullptr || !m_footer.isAncestorOf(focused) || m_step == 0) {
+        m_footer.continueButton().setFocus(Qt::OtherFocusReason);
+    }
 }
 
 /// Of the page that is about to leave, as far as it had come.

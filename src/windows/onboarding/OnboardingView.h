@@ -39,7 +39,7 @@ private:
     void goBack();
     void goTo(int step);
     QWidget &makePage();
-    void tellAssistiveTechnology();
+    void moveFocus();
     void keepPicture();
     void arrange();
 
