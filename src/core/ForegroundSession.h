@@ -1,27 +1,17 @@
 #pragma once
 
-#include <QObject>
-
 namespace ostrelle {
 
-/// Counts the windows and system pickers that currently need the program to behave as an ordinary application. Main
-/// thread.
-class ForegroundSession : public QObject
+/// Counts the windows and system pickers that currently need the program to behave as an ordinary application. Each of
+/// them has its own place in the taskbar and asks for the keyboard itself, so nothing else follows from the count here.
+/// Main thread.
+class ForegroundSession
 {
-    Q_OBJECT
 public:
-    using QObject::QObject;
-
     int depth() const { return m_depth; }
-    void begin();
+    void begin() { ++m_depth; }
     /// Never below zero.
-    void end();
-
-Q_SIGNALS:
-    /// The first session began (true) or the last one ended (false).
-    void foregroundChanged(bool isForeground);
-    /// A session began: the application should become active.
-    void activationRequested();
+    void end() { m_depth = m_depth > 0 ? m_depth - 1 : 0; }
 
 private:
     int m_depth = 0;
